@@ -1,0 +1,67 @@
+# Every target first installs what is missing (scripts/bootstrap.sh), then configures and
+# builds what it needs. Build trees:
+#   build/native  the portable core and its tests, with AddressSanitizer + UBSan
+#   build/tsan    the portable core under ThreadSanitizer (concurrency tests)
+#   build/win     InstallWizard.exe, the Windows tests and the sample setup folder (MinGW-w64)
+#   build/release the portable core optimised, for benchmarks
+#   build/fuzz    libFuzzer targets (clang)
+
+BUILD   := build
+JOBS    ?= $(shell nproc)
+ABS     := $(abspath $(BUILD))
+CMAKE_Q := cmake -Wno-dev --log-level=WARNING
+MAKEFLAGS += --no-print-directory
+# The scripts find the build trees and the Wine prefix through this.
+export IW_BUILD := $(ABS)
+
+.PHONY: all bootstrap native tsan win release fuzz-build prefix test demo bench fuzz pictures clean
+
+all: win native
+
+bootstrap:
+	@scripts/bootstrap.sh
+
+$(BUILD)/native/CMakeCache.txt:
+	@$(CMAKE_Q) -S . -B $(BUILD)/native -DIW_SANITIZE=ON
+$(BUILD)/tsan/CMakeCache.txt:
+	@$(CMAKE_Q) -S . -B $(BUILD)/tsan -DIW_TSAN=ON
+$(BUILD)/win/CMakeCache.txt:
+	@$(CMAKE_Q) -S . -B $(BUILD)/win -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
+	    -DIW_WINEPREFIX=$(ABS)/wineprefix
+$(BUILD)/release/CMakeCache.txt:
+	@$(CMAKE_Q) -S . -B $(BUILD)/release -DCMAKE_BUILD_TYPE=Release -DIW_BENCH=ON
+$(BUILD)/fuzz/CMakeCache.txt:
+	@$(CMAKE_Q) -S . -B $(BUILD)/fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DIW_FUZZ=ON
+
+native: bootstrap $(BUILD)/native/CMakeCache.txt
+	@cmake --build $(BUILD)/native -j$(JOBS)
+tsan: bootstrap $(BUILD)/tsan/CMakeCache.txt
+	@cmake --build $(BUILD)/tsan -j$(JOBS) --target core_tests
+win: bootstrap $(BUILD)/win/CMakeCache.txt
+	@cmake --build $(BUILD)/win -j$(JOBS)
+release: bootstrap $(BUILD)/release/CMakeCache.txt
+	@cmake --build $(BUILD)/release -j$(JOBS)
+fuzz-build: bootstrap $(BUILD)/fuzz/CMakeCache.txt
+	@cmake --build $(BUILD)/fuzz -j$(JOBS)
+
+prefix: bootstrap
+	@scripts/wine-prefix.sh
+
+test: native tsan win prefix
+	@scripts/run-tests.sh
+
+demo: win prefix
+	@scripts/demo.sh
+
+bench: release
+	@scripts/bench.sh
+
+FUZZ_SECONDS ?= 60
+fuzz: fuzz-build
+	@scripts/fuzz.sh $(FUZZ_SECONDS)
+
+pictures: win prefix
+	@scripts/pictures.sh
+
+clean:
+	@scripts/wine-env.sh >/dev/null 2>&1; rm -rf $(BUILD)

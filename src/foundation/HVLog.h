@@ -1,0 +1,22 @@
+#pragma once
+
+#include "HVString.h"
+#include "IHVLogger.h"
+
+// Entry point for every log line of the library and the installer. With no logger installed
+// nothing is formatted and nothing is written, so logging costs one load on the quiet path.
+class HVLog
+{
+public:
+    enum Level { kError = 1, kWarning = 2, kInfo = 3, kDetail = 4 };
+
+    static void SetLogger(IHVLogger* logger);
+    static IHVLogger* GetLogger();
+
+    template <class... Args>
+    static void Write(int level, const char* source, const char16_t* format, const Args&... args)
+    {
+        if (IHVLogger* logger = GetLogger())
+            logger->Write(level, source, HVString::Format(format, args...));
+    }
+};
