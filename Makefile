@@ -21,27 +21,27 @@ all: win native
 bootstrap:
 	@scripts/bootstrap.sh
 
-$(BUILD)/native/CMakeCache.txt:
+$(BUILD)/native/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/native -DIW_SANITIZE=ON
-$(BUILD)/tsan/CMakeCache.txt:
+$(BUILD)/tsan/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/tsan -DIW_TSAN=ON
-$(BUILD)/win/CMakeCache.txt:
+$(BUILD)/win/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/win -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
 	    -DIW_WINEPREFIX=$(ABS)/wineprefix
-$(BUILD)/release/CMakeCache.txt:
+$(BUILD)/release/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/release -DCMAKE_BUILD_TYPE=Release -DIW_BENCH=ON
-$(BUILD)/fuzz/CMakeCache.txt:
+$(BUILD)/fuzz/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DIW_FUZZ=ON
 
-native: bootstrap $(BUILD)/native/CMakeCache.txt
+native: bootstrap $(BUILD)/native/Makefile
 	@cmake --build $(BUILD)/native -j$(JOBS)
-tsan: bootstrap $(BUILD)/tsan/CMakeCache.txt
+tsan: bootstrap $(BUILD)/tsan/Makefile
 	@cmake --build $(BUILD)/tsan -j$(JOBS) --target core_tests
-win: bootstrap $(BUILD)/win/CMakeCache.txt
+win: bootstrap $(BUILD)/win/Makefile
 	@cmake --build $(BUILD)/win -j$(JOBS)
-release: bootstrap $(BUILD)/release/CMakeCache.txt
+release: bootstrap $(BUILD)/release/Makefile
 	@cmake --build $(BUILD)/release -j$(JOBS)
-fuzz-build: bootstrap $(BUILD)/fuzz/CMakeCache.txt
+fuzz-build: bootstrap $(BUILD)/fuzz/Makefile
 	@cmake --build $(BUILD)/fuzz -j$(JOBS)
 
 prefix: bootstrap
