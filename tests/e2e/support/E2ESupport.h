@@ -1,0 +1,38 @@
+#pragma once
+
+// End-to-end test support: everything a Windows test needs to run the installer (or any other
+// program) the way a user would and to look at what it left behind. Include this one header.
+//
+//   Paths          TestProgramFolder(), MediaFolder() (the sample setup folder, build/win/media),
+//                  InstallWizardPath(), ToolPath(L"ShowBox.exe"), ScratchFolder(L"MyTest").
+//   ProgramDriver  starts a program with a command line, watches the dialogs of its process,
+//                  records the title and text of each, answers them by DialogRule (title and
+//                  text -> button), fails on a dialog no rule answers, ends the program after a
+//                  time limit, and returns a RunResult with the exit code and the record:
+//
+//                    e2e::RunOptions options;
+//                    options.commandLine = L"/Silent";
+//                    options.rules = {{.title = L"Install Error", .text = L"...", .button = IDOK}};
+//                    e2e::RunResult run = e2e::ProgramDriver(options).Run();
+//                    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+//
+//   Windows        ListTopLevelWindows(pid), InspectWindow(hwnd): class, title, static texts
+//                  and buttons of any top-level window (used by the driver and ListWindows.exe).
+//   Registry       RegString/RegDword/... in either registry view (HVRegView::Key32/Key64).
+//   Folders        ListTree(folder) and CompareTree(folder, expected): relative paths, with a
+//                  readable list of what is missing and what is extra; CopyTree, DeleteTree.
+//   HeldFileLock   holds a file open without sharing from another process (HoldLock.exe) for
+//                  as long as the object lives: CopyFileW/DeleteFileW on it fail as "in use".
+//   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
+//                  installer writes and ends the product's processes, so that each end-to-end
+//                  test starts from a machine on which the product was never installed.
+//
+// Strings are std::wstring (readable in test failure output); Describe() texts are UTF-8.
+
+#include "FolderTree.h"
+#include "FreshMachine.h"
+#include "HeldFileLock.h"
+#include "ProgramDriver.h"
+#include "TestPaths.h"
+#include "TestRegistry.h"
+#include "WindowInspector.h"

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace e2e
+{
+enum class TreeEntries
+{
+    Files,            // files only: "Sonora.exe", "Data\Default Art\Application.ico"
+    FilesAndFolders,  // folders too, with a trailing backslash: "Data\", "Data\Default Art\"
+};
+
+// Relative paths below `folder`, sorted without regard to case. Empty when the folder is missing.
+std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries = TreeEntries::Files);
+
+struct TreeDifference
+{
+    std::vector<std::wstring> missing;  // expected but not there
+    std::vector<std::wstring> extra;    // there but not expected
+    bool Same() const { return missing.empty() && extra.empty(); }
+    // "missing: ...\nextra: ..." (UTF-8), one path per line.
+    std::string Describe() const;
+};
+
+// Compares the tree with the expected relative paths (case ignored, as Windows does; "/" and
+// "\" both accepted). With FilesAndFolders the expected list names folders with a trailing "\".
+TreeDifference CompareTree(const std::wstring& folder, const std::vector<std::wstring>& expected,
+                           TreeEntries entries = TreeEntries::Files);
+// For EXPECT_TRUE(e2e::TreeMatches(folder, {...})): the failure message is the difference.
+::testing::AssertionResult TreeMatches(const std::wstring& folder, const std::vector<std::wstring>& expected,
+                                       TreeEntries entries = TreeEntries::Files);
+
+// Copies a folder with everything below it (for tests that need a changed setup folder).
+bool CopyTree(const std::wstring& from, const std::wstring& to);
+// Deletes a folder with everything below it, clearing read-only attributes first. True when
+// the folder is gone afterwards (also when it never existed).
+bool DeleteTree(const std::wstring& folder);
+// Writes a file (UTF-8 bytes as given), making its folder. For arranging test input.
+bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
+// The whole file, or nullopt-like empty + false when it can't be read.
+bool ReadFileBytes(const std::wstring& path, std::string& bytes);
+}
