@@ -1,22 +1,42 @@
 #!/usr/bin/env bash
-# Runs every test through CTest: the native unit tests (ASan + UBSan), the concurrency tests
-# under ThreadSanitizer, then the Windows unit and end-to-end tests under Wine. Ends with
-# CTest's summary; exits non-zero when anything failed.
+# Runs every test through CTest: the native unit tests (AddressSanitizer + UBSan), the
+# concurrency tests under ThreadSanitizer, then the Windows unit and end-to-end tests under
+# Wine. Each CTest run prints its own summary; the last line adds them up. Exits non-zero
+# when anything failed.
 set -uo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 source "$here/wine-env.sh"
 build="$IW_BUILD"
 jobs="${JOBS:-$(nproc)}"
+logs="$build/test-logs"
+mkdir -p "$logs"
 
 # Keep one wine server alive for the whole run: a program then starts in a tenth of a second.
 wineserver -p 60
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 
 status=0
-echo "== native unit tests (AddressSanitizer + UndefinedBehaviorSanitizer)"
-ctest --test-dir "$build/native" --output-on-failure -j"$jobs" || status=1
-echo "== concurrency tests (ThreadSanitizer)"
-TSAN_OPTIONS="halt_on_error=1" "$build/tsan/tests/core_tests" --gtest_filter='*Concurrent*' --gtest_brief=1 || status=1
-echo "== Windows unit and end-to-end tests (Wine)"
-ctest --test-dir "$build/win" --output-on-failure -j"$jobs" || status=1
+run_ctest() {   # name, ctest arguments...
+  local name="$1"; shift
+  echo "== $name"
+  ctest "$@" --output-on-failure -j"$jobs" 2>&1 | tee "$logs/$name.log"
+  [ "${PIPESTATUS[0]}" -eq 0 ] || status=1
+}
+
+run_ctest native --test-dir "$build/native"
+run_ctest tsan --test-dir "$build/tsan" -R core_tests_concurrency
+run_ctest windows --test-dir "$build/win"
+
+passed=0; failed=0
+for log in "$logs"/native.log "$logs"/tsan.log "$logs"/windows.log; do
+  line=$(grep -E '^[0-9]+% tests passed, [0-9]+ tests? failed out of [0-9]+' "$log" | tail -1)
+  if [ -z "$line" ]; then
+    echo "no CTest summary in $(basename "$log")"; status=1; continue
+  fi
+  f=$(echo "$line" | sed -E 's/.* ([0-9]+) tests? failed out of ([0-9]+).*/\1/')
+  t=$(echo "$line" | sed -E 's/.* failed out of ([0-9]+).*/\1/')
+  failed=$((failed + f)); passed=$((passed + t - f))
+done
+echo
+echo "tests: $passed passed, $failed failed"
 exit $status
