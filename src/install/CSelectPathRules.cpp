@@ -39,7 +39,10 @@ bool StartsWithFolder(const HVString& folder, const HVString& parent)
 HVString CSelectPathRules::NormalizeFolder(const HVString& entered)
 {
     HVString folder = HVFileSystemPath::NormalizeFolderPath(entered);
-    if (folder.IsEmpty())
+    // A relative path is refused anyway; cleaning it would only mangle it (the point rule
+    // eats the ".." that resolution has to keep, and "..\..\x" would come out as the network
+    // path "\\x"), so it is shown back as entered.
+    if (!HVFileSystemPath::IsAbsolute(folder.view()))
         return folder;
     HVFileSystemPath::CleanPath(folder);
     return HVFileSystemPath::AddBackslash(folder);

@@ -92,6 +92,7 @@ public:
 
     // The entered text as a folder path: blanks around it trimmed, slashes taken as
     // separators, "." and ".." resolved, cleaned (no component ending in a space or point,
-    // invalid characters as "_"), with a trailing backslash. Empty stays empty.
+    // invalid characters as "_"), with a trailing backslash. Empty stays empty; a relative
+    // path is only resolved, since check 6 refuses it whatever it holds.
     static HVString NormalizeFolder(const HVString& entered);
 };
