@@ -1,0 +1,88 @@
+#pragma once
+
+#include "foundation/HVFileSystemPath.h"
+#include "foundation/HVString.h"
+#include "foundation/win/HVUniqueResource.h"
+
+// <windows.h> (through HVUniqueResource.h) comes first on purpose: it maps DeleteFile,
+// CopyFile and MoveFile to their W forms, and every user of this header must see the same
+// names for the members below.
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+// The one file system layer of the installer: nothing else calls the Win32 file functions.
+// Every call reaches the system with the long-path form of the caller's path, so paths of any
+// length work; logs and callers only ever see the plain form. The operations keep no state
+// and may run on any thread. They return false on failure and log where a failure is news
+// (a missing file on delete is an ordinary answer and logs nothing); none shows a message.
+class HVFileSystem
+{
+public:
+    struct Entry
+    {
+        HVString name;   // the name alone, without the folder
+        bool isFolder = false;
+        uint64_t size = 0;
+        DWORD attributes = 0;
+    };
+
+    // Clears read-only, hidden and system first, so that such files can be deleted too.
+    static bool DeleteFile(const HVString& path);
+    // Puts a new file in place of an original so that the original is never lost: the
+    // original is renamed aside, the new file moved in, and only then the original deleted.
+    // When the new file can't be moved the original goes back under its own name.
+    static bool SafeReplaceFile(const HVString& originalPath, const HVString& newPath);
+    // Makes a folder and every missing parent. The path must be absolute ("C:\..." or a
+    // network path); a relative one fails without a log line.
+    static bool MakeDirectoryTree(const HVString& folderPath);
+    // Whether new files can be made in the folder (a destination folder before installing).
+    static bool IsDirectoryWritable(const HVString& folderPath);
+    // Whether the folder holds nothing but "Thumbs.db" (any case); subfolders count unless
+    // `recurse`, in which case they are tested the same way. A missing folder holds nothing.
+    static bool IsFolderEmpty(const HVString& folderPath, bool recurse);
+    // Changes the path by the unique-name rule until nothing exists under it. False only when
+    // the rule runs out of numbers to try.
+    static bool MakeUniqueName(HVString& path);
+    static void CleanPath(HVString& path) { HVFileSystemPath::CleanPath(path); }
+    static HVString GetFileSizeText(uint64_t bytes) { return HVFileSystemPath::FileSizeText(bytes); }
+    static HVString NormalizeFolderPath(const HVString& path) { return HVFileSystemPath::NormalizeFolderPath(path); }
+
+    static bool Exists(const HVString& path, bool acceptFolders);
+    static bool FolderExists(const HVString& path);
+    // INVALID_FILE_ATTRIBUTES when nothing is there.
+    static DWORD GetAttributes(const HVString& path);
+    static bool SetNormalAttributes(const HVString& path);
+    static bool GetFileSize(const HVString& path, uint64_t& size);
+
+    // CopyFileW. `error` receives the system's error code (0 on success); a failure is logged
+    // as a warning because callers usually have a fall-back (copy at restart, a retry box).
+    static bool CopyFile(const HVString& source, const HVString& target, bool failIfExists, DWORD* error = nullptr);
+    // A rename, or with `allowCopy` a copy and delete across volumes.
+    static bool MoveFile(const HVString& source, const HVString& target, bool replaceExisting, bool allowCopy,
+                         DWORD* error = nullptr);
+    // Replaces `target` by `source` at the next restart; an empty target deletes `source` then.
+    static bool MoveFileAtRestart(const HVString& source, const HVString& target, DWORD* error = nullptr);
+
+    // Free bytes for the caller on the drive of a path. The path need not exist yet: the
+    // nearest existing parent is asked. False when the drive can't be read, which callers
+    // must tell from a small number.
+    static bool GetFreeSpace(const HVString& path, uint64_t& freeBytes);
+
+    // The entries of a folder ("." and ".." left out) matching a pattern. False when the
+    // folder can't be read; an existing folder with no match gives true and no entries.
+    static bool EnumerateFolder(const HVString& folderPath, std::vector<Entry>& entries,
+                                const HVString& pattern = u"*");
+    // An empty folder.
+    static bool RemoveFolder(const HVString& folderPath);
+    // A folder with everything in it. Links inside are removed, never followed.
+    static bool DeleteFolderTree(const HVString& folderPath);
+
+    // CreateFileW on the long-path form; an invalid handle on failure (last error kept).
+    static HVFileHandle OpenFile(const HVString& path, DWORD access, DWORD share, DWORD disposition,
+                                 DWORD flags = FILE_ATTRIBUTE_NORMAL);
+    // Whole-file reading and writing for small files (descriptions, hand-over files).
+    static bool ReadFile(const HVString& path, std::vector<uint8_t>& data);
+    static bool WriteFile(const HVString& path, const void* data, size_t size);
+};
