@@ -1,0 +1,41 @@
+#pragma once
+
+#include <windows.h>
+
+class IHVLogger;
+
+// The application object: one per process, alive from the entry point to its end. It owns
+// the process's logger and keeps the window message being dispatched, so that a crash report
+// can say what the program was doing when it died.
+class HVApp
+{
+public:
+    HVApp();
+    virtual ~HVApp();
+    HVApp(const HVApp&) = delete;
+    HVApp& operator=(const HVApp&) = delete;
+
+    // The one application object, or null before it exists and after it is gone.
+    static HVApp* Get();
+
+    // The logger the application supplies (also made the process-wide one); null: no logging.
+    IHVLogger* GetLogger() const { return logger_; }
+    void SetLogger(IHVLogger* logger);
+
+    // The message being dispatched on the main thread (0 between messages).
+    UINT GetCurrentMessage() const { return currentMessage_; }
+    WPARAM GetCurrentWParam() const { return currentWParam_; }
+    LPARAM GetCurrentLParam() const { return currentLParam_; }
+
+    // Translates and dispatches one message, keeping it as the current message meanwhile.
+    void DispatchTracked(const MSG& msg);
+    // Dispatches every waiting message of the calling thread; false when WM_QUIT was among
+    // them (it is posted again, so an outer loop still sees it).
+    bool PumpWaitingMessages();
+
+private:
+    IHVLogger* logger_ = nullptr;
+    volatile UINT currentMessage_ = 0;
+    volatile WPARAM currentWParam_ = 0;
+    volatile LPARAM currentLParam_ = 0;
+};
