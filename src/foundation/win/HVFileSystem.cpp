@@ -237,7 +237,7 @@ bool HVFileSystem::MoveFileAtRestart(const HVString& source, const HVString& tar
     return code == ERROR_SUCCESS;
 }
 
-bool HVFileSystem::GetFreeSpace(const HVString& path, uint64_t& freeBytes)
+bool HVFileSystem::GetFreeDiskSpace(const HVString& path, uint64_t& freeBytes)
 {
     if (!Path::IsAbsolute(path.view()))
         return false;

@@ -68,7 +68,7 @@ public:
     // Free bytes for the caller on the drive of a path. The path need not exist yet: the
     // nearest existing parent is asked. False when the drive can't be read, which callers
     // must tell from a small number.
-    static bool GetFreeSpace(const HVString& path, uint64_t& freeBytes);
+    static bool GetFreeDiskSpace(const HVString& path, uint64_t& freeBytes);
 
     // The entries of a folder ("." and ".." left out) matching a pattern. False when the
     // folder can't be read; an existing folder with no match gives true and no entries.
