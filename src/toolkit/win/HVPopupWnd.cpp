@@ -1,0 +1,176 @@
+#include "toolkit/win/HVPopupWnd.h"
+
+#include "foundation/HVLog.h"
+#include "toolkit/win/HVDpi.h"
+
+#include <algorithm>
+
+namespace
+{
+HVString& TitlebarIconFile()
+{
+    static HVString path;
+    return path;
+}
+}   // namespace
+
+void HVPopupWnd::SetTitlebarIconFile(const HVString& path)
+{
+    TitlebarIconFile() = path;
+}
+
+void HVPopupWnd::LoadIcons()
+{
+    const int big = HVDpi::Scale(32, Dpi());
+    const int small = HVDpi::Scale(16, Dpi());
+    const HVString& file = TitlebarIconFile();
+    if (!file.IsEmpty()) {
+        bigIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, big, big, LR_LOADFROMFILE)));
+        smallIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, small, small, LR_LOADFROMFILE)));
+        if (!bigIcon_)
+            HVLog::Write(HVLog::kWarning, "HVPopupWnd::LoadIcons", u"Can't read the icon %s", file);
+    }
+    HINSTANCE instance = ::GetModuleHandleW(nullptr);
+    if (!bigIcon_)
+        bigIcon_.Reset(static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(1), IMAGE_ICON, big, big, 0)));
+    if (!smallIcon_)
+        smallIcon_.Reset(static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(1), IMAGE_ICON, small, small, 0)));
+    ::SendMessageW(hwnd_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.Get()));
+    ::SendMessageW(hwnd_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
+}
+
+bool HVPopupWnd::CreatePopup(HWND owner, const HVString& title, DWORD style)
+{
+    owner_ = owner;
+    // Made off-screen first: the DPI of a window is known only once it exists.
+    const RECT offscreen = {-32000, -32000, -31900, -31900};
+    if (!CreateComposite(L"HVPopupWnd", WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME, style | WS_CLIPCHILDREN, title,
+                         owner, offscreen))
+        return false;
+    HVLayoutWnd::ApplyDpi(HVDpi::ForWindow(hwnd_));
+    LoadIcons();
+    if (!OnCreatePopup())
+        return false;
+    HVLayoutWnd::ApplyDpi(Dpi());
+    ResizeToWanted(true);
+    return true;
+}
+
+void HVPopupWnd::ResizeToWanted(bool center)
+{
+    const SIZE wanted = WantedClientSize();
+    const SIZE minimum = MinimumClientSize();
+    RECT rect = {0, 0, std::max(wanted.cx, minimum.cx), std::max(wanted.cy, minimum.cy)};
+    const DWORD style = static_cast<DWORD>(::GetWindowLongPtrW(hwnd_, GWL_STYLE));
+    const DWORD exStyle = static_cast<DWORD>(::GetWindowLongPtrW(hwnd_, GWL_EXSTYLE));
+    HVDpi::AdjustWindowRect(rect, style, exStyle, Dpi());
+    const int width = rect.right - rect.left;
+    const int height = rect.bottom - rect.top;
+    if (!center) {
+        ::SetWindowPos(hwnd_, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        return;
+    }
+    // Centred on the owner's monitor (or the primary one), inside its work area.
+    HMONITOR monitor = ::MonitorFromWindow(owner_ ? owner_ : ::GetDesktopWindow(), MONITOR_DEFAULTTOPRIMARY);
+    MONITORINFO info = {};
+    info.cbSize = sizeof info;
+    RECT work = {0, 0, 1024, 768};
+    if (::GetMonitorInfoW(monitor, &info))
+        work = info.rcWork;
+    const int x = std::max(static_cast<int>(work.left), static_cast<int>(work.left + (work.right - work.left - width) / 2));
+    const int y = std::max(static_cast<int>(work.top), static_cast<int>(work.top + (work.bottom - work.top - height) / 2));
+    ::SetWindowPos(hwnd_, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void HVPopupWnd::ApplyDpi(UINT dpi)
+{
+    HVLayoutWnd::ApplyDpi(dpi);
+    LoadIcons();
+}
+
+int HVPopupWnd::DoModal(HWND owner)
+{
+    if (!hwnd_ && !CreatePopup(owner, GetText(), WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU))
+        return 0;
+    const bool ownerWasEnabled = owner_ && ::IsWindowEnabled(owner_);
+    if (ownerWasEnabled)
+        ::EnableWindow(owner_, FALSE);
+    ::ShowWindow(hwnd_, SW_SHOW);
+    ::SetForegroundWindow(hwnd_);
+    running_ = true;
+    result_ = 0;
+    MSG msg;
+    while (running_) {
+        const BOOL got = ::GetMessageW(&msg, nullptr, 0, 0);
+        if (got == 0) {
+            // WM_QUIT belongs to the outer loop: end this one and pass it on.
+            ::PostQuitMessage(static_cast<int>(msg.wParam));
+            running_ = false;
+            result_ = IDCANCEL;
+            break;
+        }
+        if (got < 0)
+            break;
+        if (hwnd_ && ::IsDialogMessageW(hwnd_, &msg))
+            continue;
+        ::TranslateMessage(&msg);
+        ::DispatchMessageW(&msg);
+    }
+    if (ownerWasEnabled)
+        ::EnableWindow(owner_, TRUE);
+    if (hwnd_)
+        ::ShowWindow(hwnd_, SW_HIDE);
+    if (owner_)
+        ::SetActiveWindow(owner_);
+    return result_;
+}
+
+void HVPopupWnd::EndModal(int result)
+{
+    result_ = result;
+    running_ = false;
+    // Wakes GetMessage if nothing else is queued.
+    if (hwnd_)
+        ::PostMessageW(hwnd_, WM_NULL, 0, 0);
+}
+
+LRESULT HVPopupWnd::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case DM_GETDEFID:
+        return MAKELRESULT(DefaultButtonId(), DC_HASDEFID);
+    case WM_CLOSE:
+        OnCancel();
+        return 0;
+    case WM_COMMAND:
+        // Esc arrives as IDCANCEL from the dialog manager, whether or not a Cancel button exists.
+        if (LOWORD(wParam) == IDCANCEL && lParam == 0) {
+            OnCancel();
+            return 0;
+        }
+        break;
+    case WM_GETMINMAXINFO: {
+        if (!hwnd_)
+            break;
+        const SIZE minimum = MinimumClientSize();
+        RECT rect = {0, 0, minimum.cx, minimum.cy};
+        HVDpi::AdjustWindowRect(rect, static_cast<DWORD>(::GetWindowLongPtrW(hwnd_, GWL_STYLE)),
+                                static_cast<DWORD>(::GetWindowLongPtrW(hwnd_, GWL_EXSTYLE)), Dpi());
+        auto* info = reinterpret_cast<MINMAXINFO*>(lParam);
+        info->ptMinTrackSize.x = rect.right - rect.left;
+        info->ptMinTrackSize.y = rect.bottom - rect.top;
+        return 0;
+    }
+    case WM_DPICHANGED: {
+        ApplyDpi(HIWORD(wParam));
+        const RECT* suggested = reinterpret_cast<const RECT*>(lParam);
+        ::SetWindowPos(hwnd_, nullptr, suggested->left, suggested->top, suggested->right - suggested->left,
+                       suggested->bottom - suggested->top, SWP_NOZORDER | SWP_NOACTIVATE);
+        ResizeToWanted(false);
+        return 0;
+    }
+    default:
+        break;
+    }
+    return HVLayoutWnd::OnMessage(message, wParam, lParam);
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "toolkit/win/HVLayoutWnd.h"
+
+struct HVIconTraits
+{
+    using Type = HICON;
+    static Type Invalid() { return nullptr; }
+    static void Close(Type h) { ::DestroyIcon(h); }
+};
+using HVIcon = HVUniqueResource<HVIconTraits>;
+
+// A top-level window run modally: its owner is disabled while it runs, the dialog manager
+// gives it Tab order, Alt accelerators, Enter for the default button and Esc for Cancel, and
+// it follows the DPI of the monitor it is on.
+class HVPopupWnd : public HVLayoutWnd
+{
+public:
+    // The title-bar icon of every pop-up: a .ico file (a skin's "Titlebar Icon"); when none is
+    // set or it can't be read, the program's own icon (resource 1, "Application.ico").
+    static void SetTitlebarIconFile(const HVString& path);
+
+    // Runs until EndModal; returns its result (0 when the window could not be made).
+    int DoModal(HWND owner);
+    void EndModal(int result);
+    bool IsRunning() const { return running_; }
+
+protected:
+    // Makes the window (hidden) with a client size in pixels at the DPI of the monitor that
+    // the owner (or the primary monitor) is on, centred there.
+    bool CreatePopup(HWND owner, const HVString& title, DWORD style);
+    // Called once the window exists, before it is shown: make controls here.
+    virtual bool OnCreatePopup() = 0;
+    // The client size wanted at the current DPI.
+    virtual SIZE WantedClientSize() const = 0;
+    virtual SIZE MinimumClientSize() const { return {0, 0}; }
+    // The id Enter presses (the default button).
+    virtual int DefaultButtonId() const { return IDOK; }
+    // Esc, the Cancel button or the close box.
+    virtual void OnCancel() { EndModal(IDCANCEL); }
+
+    void ResizeToWanted(bool center);
+    void ApplyDpi(UINT dpi) override;
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    void LoadIcons();
+
+    HWND owner_ = nullptr;
+    bool running_ = false;
+    int result_ = 0;
+    HVIcon bigIcon_;
+    HVIcon smallIcon_;
+};

@@ -1,0 +1,22 @@
+#include "toolkit/win/HVProgressBar.h"
+
+#include <commctrl.h>
+
+bool HVProgressBar::Create(HVLayoutWnd& parent, const HVLayoutSpec& spec, int range)
+{
+    if (!CreateControl(parent, PROGRESS_CLASSW, u"", 0, 0, spec))
+        return false;
+    ::SendMessageW(hwnd_, PBM_SETRANGE32, 0, range);
+    return true;
+}
+
+void HVProgressBar::SetPosition(int position)
+{
+    if (hwnd_)
+        ::SendMessageW(hwnd_, PBM_SETPOS, position, 0);
+}
+
+int HVProgressBar::Position() const
+{
+    return hwnd_ ? static_cast<int>(::SendMessageW(hwnd_, PBM_GETPOS, 0, 0)) : 0;
+}

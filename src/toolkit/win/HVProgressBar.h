@@ -1,0 +1,12 @@
+#pragma once
+
+#include "toolkit/win/HVControlWnd.h"
+
+// A progress bar over 0..range.
+class HVProgressBar : public HVControlWnd
+{
+public:
+    bool Create(HVLayoutWnd& parent, const HVLayoutSpec& spec, int range = 100);
+    void SetPosition(int position);
+    int Position() const;
+};

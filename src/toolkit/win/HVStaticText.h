@@ -1,0 +1,12 @@
+#pragma once
+
+#include "toolkit/win/HVControlWnd.h"
+
+// A label; long texts wrap. Labels take no part in the Tab order, and "&" is shown as is.
+class HVStaticText : public HVControlWnd
+{
+public:
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec);
+    // Bold, for headings.
+    void SetBold(bool bold);
+};
