@@ -31,7 +31,7 @@ std::vector<int32_t> CProductIdentityRules::ParseFeatures(std::u16string_view te
             entry.remove_suffix(1);
         bool usable = !entry.empty() && entry.size() <= 9;
         int32_t number = 0;
-        for (char16_t ch : entry) {
+        for (char16_t ch : usable ? entry : std::u16string_view()) {
             if (ch < u'0' || ch > u'9') {
                 usable = false;
                 break;
