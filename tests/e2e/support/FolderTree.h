@@ -38,8 +38,10 @@ bool CopyTree(const std::wstring& from, const std::wstring& to);
 // Deletes a folder with everything below it, clearing read-only attributes first. True when
 // the folder is gone afterwards (also when it never existed).
 bool DeleteTree(const std::wstring& folder);
+// Makes a folder and its missing parents. True when it exists afterwards.
+bool MakeFolder(const std::wstring& folder);
 // Writes a file (UTF-8 bytes as given), making its folder. For arranging test input.
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
-// The whole file, or nullopt-like empty + false when it can't be read.
+// Reads a whole file; false when it can't be read.
 bool ReadFileBytes(const std::wstring& path, std::string& bytes);
 }

@@ -25,8 +25,8 @@ struct MachineTrace
     };
     Kind kind;
     HKEY root = nullptr;
-    std::wstring path;
-    std::wstring name;
+    std::wstring path{};
+    std::wstring name{};
     bool bothViews = true;  // registry entries: in the 64-bit and in the 32-bit view
 };
 

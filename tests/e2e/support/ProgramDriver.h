@@ -1,6 +1,7 @@
 #pragma once
 
 #include "WindowInspector.h"
+#include "foundation/win/HVUniqueResource.h"
 
 #include <windows.h>
 
@@ -24,11 +25,11 @@ enum class TextMatch
 // are ignored).
 struct DialogRule
 {
-    std::wstring title;
-    std::wstring text;
+    std::wstring title{};
+    std::wstring text{};
     TextMatch match = TextMatch::Exact;
     int button = 0;
-    std::wstring buttonCaption;
+    std::wstring buttonCaption{};
     // How many dialogs this rule may answer (0: any number). A dialog seen after that is
     // unexpected, so a test can insist that a question is asked only once.
     int times = 0;
@@ -95,7 +96,6 @@ class ProgramDriver
 {
 public:
     explicit ProgramDriver(RunOptions options);
-    ~ProgramDriver();
     ProgramDriver(const ProgramDriver&) = delete;
     ProgramDriver& operator=(const ProgramDriver&) = delete;
 
@@ -109,7 +109,7 @@ private:
     void EndProgram(RunResult& result, RunOutcome outcome, const std::wstring& why);
 
     RunOptions options_;
-    HANDLE process_ = nullptr;  // owned; closed in the destructor
+    HVHandle process_;
     std::vector<HWND> answered_;
     std::vector<int> ruleUses_;
 };

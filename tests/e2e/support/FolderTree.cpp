@@ -1,0 +1,206 @@
+#include "FolderTree.h"
+
+#include "TestPaths.h"
+#include "foundation/win/HVUniqueResource.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace e2e
+{
+namespace
+{
+std::wstring WithSlash(std::wstring folder)
+{
+    if (!folder.empty() && folder.back() != L'\\' && folder.back() != L'/')
+        folder += L'\\';
+    return folder;
+}
+
+std::wstring Normalised(std::wstring path)
+{
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
+std::wstring Folded(const std::wstring& path)
+{
+    std::wstring out = Normalised(path);
+    if (!out.empty())
+        CharUpperBuffW(out.data(), static_cast<DWORD>(out.size()));
+    return out;
+}
+
+bool LessNoCase(const std::wstring& a, const std::wstring& b)
+{
+    return Folded(a) < Folded(b);
+}
+
+bool IsDots(const wchar_t* name)
+{
+    return wcscmp(name, L".") == 0 || wcscmp(name, L"..") == 0;
+}
+
+void Walk(const std::wstring& root, const std::wstring& relative, TreeEntries entries, std::vector<std::wstring>& out)
+{
+    WIN32_FIND_DATAW data;
+    HVFindHandle find(FindFirstFileW((root + relative + L"*").c_str(), &data));
+    if (!find)
+        return;
+    do
+    {
+        if (IsDots(data.cFileName))
+            continue;
+        const std::wstring path = relative + data.cFileName;
+        if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        {
+            if (entries == TreeEntries::FilesAndFolders)
+                out.push_back(path + L"\\");
+            Walk(root, path + L"\\", entries, out);
+        }
+        else
+        {
+            out.push_back(path);
+        }
+    } while (FindNextFileW(find.Get(), &data));
+}
+}
+
+std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries)
+{
+    std::vector<std::wstring> out;
+    Walk(WithSlash(folder), L"", entries, out);
+    std::sort(out.begin(), out.end(), LessNoCase);
+    return out;
+}
+
+std::string TreeDifference::Describe() const
+{
+    std::string out;
+    if (!missing.empty())
+    {
+        out += "missing:";
+        for (const std::wstring& p : missing)
+            out += "\n  " + Utf8(p);
+    }
+    if (!extra.empty())
+    {
+        out += out.empty() ? "extra:" : "\nextra:";
+        for (const std::wstring& p : extra)
+            out += "\n  " + Utf8(p);
+    }
+    return out.empty() ? "the trees are the same" : out;
+}
+
+TreeDifference CompareTree(const std::wstring& folder, const std::vector<std::wstring>& expected, TreeEntries entries)
+{
+    std::vector<std::wstring> actual = ListTree(folder, entries);
+    std::vector<std::wstring> wanted;
+    for (const std::wstring& p : expected)
+        wanted.push_back(Normalised(p));
+    std::sort(wanted.begin(), wanted.end(), LessNoCase);
+    wanted.erase(std::unique(wanted.begin(), wanted.end(),
+                             [](const std::wstring& a, const std::wstring& b) { return Folded(a) == Folded(b); }),
+                 wanted.end());
+
+    TreeDifference diff;
+    std::set_difference(wanted.begin(), wanted.end(), actual.begin(), actual.end(), std::back_inserter(diff.missing),
+                        LessNoCase);
+    std::set_difference(actual.begin(), actual.end(), wanted.begin(), wanted.end(), std::back_inserter(diff.extra),
+                        LessNoCase);
+    return diff;
+}
+
+::testing::AssertionResult TreeMatches(const std::wstring& folder, const std::vector<std::wstring>& expected,
+                                       TreeEntries entries)
+{
+    const TreeDifference diff = CompareTree(folder, expected, entries);
+    if (diff.Same())
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "the folder " << Utf8(folder) << " differs from the expected tree\n"
+                                         << diff.Describe();
+}
+
+bool MakeFolder(const std::wstring& folder)
+{
+    const std::wstring path = WithSlash(Normalised(folder));
+    // Make each level in turn; the drive ("C:\") and an existing level are simply passed.
+    for (size_t cut = path.find(L'\\'); cut != std::wstring::npos; cut = path.find(L'\\', cut + 1))
+    {
+        const std::wstring level = path.substr(0, cut);
+        if (level.empty() || level.back() == L':')
+            continue;
+        CreateDirectoryW(level.c_str(), nullptr);
+    }
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool CopyTree(const std::wstring& from, const std::wstring& to)
+{
+    const std::wstring source = WithSlash(from);
+    const std::wstring target = WithSlash(to);
+    if (!MakeFolder(target))
+        return false;
+    bool ok = true;
+    for (const std::wstring& entry : ListTree(source, TreeEntries::FilesAndFolders))
+    {
+        if (entry.back() == L'\\')
+            ok = MakeFolder(target + entry) && ok;
+        else
+            ok = CopyFileW((source + entry).c_str(), (target + entry).c_str(), FALSE) && ok;
+    }
+    return ok;
+}
+
+bool DeleteTree(const std::wstring& folder)
+{
+    const std::wstring root = WithSlash(folder);
+    if (GetFileAttributesW(root.c_str()) == INVALID_FILE_ATTRIBUTES)
+        return true;
+    std::vector<std::wstring> entries = ListTree(root, TreeEntries::FilesAndFolders);
+    // Deepest first, so that each folder is empty when its turn comes.
+    std::sort(entries.begin(), entries.end(), [](const std::wstring& a, const std::wstring& b) { return a > b; });
+    for (const std::wstring& entry : entries)
+    {
+        const std::wstring path = root + entry;
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (entry.back() == L'\\')
+            RemoveDirectoryW(path.c_str());
+        else
+            DeleteFileW(path.c_str());
+    }
+    RemoveDirectoryW(root.c_str());
+    return GetFileAttributesW(root.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
+bool WriteFileBytes(const std::wstring& path, const std::string& bytes)
+{
+    const std::wstring normal = Normalised(path);
+    const size_t cut = normal.find_last_of(L'\\');
+    if (cut != std::wstring::npos && !MakeFolder(normal.substr(0, cut + 1)))
+        return false;
+    HVFileHandle file(CreateFileW(normal.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                  nullptr));
+    if (!file)
+        return false;
+    DWORD written = 0;
+    return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+           written == bytes.size();
+}
+
+bool ReadFileBytes(const std::wstring& path, std::string& bytes)
+{
+    bytes.clear();
+    HVFileHandle file(CreateFileW(Normalised(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
+        return false;
+    char buffer[64 * 1024];
+    DWORD got = 0;
+    while (ReadFile(file.Get(), buffer, sizeof(buffer), &got, nullptr) && got > 0)
+        bytes.append(buffer, got);
+    return true;
+}
+}

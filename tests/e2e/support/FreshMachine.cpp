@@ -1,0 +1,171 @@
+#include "FreshMachine.h"
+
+#include "FolderTree.h"
+#include "TestRegistry.h"
+#include "WindowInspector.h"
+
+#include <windows.h>
+
+namespace e2e
+{
+namespace
+{
+using Kind = MachineTrace::Kind;
+
+std::wstring Expand(const std::wstring& path)
+{
+    wchar_t buffer[MAX_PATH * 4];
+    const DWORD length = ExpandEnvironmentStringsW(path.c_str(), buffer, static_cast<DWORD>(std::size(buffer)));
+    if (length == 0 || length > std::size(buffer))
+        return path;
+    return std::wstring(buffer, length - 1);
+}
+
+bool StartsWithNoCase(const std::wstring& text, const std::wstring& prefix)
+{
+    return text.size() >= prefix.size() &&
+           CompareStringOrdinal(text.c_str(), static_cast<int>(prefix.size()), prefix.c_str(),
+                                static_cast<int>(prefix.size()), TRUE) == CSTR_EQUAL;
+}
+
+const wchar_t* RootName(HKEY root)
+{
+    if (root == HKEY_LOCAL_MACHINE)
+        return L"HKLM";
+    if (root == HKEY_CURRENT_USER)
+        return L"HKCU";
+    if (root == HKEY_CLASSES_ROOT)
+        return L"HKCR";
+    return L"HK?";
+}
+
+bool RemoveInView(const MachineTrace& t, HVRegView view)
+{
+    switch (t.kind)
+    {
+    case Kind::RegistryKey:
+        return RegDeleteKeyTree(t.root, t.path, view);
+    case Kind::RegistryValue:
+        return RegDeleteValueIfPresent(t.root, t.path, t.name, view);
+    case Kind::RegistryKeyPrefix:
+    {
+        bool ok = true;
+        for (const std::wstring& sub : RegSubKeys(t.root, t.path, view))
+        {
+            if (StartsWithNoCase(sub, t.name))
+                ok = RegDeleteKeyTree(t.root, t.path + L"\\" + sub, view) && ok;
+        }
+        return ok;
+    }
+    default:
+        return true;
+    }
+}
+
+bool Remove(const MachineTrace& t)
+{
+    switch (t.kind)
+    {
+    case Kind::Folder:
+        return DeleteTree(Expand(t.path));
+    case Kind::File:
+    {
+        const std::wstring path = Expand(t.path);
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        DeleteFileW(path.c_str());
+        return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
+    }
+    case Kind::Process:
+        EndProcessesByImage({t.name});
+        return true;
+    default:
+        if (!t.bothViews)
+            return RemoveInView(t, HVRegView::Native);
+        {
+            const bool ok64 = RemoveInView(t, HVRegView::Key64);
+            const bool ok32 = RemoveInView(t, HVRegView::Key32);
+            return ok64 && ok32;
+        }
+    }
+}
+
+std::wstring Describe(const MachineTrace& t)
+{
+    switch (t.kind)
+    {
+    case Kind::Folder: return L"folder " + t.path;
+    case Kind::File: return L"file " + t.path;
+    case Kind::Process: return L"process " + t.name;
+    case Kind::RegistryValue: return std::wstring(RootName(t.root)) + L"\\" + t.path + L" value " + t.name;
+    case Kind::RegistryKeyPrefix: return std::wstring(RootName(t.root)) + L"\\" + t.path + L"\\" + t.name + L"*";
+    case Kind::RegistryKey: return std::wstring(RootName(t.root)) + L"\\" + t.path;
+    }
+    return t.path;
+}
+}
+
+const std::vector<MachineTrace>& InstallerTraces()
+{
+    static const std::vector<MachineTrace> traces = {
+        // Programs first: a running copy would hold its files and write its keys back.
+        {Kind::Process, nullptr, L"", L"InstallWizard.exe"},
+        {Kind::Process, nullptr, L"", L"Sonora.exe"},
+        {Kind::Process, nullptr, L"", L"Sonora 32.exe"},
+        {Kind::Process, nullptr, L"", L"PackageInstaller.exe"},
+        {Kind::Process, nullptr, L"", L"HVService.exe"},
+        {Kind::Process, nullptr, L"", L"HVMediaUninstall.exe"},
+
+        // The product's own keys: settings, installation records, journal, plug-ins.
+        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Halvard"},
+        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Halvard"},
+        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Classes\\VirtualStore\\Machine\\Software\\Halvard", L"", false},
+        {Kind::RegistryKey, HKEY_CURRENT_USER,
+         L"Software\\Classes\\VirtualStore\\Machine\\Software\\Wow6432Node\\Halvard", L"", false},
+        // Uninstall entry.
+        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
+         L"Sonora"},
+        {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
+         L"Sonora"},
+        // Deferred operations completed at the next logon or restart.
+        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+         L"Install Wizard Completion"},
+        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+         L"Install Wizard Completion"},
+        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager",
+         L"PendingFileRenameOperations", false},
+        // Shell integration: ProgIDs and Default Programs.
+        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes", L"Sonora"},
+        {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"Software\\Classes", L"Sonora"},
+        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Clients\\Media", L"Sonora"},
+
+        // Files: the program folder, the per-user data folder, and what goes into the system.
+        {Kind::Folder, nullptr, L"%ProgramFiles%\\Halvard"},
+        {Kind::Folder, nullptr, L"%ProgramFiles(x86)%\\Halvard"},
+        {Kind::Folder, nullptr, L"%APPDATA%\\Halvard"},
+        {Kind::File, nullptr, L"%SystemRoot%\\System32\\Sonora.exe"},
+        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\Sonora.exe"},
+        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVCodecSupport.dll"},
+        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVCodecSupport.dll"},
+        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVDiscSupport.dll"},
+        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVDiscSupport.dll"},
+        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVSystemNotes.txt"},
+        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVSystemNotes.txt"},
+        {Kind::File, nullptr, L"%SystemRoot%\\Fonts\\DejaVuSans.ttf"},
+    };
+    return traces;
+}
+
+bool ResetToFreshMachine(std::vector<std::wstring>* problems)
+{
+    bool ok = true;
+    for (const MachineTrace& trace : InstallerTraces())
+    {
+        if (Remove(trace))
+            continue;
+        ok = false;
+        if (problems)
+            problems->push_back(L"cannot remove " + Describe(trace));
+    }
+    return ok;
+}
+}
