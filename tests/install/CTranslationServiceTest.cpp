@@ -1,0 +1,370 @@
+#include "install/CTranslationService.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace
+{
+std::string U8(const HVString& s) { return s.ToUtf8(); }
+HVString H(const char* utf8) { return HVString::FromUtf8(utf8); }
+
+HVString Doc(const char* body, const char* root = "<HVLanguage name=\"Deutsch\" code=\"de\">")
+{
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    text += root;
+    text += body;
+    text += "</HVLanguage>\n";
+    return H(text.c_str());
+}
+
+class CapturingLogger : public IHVLogger
+{
+public:
+    void Write(int level, const char* source, const HVString& message) override
+    {
+        lines.push_back(std::to_string(level) + " " + source + " " + message.ToUtf8());
+    }
+    std::vector<std::string> lines;
+};
+
+class LogCapture
+{
+public:
+    LogCapture() { HVLog::SetLogger(&logger); }
+    ~LogCapture() { HVLog::SetLogger(nullptr); }
+    bool Has(int level, const std::string& part) const
+    {
+        for (const std::string& line : logger.lines)
+            if (line.rfind(std::to_string(level) + " ", 0) == 0 && line.find(part) != std::string::npos)
+                return true;
+        return false;
+    }
+    CapturingLogger logger;
+};
+
+TEST(CTranslationService, StartsEnglishAndGivesTextsBack)
+{
+    CTranslationService service;
+    EXPECT_TRUE(service.IsEnglish());
+    EXPECT_EQ(U8(service.LanguageName()), "English");
+    EXPECT_EQ(U8(service.LanguageCode()), "en");
+    EXPECT_EQ(U8(service.Translate(u"Next >")), "Next >");
+    EXPECT_EQ(U8(service.Translate(u"")), "");
+}
+
+TEST(CTranslationService, TranslatesByExactText)
+{
+    CTranslationService service;
+    ASSERT_TRUE(service.LoadText(Doc(R"(
+      <Text><English>&lt; Back</English><Translation>&lt; Zurück</Translation></Text>
+      <Text><English>Please Close </English><Translation>Bitte beenden: </Translation></Text>
+      <Text>
+        <English>%s can not be installed to an empty folder.\r\n\r\n</English>
+        <Translation>%s kann nicht in einen leeren Ordner.\r\n\r\n</Translation>
+      </Text>
+      <Text><English>C:\Program Files\\new</English><Translation>C:\Programme\\new</Translation></Text>
+      <Text><English><![CDATA[a <b> & c]]></English><Translation>x &amp; y</Translation></Text>)"),
+                                     u"test"));
+    EXPECT_EQ(U8(service.LanguageName()), "Deutsch");
+    EXPECT_EQ(U8(service.LanguageCode()), "de");
+    EXPECT_EQ(service.GetCount(), 5u);
+
+    const struct
+    {
+        const char* english;
+        const char* expected;
+    } rows[] = {
+        {"< Back", "< Zurück"},
+        {"Please Close ", "Bitte beenden: "},
+        {"Please Close", "Please Close"},    // blanks count
+        {"< back", "< back"},                // so does case
+        {"%s can not be installed to an empty folder.\r\n\r\n", "%s kann nicht in einen leeren Ordner.\r\n\r\n"},
+        {"C:\\Program Files\\new", "C:\\Programme\\new"},
+        {"a <b> & c", "x & y"},
+        {"Unknown", "Unknown"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(U8(service.Translate(H(row.english))), row.expected) << row.english;
+}
+
+TEST(CTranslationService, JoinedMessagesAreTranslatedPartByPart)
+{
+    CTranslationService service;
+    ASSERT_TRUE(service.LoadText(Doc(R"(
+      <Text><English>First part.\r\n\r\n</English><Translation>Erster Teil.\r\n\r\n</Translation></Text>
+      <Text><English>Second line.\r\n</English><Translation>Zweite Zeile.\r\n</Translation></Text>
+      <Text><English>Last part.</English><Translation>Letzter Teil.</Translation></Text>
+      <Text><English>Bare</English><Translation>Nackt</Translation></Text>
+      <Text><English>Whole.\r\n\r\nText.</English><Translation>Ganz.\r\n\r\nText!</Translation></Text>)"),
+                                     u"test"));
+    const struct
+    {
+        const char* english;
+        const char* expected;
+    } rows[] = {
+        {"First part.\r\n\r\nSecond line.\r\nLast part.", "Erster Teil.\r\n\r\nZweite Zeile.\r\nLetzter Teil."},
+        {"First part.\r\n\r\nUntranslated.", "Erster Teil.\r\n\r\nUntranslated."},
+        {"Bare\r\n\r\nLast part.", "Nackt\r\n\r\nLetzter Teil."},   // a part found without its breaks
+        {"Whole.\r\n\r\nText.", "Ganz.\r\n\r\nText!"},              // a whole entry wins
+        {"None.\r\nOf these.", "None.\r\nOf these."},
+        {"\r\n\r\n", "\r\n\r\n"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(U8(service.Translate(H(row.english))), row.expected) << row.english;
+}
+
+TEST(CTranslationService, UnescapesBreaksAndFoldsWrappedLines)
+{
+    const struct
+    {
+        const char* in;
+        const char* out;
+    } rows[] = {
+        {"a\\r\\nb", "a\r\nb"},
+        {"tab\\there", "tab\there"},
+        {"back\\\\n", "back\\n"},
+        {"C:\\Program Files\\Halvard", "C:\\Program Files\\Halvard"},
+        {"end\\", "end\\"},
+        {"wrapped\n   line", "wrapped line"},
+        {"wrapped   \r\n\t  line", "wrapped line"},
+        {"\n   leading and trailing\n  ", "leading and trailing"},
+        {"two  spaces stay", "two  spaces stay"},
+        {"trailing space ", "trailing space "},
+        {"", ""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(U8(CTranslationService::Unescape(H(row.in).view())), row.out) << row.in;
+}
+
+TEST(CTranslationService, FormatMarkersAreReadInOrder)
+{
+    const struct
+    {
+        const char* text;
+        std::vector<std::string> markers;
+    } rows[] = {
+        {"%s and %d", {"%s", "%d"}},
+        {"100%% sure %s", {"%s"}},
+        {"%I64d bytes, %-5.2f, %ls", {"%I64d", "%-5.2f", "%ls"}},
+        {"no markers", {}},
+        {"ends in %", {"%"}},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::string> got;
+        for (const HVString& m : CTranslationService::FormatMarkers(H(row.text).view()))
+            got.push_back(U8(m));
+        EXPECT_EQ(got, row.markers) << row.text;
+    }
+}
+
+TEST(CTranslationService, EntriesThatWouldBreakAMessageAreLeftOut)
+{
+    LogCapture log;
+    CTranslationService service;
+    ASSERT_TRUE(service.LoadText(Doc(R"(
+      <Text><English>%s needs %d MB</English><Translation>%d MB braucht %s</Translation></Text>
+      <Text><English>Install %s</English><Translation>Installieren</Translation></Text>
+      <Text><English>Empty</English><Translation></Translation></Text>
+      <Text><English>Only English</English></Text>
+      <Text><English>Twice</English><Translation>Erstes</Translation></Text>
+      <Text><English>Twice</English><Translation>Zweites</Translation></Text>
+      <Other><English>Other</English><Translation>Anders</Translation></Other>
+      <Text><English>Good %s</English><Translation>Gut %s</Translation></Text>)"),
+                                     u"test.xml"));
+    EXPECT_EQ(U8(service.Translate(u"%s needs %d MB")), "%s needs %d MB");
+    EXPECT_EQ(U8(service.Translate(u"Install %s")), "Install %s");
+    EXPECT_EQ(U8(service.Translate(u"Empty")), "Empty");
+    EXPECT_EQ(U8(service.Translate(u"Twice")), "Erstes");
+    EXPECT_EQ(U8(service.Translate(u"Other")), "Other");
+    EXPECT_EQ(U8(service.Translate(u"Good %s")), "Gut %s");
+    EXPECT_EQ(service.GetCount(), 2u);
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "%s needs %d MB"));
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "Install %s"));
+}
+
+TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
+{
+    const struct
+    {
+        const char* name;
+        HVString text;
+    } rows[] = {
+        {"not XML", H("this is not xml at all <<<")},
+        {"unclosed", H("<HVLanguage name=\"X\"><Text><English>a</English><Translation>b</Translation></Text>")},
+        {"mismatched", H("<HVLanguage name=\"X\"><Text><English>a</Translation></Text></HVLanguage>")},
+        {"other root", H("<HVIC version=\"1.0\"><Text><English>a</English><Translation>b</Translation></Text></HVIC>")},
+        {"empty", HVString()},
+    };
+    for (const auto& row : rows) {
+        LogCapture log;
+        CTranslationService service;
+        ASSERT_TRUE(service.LoadText(Doc("<Text><English>a</English><Translation>b</Translation></Text>"), u"good"));
+        EXPECT_FALSE(service.LoadText(row.text, u"bad.xml")) << row.name;
+        EXPECT_TRUE(service.IsEnglish()) << row.name;
+        EXPECT_EQ(U8(service.LanguageName()), "English") << row.name;
+        EXPECT_EQ(U8(service.Translate(u"a")), "a") << row.name;
+        EXPECT_TRUE(log.Has(HVLog::kWarning, "bad.xml")) << row.name;
+    }
+}
+
+TEST(CTranslationService, InstalledServiceTranslatesThroughHVTranslator)
+{
+    CTranslationService service;
+    ASSERT_TRUE(service.LoadText(Doc("<Text><English>Cancel</English><Translation>Abbrechen</Translation></Text>"), u"t"));
+    HVTranslator::Set(&service);
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Abbrechen");
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Finish")), "Finish");
+    HVTranslator::Set(nullptr);
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Cancel");
+}
+
+// Language files on disk, listed through an injected lister as the dialog lists them.
+class LanguageFolder : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        dir_ = std::filesystem::temp_directory_path() /
+               ("iw-languages-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::remove_all(dir_);
+        std::filesystem::create_directories(dir_);
+    }
+    void TearDown() override { std::filesystem::remove_all(dir_); }
+
+    void Write(const std::string& name, const std::string& text)
+    {
+        std::ofstream(dir_ / name, std::ios::binary) << text;
+    }
+    HVString Folder() const
+    {
+        std::u16string folder = dir_.u16string();
+        folder += static_cast<char16_t>(std::filesystem::path::preferred_separator);
+        return HVString(folder);
+    }
+    static bool ListDirectory(const HVString& folder, std::vector<HVString>& names)
+    {
+        std::error_code error;
+        std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
+        if (error)
+            return false;
+        for (const auto& entry : it)
+            names.push_back(HVString(entry.path().filename().u16string()));
+        return true;
+    }
+
+    std::filesystem::path dir_;
+};
+
+std::string LanguageFile(const char* name, const char* code)
+{
+    return std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVLanguage name=\"") + name + "\" code=\"" + code +
+           "\"><Text><English>Cancel</English><Translation>" + name + "</Translation></Text></HVLanguage>\n";
+}
+
+TEST_F(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
+{
+    LogCapture log;
+    Write("Deutsch.xml", LanguageFile("Deutsch", "de"));
+    Write("francais.XML", LanguageFile("Français", "fr"));
+    Write("aa.xml", LanguageFile("Afrikaans", "af"));
+    Write("Broken.xml", "<HVLanguage name=\"Broken\"><Text>");
+    Write("Install.xml", "<HVIC version=\"1.0\"><Settings/></HVIC>");
+    Write("Nameless.xml", "<HVLanguage><Text><English>a</English><Translation>b</Translation></Text></HVLanguage>");
+    Write("Deutsch2.xml", LanguageFile("deutsch", "de-AT"));
+    Write("English.xml", LanguageFile("English", "en"));
+    Write("notes.txt", LanguageFile("Text", "tx"));
+    std::filesystem::create_directories(dir_ / "Folder.xml");
+
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(Folder(), ListDirectory);
+    std::vector<std::string> names;
+    for (const CLanguageInfo& l : languages)
+        names.push_back(U8(l.name) + "/" + U8(l.code));
+    EXPECT_EQ(names, (std::vector<std::string>{"English/en", "Afrikaans/af", "Deutsch/de", "Français/fr", "Nameless/"}));
+    EXPECT_TRUE(languages[0].path.IsEmpty());
+    EXPECT_EQ(U8(languages[2].path), U8(Folder() + u"Deutsch.xml"));
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "Broken.xml"));
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "Install.xml"));
+
+    // The listed path loads the language it named.
+    CTranslationService service;
+    ASSERT_TRUE(service.Load(languages[3].path));
+    EXPECT_EQ(U8(service.LanguageName()), "Français");
+    EXPECT_EQ(U8(service.Translate(u"Cancel")), "Français");
+}
+
+TEST_F(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
+{
+    const auto missing = [](const HVString&, std::vector<HVString>&) { return false; };
+    ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", missing).size(), 1u);
+    ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", nullptr).size(), 1u);
+    const auto ghosts = [](const HVString&, std::vector<HVString>& names) {
+        names = {u"Gone.xml", u".xml", u"x"};
+        return true;
+    };
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(Folder(), ghosts);
+    ASSERT_EQ(languages.size(), 1u);
+    EXPECT_EQ(U8(languages[0].name), "English");
+
+    LogCapture log;
+    CTranslationService service;
+    EXPECT_FALSE(service.Load(Folder() + u"Gone.xml"));
+    EXPECT_TRUE(service.IsEnglish());
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "Gone.xml"));
+}
+
+TEST_F(LanguageFolder, ReadsUtf16FilesWithTheirByteOrderMark)
+{
+    const std::u16string text = u"\uFEFF<HVLanguage name=\"Ελληνικά\" code=\"el\"><Text><English>Cancel</English>"
+                                u"<Translation>Άκυρο</Translation></Text></HVLanguage>";
+    Write("Greek.xml", std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2));
+    CTranslationService service;
+    ASSERT_TRUE(service.Load(Folder() + u"Greek.xml"));
+    EXPECT_EQ(U8(service.LanguageName()), "Ελληνικά");
+    EXPECT_EQ(U8(service.Translate(u"Cancel")), "Άκυρο");
+}
+
+// The shipped German file: every entry usable, and the texts of the program found in it.
+TEST(CTranslationService, SampleGermanFileTranslatesTheWizardsTexts)
+{
+#ifdef _WIN32
+    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\sample\\Languages\\Deutsch.xml";
+#else
+    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"/sample/Languages/Deutsch.xml";
+#endif
+    LogCapture log;
+    CTranslationService service;
+    ASSERT_TRUE(service.Load(path));
+    EXPECT_EQ(U8(service.LanguageName()), "Deutsch");
+    EXPECT_EQ(U8(service.LanguageCode()), "de");
+    EXPECT_FALSE(log.Has(HVLog::kWarning, "")) << (log.logger.lines.empty() ? "" : log.logger.lines[0]);
+
+    const char* texts[] = {
+        "< Back", "Next >", "Finish", "Cancel", "Accept", "Install Wizard", "Welcome", "Welcome to the Install Wizard.",
+        "Setup Type", "Choose the setup type that best suits your needs.", "Please select custom setup type.",
+        "This will let you install the program to any location on your computer.  You can choose the drive and path.",
+        "Once installation has completed, you can uninstall using Control Panel > Add or Remove Programs.",
+        "Click on 'Download' to download and install the latest version of Internet Explorer.  Please re-run setup "
+        "after installing Internet Explorer.",
+        "Install Wizard did not detect a new enough version of Microsoft Internet Explorer.  Setup cannot continue.",
+        "Please Close ", "Invalid Destination Folder", "Failed to create %s directory.", "Insufficient Disk Space",
+        "%s installation requires at least 20 MB of free disk space.\r\n\r\n",
+        "Sorry, but you do not have sufficient rights to install the program.\r\n",
+        "%s - Install Wizard (Auto Install in %d seconds)",
+    };
+    for (const char* text : texts) {
+        const HVString english = H(text);
+        const HVString german = service.Translate(english);
+        EXPECT_NE(U8(german), text);
+        EXPECT_EQ(CTranslationService::FormatMarkers(german.view()), CTranslationService::FormatMarkers(english.view()));
+        // Breaks at the end of a part stay, so that joined parts keep their spacing.
+        EXPECT_EQ(english.EndsWith(u"\r\n\r\n"), german.EndsWith(u"\r\n\r\n")) << text;
+    }
+}
+}
