@@ -1,0 +1,255 @@
+// The sample setup folder stands in for the product's real setup medium; these tests hold its
+// stand-in programs to what the installer and the end-to-end tests rely on: the layout, the
+// file versions, the main window that closes (or refuses to), and the traces that the helper
+// programs and the self-registering DLLs leave.
+#include "E2ESupport.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace
+{
+const std::wstring kMarkerKey = L"Software\\Halvard\\Sonora 32\\Registered";
+
+std::wstring FileVersion(const std::wstring& path)
+{
+    DWORD ignored = 0;
+    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
+    if (size == 0)
+        return {};
+    std::vector<BYTE> data(size);
+    VS_FIXEDFILEINFO* info = nullptr;
+    UINT length = 0;
+    if (!GetFileVersionInfoW(path.c_str(), 0, size, data.data()) ||
+        !VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &length) || !info)
+        return {};
+    return std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." + std::to_wstring(LOWORD(info->dwFileVersionMS)) +
+           L"." + std::to_wstring(HIWORD(info->dwFileVersionLS)) + L"." + std::to_wstring(LOWORD(info->dwFileVersionLS));
+}
+
+HWND FindFrame(DWORD pid)
+{
+    for (const e2e::WindowInfo& w : e2e::ListTopLevelWindows(pid, true))
+    {
+        if (w.className == L"LWFrame" && w.title == L"Sonora")
+            return w.hwnd;
+    }
+    return nullptr;
+}
+
+// A copy of the program files, so that the logs the helpers write stay out of the media.
+std::wstring ProgramFilesCopy(const std::wstring& name)
+{
+    const std::wstring folder = e2e::ScratchFolder(name);
+    if (folder.empty() || !e2e::CopyTree(e2e::MediaFolder() + L"Listenwell\\", folder))
+        return {};
+    return folder;
+}
+
+std::string ReadAll(const std::wstring& path)
+{
+    std::string bytes;
+    e2e::ReadFileBytes(path, bytes);
+    return bytes;
+}
+
+TEST(SampleMedia, HasTheLayoutTheInstallerReads)
+{
+    const std::vector<std::wstring> expected = {
+        L"InstallWizard.exe",
+        L"Install.xml",
+        L"License.txt",
+        L"License.LGPL2.1.txt",
+        L"License.LGPL3.txt",
+        L"Listenwell\\Sonora.exe",
+        L"Listenwell\\Sonora 32.exe",
+        L"Listenwell\\PackageInstaller.exe",
+        L"Listenwell\\HVMediaUninstall.exe",
+        L"Listenwell\\HVService.exe",
+        L"Listenwell\\HVShellExt.dll",
+        L"Listenwell\\FileAssociations.xml",
+        L"Listenwell\\Plugins\\System\\SampleShell.dll",
+        L"Listenwell\\Data\\Default Art\\Application.ico",
+        L"Listenwell\\Data\\Default Art\\fileimage.ico",
+        L"Listenwell\\Data\\Default Library\\Library Settings.xml",
+        L"Listenwell\\Data\\Languages\\English.txt",
+        L"Listenwell\\Data\\Languages\\Deutsch.txt",
+        L"Listenwell\\Skins\\Standard View\\main.xml",
+        L"Listenwell\\Skins\\Standard View\\Titlebar Icon.png",
+        L"System\\Check Version\\HVCodecSupport.dll",
+        L"System\\Check Version\\HVDiscSupport.dll",
+        L"System\\Check Version\\HVSystemNotes.txt",
+        L"System\\Always Overwrite\\Sonora.exe",
+        L"Fonts\\DejaVuSans.ttf",
+        L"Setup\\Promo1.png",
+        L"Setup\\Promo2.png",
+        L"Support\\ReadMe.txt",
+        L"Bundled Media\\Welcome Tone.wav",
+    };
+    const e2e::TreeDifference diff = e2e::CompareTree(e2e::MediaFolder(), expected);
+    // Other programs may join the root later (the crash handler); nothing may be missing.
+    EXPECT_TRUE(diff.missing.empty()) << diff.Describe();
+    // The agreement is read as "license.txt": the same file on a Windows file system.
+    EXPECT_NE(GetFileAttributesW((e2e::MediaFolder() + L"license.txt").c_str()), INVALID_FILE_ATTRIBUTES);
+    // The launcher in "Always Overwrite" is the product's own launcher.
+    EXPECT_EQ(ReadAll(e2e::MediaFolder() + L"System\\Always Overwrite\\Sonora.exe"),
+              ReadAll(e2e::MediaFolder() + L"Listenwell\\Sonora.exe"));
+}
+
+TEST(SampleMedia, ProgramsCarryTheVersionsTheInstallerCompares)
+{
+    const struct
+    {
+        const wchar_t* file;
+        const wchar_t* version;
+    } cases[] = {
+        {L"Listenwell\\Sonora 32.exe", L"32.1.0.100"},
+        {L"Listenwell\\Sonora.exe", L"32.1.0.100"},
+        {L"Listenwell\\HVShellExt.dll", L"32.1.0.100"},
+        {L"System\\Check Version\\HVCodecSupport.dll", L"2.0.0.0"},
+        {L"System\\Check Version\\HVDiscSupport.dll", L"1.5.0.0"},
+        {L"Install.xml", L""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(FileVersion(e2e::MediaFolder() + c.file), c.version) << e2e::Utf8(c.file);
+}
+
+class SampleFrame : public ::testing::TestWithParam<const wchar_t*>
+{
+};
+
+TEST_P(SampleFrame, OpensAnLWFrameWindowAndEndsWhenItIsClosed)
+{
+    e2e::RunOptions options;
+    options.program = e2e::MediaFolder() + L"Listenwell\\" + GetParam();
+    options.timeoutMs = 30000;
+    bool closed = false;
+    options.onPoll = [&](DWORD pid) {
+        if (HWND frame = closed ? nullptr : FindFrame(pid))
+            closed = PostMessageW(frame, WM_CLOSE, 0, 0) != FALSE;
+        return true;
+    };
+
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+
+    EXPECT_TRUE(closed);
+    EXPECT_TRUE(run.ExitedWith(0)) << run.Describe();
+}
+
+TEST_P(SampleFrame, IgnoreCloseKeepsTheWindowOpen)
+{
+    e2e::RunOptions options;
+    options.program = e2e::MediaFolder() + L"Listenwell\\" + GetParam();
+    options.commandLine = L"/IgnoreClose";
+    options.timeoutMs = 30000;
+    bool survived = false;
+    options.onPoll = [&](DWORD pid) {
+        HWND frame = FindFrame(pid);
+        if (!frame)
+            return true;
+        // Sent, not posted: when it returns the window has handled the close request.
+        DWORD_PTR ignored = 0;
+        SendMessageTimeoutW(frame, WM_CLOSE, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored);
+        survived = IsWindow(frame) && FindFrame(pid) == frame;
+        return false;  // done: the driver ends the program from outside
+    };
+
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+
+    EXPECT_TRUE(survived);
+    EXPECT_EQ(run.outcome, e2e::RunOutcome::PollFailed) << run.Describe();
+    ASSERT_EQ(run.openWindows.size(), 1u) << run.Describe();
+    EXPECT_NE(run.openWindows[0].find(L"LWFrame"), std::wstring::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(LauncherAndMainProgram, SampleFrame, ::testing::Values(L"Sonora.exe", L"Sonora 32.exe"));
+
+TEST(SampleMedia, PackageInstallerLogsEachCallAndRunsTheRegistrationJobs)
+{
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    const std::wstring folder = ProgramFilesCopy(L"SamplePackageInstaller");
+    ASSERT_FALSE(folder.empty());
+    const std::wstring dll = folder + L"Plugins\\System\\SampleShell.dll";
+
+    e2e::RunOptions options;
+    options.program = folder + L"PackageInstaller.exe";
+    options.commandLine = L"/RegDLL \"" + dll + L"\"";
+    e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kMarkerKey, L"SampleShell.dll"), dll);
+
+    options.commandLine = L"/UnRegDLL \"" + dll + L"\"";
+    run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kMarkerKey, L"SampleShell.dll"));
+
+    // A job it can't do still ends normally: the log tells what happened.
+    options.commandLine = L"/RegDLL " + folder + L"Missing.dll";
+    run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+
+    const std::string log = ReadAll(folder + L"PackageInstaller.log");
+    const std::string quoted = "\"" + e2e::Utf8(folder) + "PackageInstaller.exe\" ";
+    EXPECT_EQ(log, quoted + "/RegDLL \"" + e2e::Utf8(dll) + "\"\r\n" + quoted + "/UnRegDLL \"" + e2e::Utf8(dll) +
+                       "\"\r\n" + quoted + "/RegDLL " + e2e::Utf8(folder) + "Missing.dll\r\n  failed: /RegDLL " +
+                       e2e::Utf8(folder) + "Missing.dll\r\n");
+    EXPECT_TRUE(e2e::ResetToFreshMachine());
+}
+
+TEST(SampleMedia, ShellExtensionRegistersItselfWhenCalledDirectly)
+{
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    const std::wstring folder = ProgramFilesCopy(L"SampleShellExt");
+    ASSERT_FALSE(folder.empty());
+    const std::wstring dll = folder + L"HVShellExt.dll";
+    {
+        HVModule module(LoadLibraryW(dll.c_str()));
+        ASSERT_TRUE(module);
+        using Entry = HRESULT(__stdcall*)();
+        auto reg = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module.Get(), "DllRegisterServer")));
+        auto unreg =
+            reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module.Get(), "DllUnregisterServer")));
+        ASSERT_TRUE(reg && unreg);
+        EXPECT_EQ(reg(), S_OK);
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kMarkerKey, L"HVShellExt.dll"), dll);
+        EXPECT_EQ(unreg(), S_OK);
+        EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kMarkerKey, L"HVShellExt.dll"));
+        // Unregistering what isn't registered is no error.
+        EXPECT_EQ(unreg(), S_OK);
+    }
+    EXPECT_TRUE(e2e::ResetToFreshMachine());
+}
+
+TEST(SampleMedia, ServiceWritesItsStopMarkerOnlyWhenAskedToStop)
+{
+    const std::wstring folder = ProgramFilesCopy(L"SampleService");
+    ASSERT_FALSE(folder.empty());
+    e2e::RunOptions options;
+    options.program = folder + L"HVService.exe";
+
+    e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(GetFileAttributesW((folder + L"HVService.stop.txt").c_str()), INVALID_FILE_ATTRIBUTES);
+
+    options.commandLine = L"/Stop";
+    run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(ReadAll(folder + L"HVService.stop.txt"), "\"" + e2e::Utf8(folder) + "HVService.exe\" /Stop\r\n");
+}
+
+TEST(SampleMedia, UninstallerLogsItsCommandLine)
+{
+    const std::wstring folder = ProgramFilesCopy(L"SampleUninstall");
+    ASSERT_FALSE(folder.empty());
+    e2e::RunOptions options;
+    options.program = folder + L"HVMediaUninstall.exe";
+    options.commandLine = L"/Uninstall /Silent";
+
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(ReadAll(folder + L"HVMediaUninstall.log"),
+              "\"" + e2e::Utf8(folder) + "HVMediaUninstall.exe\" /Uninstall /Silent\r\n");
+}
+}
