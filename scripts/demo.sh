@@ -1,0 +1,88 @@
+#!/usr/bin/env bash
+# Runs InstallWizard.exe on the sample setup folder (build/win/media) under Wine: in a window
+# when a display is available, otherwise headless with "/Silent", so that the run needs nobody
+# to answer it. Says what it ran, what came of it (exit code, or the windows it was waiting
+# on when it had to be stopped) and what it left on the machine.
+#   IW_DEMO_ARGS     arguments for the setup program (default: none in a window, "/Silent"
+#                    headless)
+#   IW_DEMO_TIMEOUT  seconds before a run is stopped (default: 600 in a window, 180 headless)
+set -uo pipefail
+here="$(cd "$(dirname "$0")" && pwd)"
+source "$here/wine-env.sh"
+build="$IW_BUILD"
+media="$build/win/media"
+bin="$build/win/bin"
+exe="$media/InstallWizard.exe"
+
+if [ ! -f "$exe" ]; then
+  echo "demo: $exe is missing; 'make demo' builds it first." >&2
+  exit 1
+fi
+
+mode=headless
+if [ -n "${DISPLAY:-}" ] && xdotool getdisplaygeometry >/dev/null 2>&1; then
+  mode=window
+fi
+
+wineserver -p 60
+restore_driver() {
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
+  wineserver -w
+}
+if [ "$mode" = window ]; then
+  args="${IW_DEMO_ARGS-}"
+  limit="${IW_DEMO_TIMEOUT:-600}"
+  # The prefix runs headless for the tests; the demo borrows the display and gives it back.
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11 /f >/dev/null 2>&1
+  trap restore_driver EXIT
+  echo "== Install Wizard in a window on $DISPLAY"
+else
+  args="${IW_DEMO_ARGS-/Silent}"
+  limit="${IW_DEMO_TIMEOUT:-180}"
+  echo "== Install Wizard headless (no display): Wine's null graphics driver"
+fi
+echo "   setup folder: $media"
+echo "   Wine prefix:  $WINEPREFIX"
+echo "   command:      InstallWizard.exe${args:+ $args}"
+
+start=$(date +%s)
+# shellcheck disable=SC2086 # the arguments are meant to be split like a command line
+(cd "$media" && exec wine "$exe" $args) &
+runner=$!
+
+# Wait for the run, at most $limit seconds.
+rc=
+while kill -0 "$runner" 2>/dev/null; do
+  if [ $(( $(date +%s) - start )) -ge "$limit" ]; then
+    echo "== still running after $limit s; the windows it was showing:"
+    wine "$bin/ListWindows.exe" /Kill InstallWizard.exe
+    rc=timeout
+    break
+  fi
+  sleep 1
+done
+wait "$runner" 2>/dev/null
+code=$?
+elapsed=$(( $(date +%s) - start ))
+
+if [ "$rc" = timeout ]; then
+  echo "== stopped after ${elapsed} s (time limit)"
+else
+  echo "== InstallWizard.exe ended after ${elapsed} s with exit code $code"
+fi
+
+# What the run left behind, if anything yet.
+installed="$WINEPREFIX/drive_c/Program Files/Halvard"
+if [ -d "$installed" ]; then
+  echo "== installed files under C:\\Program Files\\Halvard:"
+  (cd "$installed" && find . -type f | sed 's|^\./|   |' | sort | head -40)
+else
+  echo "== nothing installed under C:\\Program Files\\Halvard"
+fi
+if wine reg query 'HKCU\Software\Halvard' >/dev/null 2>&1; then
+  echo "== registry keys under HKCU\\Software\\Halvard:"
+  wine reg query 'HKCU\Software\Halvard' /s 2>/dev/null | tr -d '\r' | grep -i '^HKEY' | sed 's/^/   /' | head -20
+fi
+
+[ "$rc" = timeout ] && exit 124
+exit "$code"
