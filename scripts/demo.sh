@@ -27,7 +27,10 @@ fi
 wineserver -p 60
 restore_driver() {
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
-  wineserver -w
+  # End the prefix's processes (the desktop process still holds the display driver) and let
+  # the server write the registry, so the tests start headless again.
+  wineserver -k >/dev/null 2>&1
+  wineserver -w >/dev/null 2>&1
 }
 if [ "$mode" = window ]; then
   args="${IW_DEMO_ARGS-}"
@@ -46,8 +49,9 @@ echo "   Wine prefix:  $WINEPREFIX"
 echo "   command:      InstallWizard.exe${args:+ $args}"
 
 start=$(date +%s)
-# shellcheck disable=SC2086 # the arguments are meant to be split like a command line
-(cd "$media" && exec wine "$exe" $args) &
+# The arguments are split as the shell would split them, so quoted paths stay whole.
+eval "set -- $args"
+(cd "$media" && exec wine "$exe" "$@") &
 runner=$!
 
 # Wait for the run, at most $limit seconds.
