@@ -1,4 +1,4 @@
-// HVCrashHandler.exe <block-name>
+// HVCrashHandler.exe: its command line is the block name
 //
 // A stand-in for the product's crash reporter. The dying process names its crash-info block
 // ("HVCrashInfo<pid>": process id, thread id, address of its EXCEPTION_POINTERS) and waits
@@ -39,9 +39,11 @@ bool ReadFrom(HANDLE process, unsigned long long address, T& value)
 
 int wmain(int argc, wchar_t** argv)
 {
-    if (argc != 2)
+    // The crashed program passes the block's name as the whole command line, so it arrives
+    // as argv[0]; a name after a program path is taken too.
+    if (argc < 1 || argc > 2)
         return 1;
-    const std::wstring blockName = argv[1];
+    const std::wstring blockName = argv[argc - 1];
     FILE* report = _wfopen((OwnFolder() + blockName + L".txt").c_str(), L"a");
     if (!report)
         return 1;

@@ -1,6 +1,9 @@
+#include "install/win/CInstallApp.h"
+
 #include <windows.h>
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
 {
-    return 0;
+    CInstallApp app;
+    return app.Run();
 }

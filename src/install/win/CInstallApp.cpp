@@ -1,0 +1,302 @@
+#include "install/win/CInstallApp.h"
+
+#include "install/CCommandLineParser.h"
+#include "install/CInstallSettings.h"
+#include "install/CSetupFolders.h"
+#include "install/InstallExitCode.h"
+#include "install/win/CNeedInternetExplorerDlg.h"
+#include "install/win/CStartupProbe.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/win/HVFileSystem.h"
+#include "toolkit/win/HVMessageBox.h"
+
+namespace
+{
+const char* const kSource = "CInstallApp::Startup";
+
+const char16_t* YesNo(bool value) { return value ? u"yes" : u"no"; }
+}
+
+CInstallApp::CInstallApp()
+{
+    // Until start-up has decided otherwise, an early end is a fatal error.
+    SetExitCode(kExitFatalError);
+}
+
+CInstallApp::~CInstallApp() = default;
+
+CInstallApp* CInstallApp::Get() { return static_cast<CInstallApp*>(HVApp::Get()); }
+
+bool CInstallApp::InitInstance()
+{
+    // The log is opened before anything else so that the whole run is in it, the framework's
+    // own initialisation included.
+    OpenLog();
+    if (!HVExecutableApp::InitInstance())
+    {
+        HVLog::Write(HVLog::kError, "CInstallApp::InitInstance", u"The application framework failed to start");
+        return false;
+    }
+    HVLog::Write(HVLog::kInfo, "CInstallApp::InitInstance", u"Install Wizard %s", GetModulePath());
+    HVLog::Write(HVLog::kInfo, "CInstallApp::InitInstance", u"Command line: %s", GetCommandLine());
+    return true;
+}
+
+void CInstallApp::OpenLog()
+{
+    // The log switches are read ahead of the real parse (step 4) so that the steps before it
+    // are logged too; parsing has no side effects, so reading twice is harmless.
+    InstallOptions early;
+    CCommandLineParser::Parse(GetCommandLine(), early);
+    if (early.log)
+    {
+        HVString path = early.logPath;
+        if (path.IsEmpty())
+        {
+            wchar_t temp[MAX_PATH + 1];
+            const DWORD length = ::GetTempPathW(MAX_PATH + 1, temp);
+            path = HVFileLogger::DatedName(length ? HVString(temp, static_cast<int32_t>(length)) : HVString(u".\\"),
+                                           u"Install Wizard");
+        }
+        if (fileLogger_.Open(path))
+        {
+            SetLogger(&fileLogger_);
+            return;
+        }
+        // No log file is no reason to stop an install: the debugger still gets the lines.
+        SetLogger(&debugLogger_);
+        HVLog::Write(HVLog::kWarning, "CInstallApp::OpenLog", u"Can't write the log file %s (error %d)", path,
+                     ::GetLastError());
+        return;
+    }
+    SetLogger(&debugLogger_);
+}
+
+bool CInstallApp::Startup()
+{
+    TakeSingleInstanceMutex();
+    RemoveStaleVirtualStoreKeys();
+    ReadSetupFolder();
+    if (ShowHelpIfAsked())
+        return false;
+    PrepareLook();
+    PrepareLanguage();
+    if (!JudgeSingleInstance())
+        return false;
+
+    const bool ctrl = ::GetKeyState(VK_CONTROL) < 0;
+    const bool shift = ::GetKeyState(VK_SHIFT) < 0;
+    const bool f = ::GetKeyState('F') < 0;
+    if (CEnvironmentChecks::SkipRequested(ctrl, shift, f))
+    {
+        HVLog::Write(HVLog::kWarning, kSource, u"Ctrl+Shift+F held: environment checks skipped");
+    }
+    else if (!CheckEnvironment())
+    {
+        return false;
+    }
+
+    PlaceLauncher();
+    RunWizard();
+    virtualStore_.Close();
+    virtualStoreWow_.Close();
+    return false;
+}
+
+void CInstallApp::ExitInstance()
+{
+    virtualStore_.Close();
+    virtualStoreWow_.Close();
+    HVLog::Write(HVLog::kInfo, "CInstallApp::ExitInstance", u"Exit code %d", GetExitCode());
+}
+
+void CInstallApp::TakeSingleInstanceMutex()
+{
+    mutex_.Reset(::CreateMutexW(nullptr, FALSE, kMutexName));
+    mutexError_ = ::GetLastError();
+    HVLog::Write(HVLog::kInfo, kSource, u"Single-instance mutex: %s (error %d)",
+                 mutex_ ? u"created or opened" : u"not available", mutexError_);
+}
+
+void CInstallApp::RemoveStaleVirtualStoreKeys()
+{
+    // Old 32-bit installers running without elevation had their machine-wide writes
+    // redirected here; left behind, they would shadow the real keys for the product.
+    struct Store
+    {
+        HVRegKey& key;
+        const char16_t* path;
+    };
+    Store stores[] = {
+        {virtualStore_, u"Software\\Classes\\VirtualStore\\Machine\\Software"},
+        {virtualStoreWow_, u"Software\\Classes\\VirtualStore\\Machine\\Software\\Wow6432Node"},
+    };
+    for (Store& store : stores)
+    {
+        if (!store.key.Open(HKEY_CURRENT_USER, store.path, KEY_READ | KEY_WRITE))
+            continue;
+        if (!HVRegKey::KeyExists(store.key.Get(), u"Halvard"))
+            continue;
+        const bool deleted = store.key.DeleteSubKey(u"Halvard");
+        HVLog::Write(HVLog::kInfo, kSource, u"VirtualStore %s\\Halvard: %s", store.path,
+                     deleted ? u"deleted" : u"kept (it has subkeys)");
+    }
+}
+
+void CInstallApp::ReadSetupFolder()
+{
+    CSetupFolders::Apply(GetSetupFolder(), [](const HVString& path) { return HVFileSystem::Exists(path, false); },
+                         options_);
+    HVLog::Write(HVLog::kInfo, kSource, u"Setup folder: %s", GetSetupFolder());
+    HVLog::Write(HVLog::kInfo, kSource, u"Install description: %s", options_.installDescriptionPath);
+
+    if (!description_.Load(options_.installDescriptionPath))
+        HVLog::Write(HVLog::kWarning, kSource, u"Install description not readable: the defaults apply");
+    const CInstallSettings settings = CInstallSettings::Read(
+        description_, options_.installDescriptionPath,
+        [](const HVString& folder) { return HVFileSystem::FolderExists(folder); });
+    if (!settings.GetSupportFolder().IsEmpty())
+        options_.supportFolder = settings.GetSupportFolder();
+    options_.allowDowngrade = settings.GetAllowDowngrade();
+    options_.bundledMediaFolder = settings.GetBundledMediaFolder();
+    HVLog::Write(HVLog::kInfo, kSource, u"Install settings %s; support %s, library %s, bundled media \"%s\", allow downgrade %s",
+                 settings.Applies() ? u"read" : u"not applicable", options_.supportFolder, options_.libraryFolder,
+                 options_.bundledMediaFolder, YesNo(options_.allowDowngrade));
+
+    product_ = std::make_unique<CProductIdentity>(GetSetupFolder(), description_.GetText(u"/*/Product/LauncherName"),
+                                                  description_.GetText(u"/*/Product/Features"));
+
+    for (const HVString& piece : CCommandLineParser::Parse(GetCommandLine(), options_))
+        HVLog::Write(HVLog::kWarning, kSource, u"Unknown option ignored: /%s", piece);
+    HVLog::Write(HVLog::kInfo, kSource,
+                 u"Options: silent %s, upgrade %s, no associations %s, no dependencies %s, no upgrade %s, "
+                 u"no driver %s, no run %s, distributor \"%s\"",
+                 YesNo(options_.silent), YesNo(options_.upgrade), YesNo(options_.noAssociations),
+                 YesNo(options_.noDependencies), YesNo(options_.noUpgrade), YesNo(options_.noDriver),
+                 YesNo(options_.noRun), options_.distributorId);
+}
+
+bool CInstallApp::ShowHelpIfAsked()
+{
+    if (!options_.help)
+        return false;
+    HVLog::Write(HVLog::kInfo, kSource, u"Switch list shown");
+    HVMessageBox::Show(nullptr, HVTranslator::Translate(CCommandLineParser::HelpText()),
+                       HVTranslator::Translate(u"Install Wizard"), MB_OK | MB_ICONINFORMATION);
+    SetExitCode(kExitInstalled);
+    return true;
+}
+
+void CInstallApp::PrepareLook()
+{
+    HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLook",
+                 u"No skin toolkit in this program: the wizard keeps the system look");
+}
+
+void CInstallApp::PrepareLanguage()
+{
+    HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLanguage",
+                 u"No translation layer in this program: the texts stay English");
+}
+
+bool CInstallApp::JudgeSingleInstance()
+{
+    if (mutexError_ != ERROR_ALREADY_EXISTS && mutexError_ != ERROR_ACCESS_DENIED)
+        return true;
+    HVLog::Write(HVLog::kWarning, kSource, u"Another installer is running (error %d)", mutexError_);
+    const HVString text =
+        HVTranslator::Translate(u"Another instance of the Halvard installer is already running on this system.\r\n\r\n") +
+        HVTranslator::Translate(u"Please finish any other Halvard installations and try again.");
+    HVMessageBox::Show(nullptr, text, HVTranslator::Translate(u"Halvard Installer"), MB_OK | MB_ICONWARNING);
+    SetExitCode(kExitAnotherInstaller);
+    return false;
+}
+
+bool CInstallApp::CheckEnvironment()
+{
+    CStartupProbe probe(*product_, description_, options_);
+    const CEnvironmentChecks::Result result = CEnvironmentChecks::Run(probe);
+    HVLog::Write(HVLog::kInfo, "CInstallApp::CheckEnvironment", u"Environment checks: %s",
+                 CEnvironmentChecks::Name(result));
+    if (result == CEnvironmentChecks::Result::Passed)
+        return true;
+    productDeclined_ = probe.ProductDeclined();
+    ReportCheckFailure(result);
+    return false;
+}
+
+HVString CInstallApp::ProductText(const char16_t* english) const
+{
+    return HVString::Format(HVTranslator::Translate(english).c_str(), product_->GetDisplayName());
+}
+
+void CInstallApp::ReportCheckFailure(CEnvironmentChecks::Result result)
+{
+    using Result = CEnvironmentChecks::Result;
+    switch (result)
+    {
+    case Result::Passed: break;
+    case Result::NoRights:
+        HVMessageBox::Show(
+            nullptr,
+            HVTranslator::Translate(u"Sorry, but you do not have sufficient rights to install the program.\r\n") +
+                HVTranslator::Translate(
+                    u"Please make sure you have administrative rights before you begin the installation."),
+            HVTranslator::Translate(u"Information"), MB_OK | MB_ICONINFORMATION);
+        SetExitCode(kExitNoRights);
+        break;
+    case Result::ProductRunning:
+        // The running-copy check has already told the user.
+        SetExitCode(productDeclined_ ? kExitCancelled : kExitProductRunning);
+        break;
+    case Result::BrowserTooOld:
+        CNeedInternetExplorerDlg().DoModal();
+        SetExitCode(kExitBrowserTooOld);
+        break;
+    case Result::NoSSE2:
+        HVMessageBox::Show(nullptr,
+                           ProductText(u"The %s Install Wizard failed to detect an SSE2-capable CPU.\r\n\r\n") +
+                               ProductText(u"%s requires SSE2 capabilities to run.  Setup will now abort."),
+                           HVTranslator::Translate(u"SSE2 Not Available"), MB_OK | MB_ICONERROR);
+        SetExitCode(kExitNotSupported);
+        break;
+    case Result::WindowsNotSupported:
+        HVMessageBox::Show(
+            nullptr,
+            ProductText(u"The %s Install Wizard can not run on this version of Microsoft Windows.\r\n\r\n") +
+                ProductText(u"%s requires Windows 2000 or later.  Setup will now abort."),
+            HVTranslator::Translate(u"Operating System Not Supported"), MB_OK | MB_ICONERROR);
+        SetExitCode(kExitNotSupported);
+        break;
+    }
+}
+
+void CInstallApp::PlaceLauncher()
+{
+    // The setup folder's product folder gets the launcher kept in "System\Always Overwrite\":
+    // moved over it (one rename on the same volume), then copied back so that the copy rules
+    // still find it where they look. A read-only medium leaves both as they are.
+    const HVString& launcher = product_->GetLauncherName();
+    const HVString source = GetSetupFolder() + u"System\\Always Overwrite\\" + launcher;
+    const HVString target = GetSetupFolder() + CProductIdentity::kProgramSourceFolder + launcher;
+    if (!HVFileSystem::Exists(source, false))
+    {
+        HVLog::Write(HVLog::kInfo, "CInstallApp::PlaceLauncher", u"No launcher in %s", source);
+        return;
+    }
+    bool placed = false;
+    if (HVFileSystem::MoveFile(source, target, true, false))
+        placed = HVFileSystem::CopyFile(target, source, false);
+    else
+        placed = HVFileSystem::CopyFile(source, target, false);
+    HVLog::Write(placed ? HVLog::kInfo : HVLog::kWarning, "CInstallApp::PlaceLauncher", u"Launcher %s: %s", target,
+                 placed ? u"in place" : u"left as it was");
+}
+
+void CInstallApp::RunWizard()
+{
+    HVLog::Write(HVLog::kInfo, "CInstallApp::RunWizard", u"Start-up passed; the wizard is not part of this program");
+    SetExitCode(kExitInstalled);
+}
