@@ -16,3 +16,21 @@ void HVButton::Click()
     if (hwnd_ && IsEnabled())
         ::SendMessageW(hwnd_, BM_CLICK, 0, 0);
 }
+
+HVString HVButton::WithAccelerator(const HVString& text, char16_t letter)
+{
+    if (text.Find(u'&') >= 0)
+        return text;
+    int32_t at = -1;
+    for (int32_t i = 0; i < text.GetLength() && at < 0; ++i)
+        if (HVString::ToLower(text[i]) == HVString::ToLower(letter))
+            at = i;
+    for (int32_t i = 0; i < text.GetLength() && at < 0; ++i)
+        if (::IsCharAlphaNumericW(static_cast<wchar_t>(text[i])))
+            at = i;
+    if (at < 0)
+        return text;
+    HVString result = text;
+    result.Insert(at, u"&");
+    return result;
+}

@@ -10,4 +10,8 @@ public:
     void SetDefault(bool isDefault);
     // Presses the button as a click would.
     void Click();
+
+    // The text with "&" before the first `letter` (either case), or before its first letter
+    // or digit when it has no such letter (a translation), so that Alt reaches it either way.
+    static HVString WithAccelerator(const HVString& text, char16_t letter);
 };

@@ -68,7 +68,7 @@ bool HVWizardPopupWnd::OnCreatePopup()
     title_.SetBold(true);
     back_.onChange = [this] { Back(); };
     next_.onChange = [this] { Next(); };
-    cancel_.onChange = [this] { OnCancelRequest(); };
+    cancel_.onChange = [this] { OnCancel(); };
 
     for (HVWizardPageInfo& info : pages_) {
         if (!info.page->CreatePage(*this)) {
@@ -300,6 +300,15 @@ void HVWizardPopupWnd::PressBack()
 {
     if (hwnd_)
         ::PostMessageW(hwnd_, WM_COMMAND, MAKEWPARAM(kBackId, BN_CLICKED), reinterpret_cast<LPARAM>(back_.Hwnd()));
+}
+
+void HVWizardPopupWnd::OnCancel()
+{
+    if (busy_ || !IsRunning())
+        return;
+    busy_ = true;
+    OnCancelRequest();
+    busy_ = false;
 }
 
 void HVWizardPopupWnd::OnCancelRequest()

@@ -40,6 +40,8 @@ public:
     // that the caller's own message handling ends first.
     void PressNext();
     void PressBack();
+    // True while the wizard moves between pages or asks about Cancel; Next and Back wait.
+    bool IsBusy() const { return busy_; }
     // The wizard ends with this result without asking (used by Cancel handling).
     void Close(int result) { EndModal(result); }
     // Brings the header and buttons up to date with the current page's texts.
@@ -58,7 +60,7 @@ protected:
     SIZE WantedClientSize() const override;
     SIZE MinimumClientSize() const override;
     int DefaultButtonId() const override { return kNextId; }
-    void OnCancel() override { OnCancelRequest(); }
+    void OnCancel() override;
     void ApplyDpi(UINT dpi) override;
     void Layout() override;
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

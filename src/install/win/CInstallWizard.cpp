@@ -1,0 +1,127 @@
+#include "install/win/CInstallWizard.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVProductPaths.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/CWizardRules.h"
+#include "install/win/CLicensePpg.h"
+#include "install/win/CProtectedFolders.h"
+#include "install/win/CSelectPathPpg.h"
+#include "install/win/CSetupTypeCustomPpg.h"
+#include "install/win/CSetupTypePpg.h"
+#include "toolkit/win/HVButton.h"
+#include "toolkit/win/HVMessageBox.h"
+
+CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescription& description,
+                               const CProductIdentity& product, const HVString& setupFolder)
+    : options_(options), description_(description), product_(product), setupFolder_(setupFolder)
+{
+    if (!setupFolder_.IsEmpty() && !setupFolder_.EndsWith(u"\\"))
+        setupFolder_ += u'\\';
+    autoInstallOffered_ = description_.GetInteger(u"/*/Installer/OfferAutoInstall", 0) != 0;
+
+    SetText(WizardTitle());
+    SetMinimumClientSize({500, 300});
+    SetButtonTexts(HVButton::WithAccelerator(HVTranslator::Translate(u"< Back"), u'B'),
+                   HVButton::WithAccelerator(HVTranslator::Translate(u"Next >"), u'N'),
+                   HVButton::WithAccelerator(HVTranslator::Translate(u"Finish"), u'F'),
+                   HVTranslator::Translate(u"Cancel"));
+
+    AddPage(std::make_unique<CLicensePpg>(*this));
+    AddPage(std::make_unique<CSetupTypePpg>(*this));
+    AddPage(std::make_unique<CSetupTypeCustomPpg>(*this));
+    AddPage(std::make_unique<CSelectPathPpg>(*this));
+    // The copy, file-association (feature 176 only), shortcut and finish pages join here.
+}
+
+CInstallWizard::~CInstallWizard() = default;
+
+HVString CInstallWizard::WizardTitle() const
+{
+    return HVTranslator::Translate(u"Install Wizard");
+}
+
+CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
+{
+    HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard starts (silent %d, upgrade %d, auto install offered %d)",
+                 options_.silent, options_.upgrade, autoInstallOffered_);
+    const int result = Run(owner);
+    const Result outcome = result == kFinished ? Result::Finished : result == kCancelled ? Result::Cancelled : Result::Failed;
+    HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard ends: %s (destination %s, express %d, portable %d)",
+                 outcome == Result::Finished ? u"finished" : outcome == Result::Cancelled ? u"cancelled" : u"failed",
+                 options_.destinationFolder, options_.express, options_.portable);
+    return outcome;
+}
+
+const HVString& CInstallWizard::EarlierInstallationFolder()
+{
+    if (earlierFolder_)
+        return *earlierFolder_;
+    // The installation record names the folder; failing that, the uninstall entry that the
+    // record names.
+    HVString folder = product_.GetEarlierInstallationFolder();
+    if (folder.IsEmpty()) {
+        HVString uninstallKey;
+        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+            HVRegKey record;
+            if (uninstallKey.IsEmpty() &&
+                record.Open(HKEY_LOCAL_MACHINE, HVProductPaths::kInstallationsKey + HVString(u"\\") + product_.GetInstallationKeyName(),
+                            KEY_READ, view))
+                record.QueryString(u"Uninstall Key", uninstallKey);
+        }
+        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+            HVRegKey entry;
+            if (!uninstallKey.IsEmpty() && folder.IsEmpty() &&
+                entry.Open(HKEY_LOCAL_MACHINE, CProtectedFolders::kUninstallKey + HVString(u"\\") + uninstallKey, KEY_READ, view))
+                entry.QueryString(u"InstallLocation", folder);
+        }
+    }
+    folder.Trim();
+    // A record whose folder was removed by hand is no earlier installation to install over.
+    if (!folder.IsEmpty() && !HVFileSystem::FolderExists(folder)) {
+        HVLog::Write(HVLog::kInfo, "CInstallWizard::EarlierInstallationFolder", u"Recorded folder %s is gone", folder);
+        folder.Empty();
+    }
+    if (!folder.IsEmpty())
+        folder = HVFileSystem::NormalizeFolderPath(folder);
+    options_.earlierInstallationFound = !folder.IsEmpty();
+    HVLog::Write(HVLog::kInfo, "CInstallWizard::EarlierInstallationFolder", u"Earlier installation: %s",
+                 folder.IsEmpty() ? HVString(u"none") : folder);
+    earlierFolder_ = folder;
+    return *earlierFolder_;
+}
+
+const std::vector<HVString>& CInstallWizard::ProtectedFolders()
+{
+    if (!protectedFolders_) {
+        const CProtectedFolders::Context context =
+            CProtectedFolders::ThisMachine(product_.GetDisplayName(), EarlierInstallationFolder());
+        protectedFolders_ = CProtectedFolders::Read(context);
+        HVLog::Write(HVLog::kInfo, "CInstallWizard::ProtectedFolders", u"%d protected folders",
+                     static_cast<int>(protectedFolders_->size()));
+    }
+    return *protectedFolders_;
+}
+
+void CInstallWizard::OnCancelRequest()
+{
+    const HVString& name = product_.GetDisplayName();
+    if (CWizardRules::Cancel(CurrentIndex() + 1) == CWizardRules::CancelAction::Refuse) {
+        const HVString text =
+            HVString::Format(HVTranslator::Translate(u"%s installation can no longer be canceled.\r\n\r\n").c_str(), name) +
+            HVTranslator::Translate(u"Once installation has completed, you can uninstall using Control Panel > Add or Remove Programs.");
+        HVMessageBox::Show(Hwnd(), text, HVTranslator::Translate(u"Cancel Unavailable"), MB_OK | MB_ICONINFORMATION);
+        return;
+    }
+    const HVString question =
+        HVString::Format(HVTranslator::Translate(u"Are you sure you want to cancel %s installation?").c_str(), name);
+    if (HVMessageBox::Show(Hwnd(), question, HVTranslator::Translate(u"Confirm Cancellation"),
+                           MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES)
+        return;
+    HVLog::Write(HVLog::kInfo, "CInstallWizard::OnCancelRequest", u"Cancelled by the user");
+    if (CurrentPage())
+        CurrentPage()->OnHidePage();
+    Close(kCancelled);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "install/HVInstallDescription.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+#include "toolkit/win/HVWizardPopupWnd.h"
+
+#include <optional>
+#include <vector>
+
+// The install wizard: the frame titled "Install Wizard" with the install pages in their
+// order (welcome and agreement, setup type, custom setup type, destination; the copy, file
+// association, shortcut and finish pages follow them in the same list). It owns its pages;
+// the choices of all pages go into the one InstallOptions record of the run.
+//
+//   CInstallWizard wizard(options, description, product, setupFolder);
+//   if (wizard.RunWizard(nullptr) == CInstallWizard::Result::Cancelled) ...
+class CInstallWizard : public HVWizardPopupWnd
+{
+public:
+    enum class Result
+    {
+        Finished,   // the last page was passed
+        Cancelled,  // the user confirmed Cancel: nothing was changed
+        Failed,     // the window could not be made
+    };
+
+    CInstallWizard(InstallOptions& options, const HVInstallDescription& description, const CProductIdentity& product,
+                   const HVString& setupFolder);
+    ~CInstallWizard() override;
+
+    Result RunWizard(HWND owner);
+
+    InstallOptions& Options() const { return options_; }
+    const HVInstallDescription& Description() const { return description_; }
+    const CProductIdentity& Product() const { return product_; }
+    // Ends in a backslash.
+    const HVString& SetupFolder() const { return setupFolder_; }
+    // "/*/Installer/OfferAutoInstall" non-zero: the welcome page may count down.
+    bool AutoInstallOffered() const { return autoInstallOffered_; }
+
+    // The earlier installation's folder, read once (the first call sets "earlier installation
+    // found" of the options); empty when there is none.
+    const HVString& EarlierInstallationFolder();
+    // Folders of other programs, read from the uninstall entries on first use and kept.
+    const std::vector<HVString>& ProtectedFolders();
+
+    // The frame's own title, translated.
+    HVString WizardTitle() const;
+
+protected:
+    void OnCancelRequest() override;
+
+private:
+    InstallOptions& options_;
+    const HVInstallDescription& description_;
+    const CProductIdentity& product_;
+    HVString setupFolder_;
+    bool autoInstallOffered_ = false;
+    std::optional<HVString> earlierFolder_;
+    std::optional<std::vector<HVString>> protectedFolders_;
+};

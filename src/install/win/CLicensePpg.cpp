@@ -1,0 +1,148 @@
+#include "install/win/CLicensePpg.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTextFileReader.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/CWizardRules.h"
+#include "install/win/CInstallWizard.h"
+
+#include <cstdlib>
+
+namespace
+{
+// The countdown's counter lives for the process, as the wizard does.
+int g_countdown = CWizardRules::kCountdownStart;
+}   // namespace
+
+UINT CLicensePpg::TimerDivisor()
+{
+    static const UINT divisor = [] {
+        const wchar_t* text = ::_wgetenv(L"IW_TEST_ONLY_TIMER_DIVISOR");
+        const long value = text ? std::wcstol(text, nullptr, 10) : 1;
+        return value >= 2 && value <= 1000 ? static_cast<UINT>(value) : 1u;
+    }();
+    return divisor;
+}
+
+HVString CLicensePpg::ReadLicense(const HVString& setupFolder)
+{
+    const HVString path = setupFolder + u"license.txt";
+    HVString text;
+    if (!HVTextFileReader::Read(path, text)) {
+        HVLog::Write(HVLog::kWarning, "CLicensePpg::ReadLicense", u"No agreement at %s", path);
+        return T(u"The license agreement could not be shown: the file \"license.txt\" is missing from the setup folder.");
+    }
+    // The edit control breaks lines only at "\r\n".
+    text.Replace(u"\r\n", u"\n");
+    text.Replace(u"\r", u"\n");
+    text.Replace(u"\n", u"\r\n");
+    return text;
+}
+
+bool CLicensePpg::CreateControls()
+{
+    HVLayoutSpec heading;
+    HVLayoutSpec box;
+    box.gap = 4;
+    box.cy = HVLayoutSpec::kFillHeight;
+    return heading_.Create(*this, T(u"Please read the following license agreement carefully."), heading) &&
+           license_.Create(*this, ReadLicense(InstallWizard().SetupFolder()), box);
+}
+
+HVString CLicensePpg::Title() const
+{
+    return T(u"Welcome");
+}
+
+HVString CLicensePpg::Subtitle() const
+{
+    return T(u"Welcome to the Install Wizard.");
+}
+
+HVString CLicensePpg::NextButtonText() const
+{
+    return HVButton::WithAccelerator(T(u"Accept"), u'A');
+}
+
+void CLicensePpg::OnShowPage()
+{
+    CWizardPropertyPage::OnShowPage();
+    if (!started_) {
+        started_ = true;
+        ::SetTimer(Hwnd(), kStartTimer, 10, nullptr);
+    }
+}
+
+void CLicensePpg::OnHidePage()
+{
+    StopTimers();
+}
+
+void CLicensePpg::StopTimers()
+{
+    ::KillTimer(Hwnd(), kStartTimer);
+    ::KillTimer(Hwnd(), kAutoInstallTimer);
+    ::KillTimer(Hwnd(), kCountdownTimer);
+    if (countingDown_) {
+        countingDown_ = false;
+        InstallWizard().SetText(InstallWizard().WizardTitle());
+    }
+}
+
+void CLicensePpg::Start()
+{
+    ::KillTimer(Hwnd(), kStartTimer);
+    CInstallWizard& wizard = InstallWizard();
+    // Later pages need to know whether there is an earlier installation.
+    wizard.EarlierInstallationFolder();
+    HVRegKey installer;
+    installer.Create(Product().GetRegistryHive(), Product().GetInstallerKey());
+    DWORD runAutoInstall = 0;
+    if (installer.IsOpen())
+        installer.QueryDWORD(u"Run Auto Install", runAutoInstall);
+
+    switch (CWizardRules::OnWelcomeStart(Options(), wizard.AutoInstallOffered(), runAutoInstall)) {
+    case CWizardRules::WelcomeStart::MoveOn:
+        wizard.PressNext();
+        break;
+    case CWizardRules::WelcomeStart::ForgetAutoInstall:
+        if (installer.IsOpen() && installer.HasValue(u"Run Auto Install"))
+            installer.DeleteValue(u"Run Auto Install");
+        break;
+    case CWizardRules::WelcomeStart::StartCountdown:
+        HVLog::Write(HVLog::kInfo, "CLicensePpg::Start", u"Auto install in %d seconds", g_countdown);
+        countingDown_ = true;
+        ::SetTimer(Hwnd(), kAutoInstallTimer, kAutoInstallMs / TimerDivisor(), nullptr);
+        ::SetTimer(Hwnd(), kCountdownTimer, kCountdownMs / TimerDivisor(), nullptr);
+        break;
+    case CWizardRules::WelcomeStart::Wait:
+        break;
+    }
+}
+
+void CLicensePpg::OnTimer(UINT_PTR id)
+{
+    switch (id) {
+    case kStartTimer:
+        Start();
+        break;
+    case kCountdownTimer:
+        InstallWizard().SetText(CWizardRules::CountdownTitle(Product().GetDisplayName(), g_countdown));
+        --g_countdown;
+        break;
+    case kAutoInstallTimer:
+        // While the user answers the Cancel question the install waits for the answer.
+        if (InstallWizard().IsBusy()) {
+            ::SetTimer(Hwnd(), kAutoInstallTimer, 200, nullptr);
+            break;
+        }
+        HVLog::Write(HVLog::kInfo, "CLicensePpg::OnTimer", u"Auto install starts (counter at %d)", g_countdown);
+        StopTimers();
+        Options().express = true;
+        Options().autoInstall = true;
+        InstallWizard().PressNext();
+        break;
+    default:
+        break;
+    }
+}

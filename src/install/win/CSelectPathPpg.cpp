@@ -1,0 +1,84 @@
+#include "install/win/CSelectPathPpg.h"
+
+#include "foundation/HVLog.h"
+#include "install/CSelectPathRules.h"
+#include "install/CWizardRules.h"
+#include "install/win/CInstallWizard.h"
+#include "toolkit/win/HVMessageBox.h"
+
+CSelectPathPpg::CSelectPathPpg(CInstallWizard& wizard) : CWizardPropertyPage(wizard), machine_(wizard)
+{
+}
+
+bool CSelectPathPpg::CreateControls()
+{
+    HVLayoutSpec prompt;
+    HVLayoutSpec label;
+    label.gap = 10;
+    HVLayoutSpec edit;
+    edit.gap = 2;
+    HVLayoutSpec note;
+    note.gap = 8;
+    if (!prompt_.Create(*this, ProductText(u"Setup will install %s in the following folder."), prompt) ||
+        !label_.Create(*this, T(u"Install to:"), label) ||
+        !folder_.Create(*this, u"", T(u"Browse..."), edit) ||
+        !note_.Create(*this,
+                      T(u"To install in a different folder, type its path or click Browse and select another folder."),
+                      note))
+        return false;
+    folder_.pickerTitle = T(u"Install to:");
+    return true;
+}
+
+HVString CSelectPathPpg::Title() const
+{
+    return T(u"Destination Folder");
+}
+
+HVString CSelectPathPpg::Subtitle() const
+{
+    return ProductText(u"Choose the folder in which to install %s.");
+}
+
+bool CSelectPathPpg::SkipTest()
+{
+    return CWizardRules::SkipDestination(Options());
+}
+
+void CSelectPathPpg::Prepare()
+{
+    InstallOptions& options = Options();
+    // The first reading also settles whether there is an earlier installation.
+    InstallWizard().EarlierInstallationFolder();
+    CSelectPathRules::ProposalInput input;
+    input.portable = options.portable;
+    input.earlierInstallationFound = options.earlierInstallationFound;
+    input.currentDestination = options.destinationFolder;
+    input.installToPath = InstallWizard().Description().GetText(u"/*/Product/InstallToPath");
+    input.displayName = Product().GetDisplayName();
+    options.destinationFolder = CSelectPathRules::Propose(input, machine_);
+    folder_.SetText(options.destinationFolder);
+    HVLog::Write(HVLog::kInfo, "CSelectPathPpg::Prepare", u"Proposed %s", options.destinationFolder);
+}
+
+bool CSelectPathPpg::NextPressed()
+{
+    Options().destinationFolder = folder_.GetText();
+    return LeaveCheck();
+}
+
+bool CSelectPathPpg::LeaveCheck()
+{
+    InstallOptions& options = Options();
+    const CSelectPathResult result = CSelectPathRules::Check(options.destinationFolder, Product().GetDisplayName(), machine_);
+    if (!result.accepted) {
+        HVLog::Write(HVLog::kInfo, "CSelectPathPpg::LeaveCheck", u"%s refused by check %d", options.destinationFolder,
+                     result.check);
+        HVMessageBox::Show(InstallWizard().Hwnd(), result.text, result.title, MB_OK | MB_ICONWARNING);
+        return false;
+    }
+    options.destinationFolder = result.folder;
+    folder_.SetText(result.folder);
+    HVLog::Write(HVLog::kInfo, "CSelectPathPpg::LeaveCheck", u"Destination %s", result.folder);
+    return true;
+}
