@@ -1,0 +1,50 @@
+#include "integration/win/RegistryWriteTest.h"
+
+#include "foundation/win/HVRegKey.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+const char16_t* const kHalvard = u"Software\\Halvard";
+const char16_t* const kCheck = u"Software\\Halvard\\Rights Check";
+}
+
+TEST(RegistryWriteTest, PassesWithRightsAndLeavesNothingBehind)
+{
+    ASSERT_TRUE(RegistryWriteTest());
+    EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, kCheck));
+}
+
+TEST(RegistryWriteTest, ALeftoverKeyFromAnEarlierRunDoesNotMakeItFail)
+{
+    HVRegKey leftover;
+    ASSERT_TRUE(leftover.Create(HKEY_LOCAL_MACHINE, kCheck));
+    ASSERT_TRUE(leftover.SetString(u"Rights Check (12345)", u"Rights OK"));
+    leftover.Close();
+    EXPECT_TRUE(RegistryWriteTest());
+    EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, kCheck));
+}
+
+TEST(RegistryWriteTest, FailsWhenTheKeyCannotBeWritten)
+{
+    // A volatile "Software\Halvard" can't take the lasting "Rights Check" key below it: the
+    // test's create fails as it would without rights. An empty key (as the write test itself
+    // leaves it) is made volatile for the test; one with content is left alone.
+    if (HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, kHalvard))
+    {
+        HVRegKey existing;
+        ASSERT_TRUE(existing.Open(HKEY_LOCAL_MACHINE, kHalvard));
+        if (!existing.EnumSubKeys().empty() || !existing.EnumValueNames().empty())
+            GTEST_SKIP() << "Software\\Halvard holds data on this machine";
+        existing.Close();
+        ASSERT_EQ(::RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Halvard"), ERROR_SUCCESS);
+    }
+    HKEY raw = nullptr;
+    ASSERT_EQ(::RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Halvard", 0, nullptr, REG_OPTION_VOLATILE,
+                                KEY_ALL_ACCESS, nullptr, &raw, nullptr),
+              ERROR_SUCCESS);
+    ::RegCloseKey(raw);
+    EXPECT_FALSE(RegistryWriteTest());
+    ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Halvard");
+}

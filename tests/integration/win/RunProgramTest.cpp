@@ -1,0 +1,235 @@
+#include "integration/win/RunProgram.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/IHVLogger.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace
+{
+class LineCollector : public IHVLogger
+{
+public:
+    LineCollector() { HVLog::SetLogger(this); }
+    ~LineCollector() { HVLog::SetLogger(nullptr); }
+    void Write(int, const char* source, const HVString& message) override
+    {
+        std::lock_guard lock(mutex_);
+        lines_.push_back(std::string(source) + ": " + message.ToUtf8());
+    }
+    // The lines of RunProgram with the numbers that vary from run to run (times) blanked.
+    std::vector<std::string> Lines()
+    {
+        std::lock_guard lock(mutex_);
+        std::vector<std::string> out;
+        for (std::string line : lines_)
+        {
+            if (line.rfind("RunProgram: ", 0) != 0)
+                continue;
+            const size_t ms = line.find(" ms)");
+            if (ms != std::string::npos)
+            {
+                size_t open = line.rfind('(', ms);
+                line.replace(open + 1, ms - open - 1, "N");
+            }
+            out.push_back(line);
+        }
+        return out;
+    }
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> lines_;
+};
+
+HVString BinFolder()
+{
+    wchar_t path[MAX_PATH];
+    const DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    HVString folder(path, static_cast<int32_t>(length));
+    return folder.Left(folder.ReverseFind(u'\\') + 1);
+}
+
+HVString ExitLater() { return BinFolder() + u"ExitLater.exe"; }
+
+std::string ReadUtf8(const HVString& path)
+{
+    std::string text;
+    if (FILE* file = _wfopen(path.w(), L"rb"))
+    {
+        char buffer[4096];
+        size_t read;
+        while ((read = std::fread(buffer, 1, sizeof(buffer), file)) > 0)
+            text.append(buffer, read);
+        std::fclose(file);
+    }
+    return text;
+}
+
+std::string Joined(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const auto& line : lines)
+        text += line + "\n";
+    return text;
+}
+}
+
+TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
+{
+    LineCollector log;
+    int exitCode = 12345;
+    const HVString path = ExitLater();
+    ASSERT_TRUE(RunProgram(path, u"7 50", SW_HIDE, true, false, &exitCode));
+    EXPECT_EQ(exitCode, 7);
+    const std::vector<std::string> expected = {
+        "RunProgram: Filename: " + path.ToUtf8() + " / Parameters: 7 50",
+        "RunProgram: Running process...",
+        "RunProgram: Waiting for completion",
+        "RunProgram: Start",
+        "RunProgram: Done waiting",
+        "RunProgram: Finished",
+        "RunProgram: Finish (result: 7) (N ms)",
+    };
+    EXPECT_EQ(Joined(log.Lines()), Joined(expected));
+}
+
+TEST(RunProgram, ExitCodesAcrossTheRange)
+{
+    for (int code : {0, 1, 3010, -1, 255})
+    {
+        int exitCode = 999;
+        ASSERT_TRUE(RunProgram(ExitLater(), HVString::Format(u"%d 0", code), SW_HIDE, true, true, &exitCode)) << code;
+        EXPECT_EQ(exitCode, code);
+    }
+}
+
+TEST(RunProgram, WithoutAnExitCodePlaceTheFinishLineHasNoResult)
+{
+    LineCollector log;
+    ASSERT_TRUE(RunProgram(ExitLater(), u"3 0", SW_HIDE, true, false));
+    ASSERT_FALSE(log.Lines().empty());
+    EXPECT_EQ(log.Lines().back(), "RunProgram: Finish (N ms)");
+}
+
+TEST(RunProgram, TimeoutEndsAProgramThatRunsForever)
+{
+    LineCollector log;
+    int exitCode = 0;
+    EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, true, &exitCode, 300));
+    EXPECT_EQ(exitCode, -1);
+    const std::string text = Joined(log.Lines());
+    EXPECT_NE(text.find("RunProgram: Timeout\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
+}
+
+TEST(RunProgram, TimeoutZeroWaitsWithoutLimit)
+{
+    // Longer than one 500 ms slice, so a zero time-out taken as "already over" would show.
+    int exitCode = 0;
+    EXPECT_TRUE(RunProgram(ExitLater(), u"4 1200", SW_HIDE, true, false, &exitCode, 0));
+    EXPECT_EQ(exitCode, 4);
+    EXPECT_TRUE(RunProgram(ExitLater(), u"5 700", SW_HIDE, true, false, &exitCode, -5));
+    EXPECT_EQ(exitCode, 5);
+}
+
+TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRuns)
+{
+    LineCollector log;
+    const HVString marker = BinFolder() + u"RunProgramNoWait.txt";
+    ::DeleteFileW(marker.w());
+    int exitCode = 0;
+    ASSERT_TRUE(RunProgram(ExitLater(), HVString::Format(u"0 0 \"%s\"", marker), SW_HIDE, false, false, &exitCode));
+    EXPECT_EQ(exitCode, -1);
+    const std::string text = Joined(log.Lines());
+    EXPECT_EQ(text.find("Waiting for completion"), std::string::npos) << text;
+    for (int i = 0; i < 500 && ::GetFileAttributesW(marker.w()) == INVALID_FILE_ATTRIBUTES; ++i)
+        ::Sleep(10);
+    EXPECT_NE(::GetFileAttributesW(marker.w()), INVALID_FILE_ATTRIBUTES);
+    ::Sleep(100);
+    ::DeleteFileW(marker.w());
+}
+
+TEST(RunProgram, PathWithBlanksIsQuotedAndParametersArrive)
+{
+    const HVString folder = BinFolder() + u"Run Program Blanks\\";
+    ::CreateDirectoryW(folder.w(), nullptr);
+    const HVString copy = folder + u"Exit Later.exe";
+    ASSERT_TRUE(::CopyFileW(ExitLater().w(), copy.w(), FALSE));
+    const HVString marker = folder + u"marker.txt";
+    int exitCode = 0;
+    ASSERT_TRUE(RunProgram(copy, HVString::Format(u"9 0 \"%s\"", marker), SW_HIDE, true, false, &exitCode));
+    EXPECT_EQ(exitCode, 9);
+    const std::string line = ReadUtf8(marker);
+    EXPECT_NE(line.find("\"" + copy.ToUtf8() + "\" 9 0"), std::string::npos) << line;
+    ::DeleteFileW(marker.w());
+    ::DeleteFileW(copy.w());
+    ::RemoveDirectoryW(folder.w());
+}
+
+TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
+{
+    for (bool useShell : {false, true})
+    {
+        LineCollector log;
+        int exitCode = 0;
+        EXPECT_FALSE(RunProgram(BinFolder() + u"NoSuchProgram.exe", u"", SW_HIDE, true, false, &exitCode, 0, useShell));
+        EXPECT_EQ(exitCode, -1);
+        const std::string text = Joined(log.Lines());
+        EXPECT_NE(text.find("RunProgram: Failed to start (error 2)"), std::string::npos) << text;
+        EXPECT_EQ(text.find("Running process"), std::string::npos) << text;
+        EXPECT_EQ(text.find("Performing ShellExecute") != std::string::npos, useShell) << text;
+    }
+}
+
+TEST(RunProgram, ThroughTheShell)
+{
+    LineCollector log;
+    int exitCode = 0;
+    ASSERT_TRUE(RunProgram(ExitLater(), u"6 0", SW_HIDE, true, false, &exitCode, 0, true));
+    EXPECT_EQ(exitCode, 6);
+    const auto lines = log.Lines();
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[1], "RunProgram: Performing ShellExecute...");
+    EXPECT_EQ(lines[2], "RunProgram: Running process...");
+}
+
+TEST(RunProgram, CancelEndsTheProgram)
+{
+    LineCollector log;
+    const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
+    int exitCode = 0;
+    EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, false, &exitCode, 0, false, cancel));
+    ::CloseHandle(cancel);
+    EXPECT_EQ(exitCode, -1);
+    const std::string text = Joined(log.Lines());
+    EXPECT_NE(text.find("RunProgram: Cancel\n"), std::string::npos) << text;
+}
+
+TEST(RunProgram, PumpsTheCallersMessagesWhileWaiting)
+{
+    // A timer of this thread fires only if its messages are dispatched during the wait.
+    static int ticks = 0;
+    ticks = 0;
+    const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
+    int exitCode = 0;
+    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, true, &exitCode));
+    ::KillTimer(nullptr, timer);
+    EXPECT_GT(ticks, 0);
+
+    // And without pumping they wait.
+    ticks = 0;
+    const UINT_PTR second = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
+    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode));
+    ::KillTimer(nullptr, second);
+    EXPECT_EQ(ticks, 0);
+    MSG msg;
+    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
+    {
+    }
+}
