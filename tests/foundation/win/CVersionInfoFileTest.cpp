@@ -1,0 +1,91 @@
+#include "foundation/CVersionInfo.h"
+
+#include "foundation/HVSystemIdentity.h"
+#include "foundation/win/HVFileSystem.h"
+
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace
+{
+HVString Folder(const std::wstring& folder) { return HVString(folder.c_str()); }
+
+TEST(CVersionInfoFileTest, ReadsTheFixedFileVersion)
+{
+    // The installer's own version resource says 1.0.0.0.
+    const CVersionInfo wizard(HVString(e2e::InstallWizardPath().c_str()));
+    EXPECT_TRUE(wizard.HasVersionResource());
+    EXPECT_EQ(wizard.GetText(), u"1.0.0.0");
+    EXPECT_EQ(wizard.GetShortText(), u"1.0.0");
+}
+
+TEST(CVersionInfoFileTest, SampleDllsCarryDifferentVersions)
+{
+    const HVString folder = Folder(e2e::MediaFolder()) + u"System\\Check Version\\";
+    std::vector<HVFileSystem::Entry> entries;
+    if (!HVFileSystem::EnumerateFolder(folder, entries, u"*.dll") || entries.size() < 2)
+        GTEST_SKIP() << "no sample DLLs in " << folder.ToUtf8();
+    const CVersionInfo first(folder + entries[0].name);
+    const CVersionInfo second(folder + entries[1].name);
+    EXPECT_TRUE(first.HasVersionResource());
+    EXPECT_TRUE(second.HasVersionResource());
+    EXPECT_FALSE(first.IsZero());
+    EXPECT_NE(first, second);
+}
+
+TEST(CVersionInfoFileTest, NoVersionResourceOrNoFileIsZero)
+{
+    // Test programs are built without a version resource.
+    wchar_t self[MAX_PATH];
+    ASSERT_GT(::GetModuleFileNameW(nullptr, self, MAX_PATH), 0u);
+    for (const HVString& path : {HVString(self), Folder(e2e::TestProgramFolder()) + u"missing.dll", HVString()}) {
+        CVersionInfo v(9, 9, 9, 9);
+        EXPECT_FALSE(v.Read(path)) << path.ToUtf8();
+        EXPECT_FALSE(v.HasVersionResource());
+        EXPECT_TRUE(v.IsZero());
+        EXPECT_LT(v, CVersionInfo(0, 0, 0, 1));
+    }
+}
+
+TEST(CVersionInfoFileTest, ReadsBeyond260Characters)
+{
+    HVString folder = Folder(e2e::ScratchFolder(L"CVersionInfo"));
+    ASSERT_FALSE(folder.IsEmpty());
+    for (int i = 0; i < 5; ++i)
+        folder += HVString::Format(u"a folder name of some sixty characters to pass the limit %d\\", i);
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
+    ASSERT_TRUE(HVFileSystem::CopyFile(HVString(e2e::InstallWizardPath().c_str()), folder + u"Sonora 32.exe", false));
+    const CVersionInfo v(folder + u"Sonora 32.exe");
+    EXPECT_TRUE(v.HasVersionResource());
+    EXPECT_EQ(v.GetText(), u"1.0.0.0");
+}
+
+TEST(HVSystemIdentityCurrentTest, TheRunningSystemIsKnownAndReadOnce)
+{
+    const HVSystemIdentity& current = HVSystemIdentity::Current();
+    EXPECT_NE(current.GetCode(), 0);
+    EXPECT_GE(current.GetCode(), HVSystemIdentity::kWindowsNT);
+    EXPECT_TRUE(current.GetName().StartsWith(u"Microsoft Windows ")) << current.GetName().ToUtf8();
+    EXPECT_GE(current.GetMajor(), 5u);
+
+    // The same answer on every thread, worked out once.
+    std::vector<const HVSystemIdentity*> seen(4);
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < seen.size(); ++i)
+        threads.emplace_back([&seen, i] { seen[i] = &HVSystemIdentity::Current(); });
+    for (auto& t : threads)
+        t.join();
+    for (const HVSystemIdentity* s : seen)
+        EXPECT_EQ(s, &current);
+
+    // It agrees with the table for the numbers it read.
+    const HVSystemIdentity again = HVSystemIdentity::FromVersion(HVSystemIdentity::Platform::NT, current.GetMajor(),
+                                                                 current.GetMinor(), current.GetBuild(), u"");
+    EXPECT_EQ(again.GetCode(), current.GetCode());
+    EXPECT_EQ(again.GetName(), current.GetName());
+}
+}

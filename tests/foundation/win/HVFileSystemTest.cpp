@@ -1,0 +1,403 @@
+#include "foundation/win/HVFileSystem.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/win/HVRegKey.h"
+
+#include "HeldFileLock.h"
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+struct Line
+{
+    int level;
+    std::string source;
+    std::string message;
+};
+
+class RecordingLogger : public IHVLogger
+{
+public:
+    RecordingLogger() { HVLog::SetLogger(this); }
+    ~RecordingLogger() { HVLog::SetLogger(nullptr); }
+    void Write(int level, const char* source, const HVString& message) override
+    {
+        lines.push_back({level, source, message.ToUtf8()});
+    }
+    std::vector<Line> lines;
+};
+
+std::string U8(const HVString& s) { return s.ToUtf8(); }
+
+class HVFileSystemTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const std::wstring folder = e2e::ScratchFolder(L"HVFileSystem");
+        ASSERT_FALSE(folder.empty());
+        root = HVString(folder.c_str());
+    }
+
+    void Write(const HVString& path, const std::string& content)
+    {
+        ASSERT_TRUE(HVFileSystem::WriteFile(path, content.data(), content.size())) << U8(path);
+    }
+    std::string Read(const HVString& path)
+    {
+        std::vector<uint8_t> data;
+        if (!HVFileSystem::ReadFile(path, data))
+            return "<unreadable>";
+        return std::string(data.begin(), data.end());
+    }
+    std::vector<std::string> Names(const HVString& folder)
+    {
+        std::vector<HVFileSystem::Entry> entries;
+        HVFileSystem::EnumerateFolder(folder, entries);
+        std::vector<std::string> names;
+        for (const auto& e : entries)
+            names.push_back(U8(e.name));
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    // A folder whose path passes 260 characters, made with the file system's own tree maker.
+    HVString LongFolder()
+    {
+        HVString folder = root;
+        for (int i = 0; i < 6; ++i)
+            folder += HVString::Format(u"level %d of a path far longer than the old limit\\", i);
+        EXPECT_GT(folder.GetLength(), 300);
+        EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
+        return folder;
+    }
+
+    HVString root;
+    RecordingLogger log;
+};
+
+TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirst)
+{
+    const HVString file = root + u"read-only.txt";
+    Write(file, "x");
+    ASSERT_TRUE(::SetFileAttributesW(file.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    EXPECT_TRUE(HVFileSystem::DeleteFile(file));
+    EXPECT_FALSE(HVFileSystem::Exists(file, true));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, DeletingWhatIsNotThereFailsSilently)
+{
+    EXPECT_FALSE(HVFileSystem::DeleteFile(root + u"missing.txt"));
+    EXPECT_FALSE(HVFileSystem::DeleteFile(root + u"missing folder\\missing.txt"));
+    EXPECT_FALSE(HVFileSystem::DeleteFile(u""));
+    EXPECT_FALSE(HVFileSystem::DeleteFile(u"relative\\missing.txt"));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged)
+{
+    const HVString file = root + u"locked.dll";
+    Write(file, "in use");
+    e2e::HeldFileLock lock(file.w());
+    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
+
+    EXPECT_FALSE(HVFileSystem::DeleteFile(file));
+    EXPECT_TRUE(HVFileSystem::Exists(file, false));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].level, 1);
+    EXPECT_EQ(log.lines[0].source, "HVFileSystem::DeleteFile");
+    EXPECT_EQ(log.lines[0].message, "Error 32 deleting existing file: " + U8(file));
+
+    DWORD error = 0;
+    EXPECT_FALSE(HVFileSystem::CopyFile(file, root + u"copy.dll", false, &error));
+    EXPECT_EQ(error, static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    EXPECT_FALSE(HVFileSystem::Exists(root + u"copy.dll", false));
+
+    lock.Release();
+    EXPECT_TRUE(HVFileSystem::DeleteFile(file));
+}
+
+TEST_F(HVFileSystemTest, SafeReplaceOnAMissingOriginalIsAMove)
+{
+    const HVString original = root + u"Sonora.exe";
+    const HVString incoming = root + u"Sonora.exe.new";
+    Write(incoming, "new");
+    EXPECT_TRUE(HVFileSystem::SafeReplaceFile(original, incoming));
+    EXPECT_EQ(Read(original), "new");
+    EXPECT_FALSE(HVFileSystem::Exists(incoming, true));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, SafeReplacePutsTheNewFileInPlaceAndLeavesNoBackup)
+{
+    const HVString original = root + u"Sonora.exe";
+    const HVString incoming = root + u"staged\\Sonora.exe";
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"staged"));
+    Write(original, "old");
+    Write(root + u"Sonora - 1.exe", "somebody else's");   // the backup must not take this name
+    Write(incoming, "new");
+    ASSERT_TRUE(::SetFileAttributesW(original.w(), FILE_ATTRIBUTE_READONLY));
+
+    EXPECT_TRUE(HVFileSystem::SafeReplaceFile(original, incoming));
+    EXPECT_EQ(Read(original), "new");
+    EXPECT_EQ(Read(root + u"Sonora - 1.exe"), "somebody else's");
+    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora - 1.exe", "Sonora.exe", "staged"}));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, SafeReplaceKeepsTheOriginalWhenTheNewFileCannotBeMoved)
+{
+    const HVString original = root + u"Sonora.exe";
+    Write(original, "old");
+
+    EXPECT_FALSE(HVFileSystem::SafeReplaceFile(original, root + u"not there.exe"));
+    EXPECT_EQ(Read(original), "old");
+    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe"}));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].source, "HVFileSystem::SafeReplaceFile");
+    EXPECT_EQ(log.lines[0].message, "Error moving new file into place of original name");
+}
+
+TEST_F(HVFileSystemTest, SafeReplaceChangesNothingWhenTheOriginalCannotBeRenamed)
+{
+    const HVString original = root + u"Sonora.exe";
+    const HVString incoming = root + u"Sonora.new";
+    Write(original, "old");
+    Write(incoming, "new");
+    e2e::HeldFileLock lock(original.w());
+    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
+
+    EXPECT_FALSE(HVFileSystem::SafeReplaceFile(original, incoming));
+    lock.Release();
+    EXPECT_EQ(Read(original), "old");
+    EXPECT_EQ(Read(incoming), "new");
+    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe", "Sonora.new"}));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].message, "Error renaming original file");
+}
+
+TEST_F(HVFileSystemTest, DirectoryTreeNeedsAnAbsolutePath)
+{
+    for (const char16_t* bad : {u"", u"relative\\path", u"\\rooted\\path", u"C:drive-relative", u"C:/forward"})
+        EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad)) << U8(bad);
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOutermostFirst)
+{
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a"));
+    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\c\\"));
+    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\b"));
+    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\b\\c"));
+    // Existing folders and dotted forms are fine too.
+    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\c"));
+    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\..\\d\\.\\e"));
+    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\d\\e"));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, DirectoryTreeFailuresAreLoggedWithThePlainPath)
+{
+    const HVString blocked = root + u"file\\below";
+    Write(root + u"file", "not a folder");
+    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(blocked));
+    const HVString reserved = root + u"bad<name>\\x";
+    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(reserved));
+    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(u"Q:\\no such drive\\x"));
+    ASSERT_EQ(log.lines.size(), 3u);
+    EXPECT_EQ(log.lines[0].source, "HVFileSystem::MakeDirectoryTree");
+    EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(blocked));
+    EXPECT_EQ(log.lines[1].message, "Failed! Path=" + U8(reserved));
+    EXPECT_EQ(log.lines[2].message, "Failed! Path=Q:\\no such drive\\x");
+}
+
+TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
+{
+    EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(root));
+    EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(HVFileSystemPath::RemoveBackslash(root)));
+    EXPECT_TRUE(Names(root).empty()) << "the test file was left behind";
+    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(root + u"missing\\"));
+    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u""));
+    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u"\\\\"));
+    EXPECT_FALSE(HVFileSystem::FolderExists(root + u"missing"));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
+{
+    const HVString folder = root + u"pictures\\";
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
+    EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, false));
+    Write(folder + u"Thumbs.db", "");
+    EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, false));
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"sub"));
+    Write(folder + u"sub\\thumbs.DB", "");
+    EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, false));
+    EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, true));
+    Write(folder + u"sub\\song.mp3", "");
+    EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, true));
+    Write(folder + u"cover.jpg", "");
+    EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder + u"sub", false));
+    EXPECT_TRUE(HVFileSystem::IsFolderEmpty(root + u"missing", true));
+}
+
+TEST_F(HVFileSystemTest, UniqueNameSkipsEverythingThatExists)
+{
+    Write(root + u"song.mp3", "");
+    Write(root + u"song - 1.mp3", "");
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"song - 2.mp3"));   // a folder counts too
+    HVString path = root + u"song.mp3";
+    EXPECT_TRUE(HVFileSystem::MakeUniqueName(path));
+    EXPECT_EQ(U8(path), U8(root + u"song - 3.mp3"));
+    HVString fresh = root + u"new.mp3";
+    EXPECT_TRUE(HVFileSystem::MakeUniqueName(fresh));
+    EXPECT_EQ(U8(fresh), U8(root + u"new.mp3"));
+}
+
+TEST_F(HVFileSystemTest, CopyMoveEnumerateAndSizes)
+{
+    Write(root + u"a.txt", "12345");
+    uint64_t size = 0;
+    EXPECT_TRUE(HVFileSystem::GetFileSize(root + u"a.txt", size));
+    EXPECT_EQ(size, 5u);
+    EXPECT_FALSE(HVFileSystem::GetFileSize(root, size));
+
+    DWORD error = 1;
+    EXPECT_TRUE(HVFileSystem::CopyFile(root + u"a.txt", root + u"b.txt", true, &error));
+    EXPECT_EQ(error, 0u);
+    EXPECT_FALSE(HVFileSystem::CopyFile(root + u"a.txt", root + u"b.txt", true, &error));
+    EXPECT_EQ(error, static_cast<DWORD>(ERROR_FILE_EXISTS));
+    EXPECT_FALSE(HVFileSystem::MoveFile(root + u"a.txt", root + u"b.txt", false, false, &error));
+    EXPECT_TRUE(HVFileSystem::MoveFile(root + u"a.txt", root + u"b.txt", true, false, &error));
+    EXPECT_FALSE(HVFileSystem::Exists(root + u"a.txt", false));
+    EXPECT_EQ(Read(root + u"b.txt"), "12345");
+    // The failures were warnings naming the plain paths.
+    ASSERT_EQ(log.lines.size(), 2u);
+    EXPECT_EQ(log.lines[0].level, 2);
+    EXPECT_EQ(log.lines[0].message, "Error 80 copying " + U8(root) + "a.txt to " + U8(root) + "b.txt");
+    EXPECT_EQ(log.lines[1].source, "HVFileSystem::MoveFile");
+
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"sub"));
+    Write(root + u"c.log", "");
+    std::vector<HVFileSystem::Entry> entries;
+    EXPECT_TRUE(HVFileSystem::EnumerateFolder(root, entries, u"*.txt"));
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(U8(entries[0].name), "b.txt");
+    EXPECT_EQ(entries[0].size, 5u);
+    EXPECT_FALSE(entries[0].isFolder);
+    EXPECT_TRUE(HVFileSystem::EnumerateFolder(root, entries, u"*.none"));
+    EXPECT_TRUE(entries.empty());
+    EXPECT_FALSE(HVFileSystem::EnumerateFolder(root + u"missing", entries));
+    EXPECT_EQ(Names(root), (std::vector<std::string>{"b.txt", "c.log", "sub"}));
+
+    EXPECT_TRUE(HVFileSystem::DeleteFolderTree(root + u"sub"));
+    EXPECT_FALSE(HVFileSystem::FolderExists(root + u"sub"));
+}
+
+TEST_F(HVFileSystemTest, FreeSpaceIsReadFromTheNearestExistingFolder)
+{
+    uint64_t free = 0;
+    EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(root, free));
+    EXPECT_GT(free, 0u);
+    uint64_t below = 0;
+    EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(root + u"not\\made\\yet\\", below));
+    EXPECT_GT(below, 0u);
+    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"relative", free));
+    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"", free));
+    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"Q:\\no such drive\\", free));
+}
+
+TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
+{
+    const HVString folder = LongFolder();
+    ASSERT_GT(folder.GetLength(), MAX_PATH);
+    EXPECT_TRUE(HVFileSystem::FolderExists(folder));
+    EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(folder));
+    EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, true));
+
+    const HVString file = folder + u"library.xml";
+    Write(file, "long");
+    EXPECT_TRUE(HVFileSystem::Exists(file, false));
+    EXPECT_EQ(Read(file), "long");
+    uint64_t size = 0;
+    EXPECT_TRUE(HVFileSystem::GetFileSize(file, size));
+    EXPECT_EQ(size, 4u);
+    EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, false));
+    EXPECT_TRUE(HVFileSystem::CopyFile(file, folder + u"copy.xml", false));
+    EXPECT_TRUE(HVFileSystem::MoveFile(folder + u"copy.xml", folder + u"moved.xml", false, false));
+    HVString unique = file;
+    EXPECT_TRUE(HVFileSystem::MakeUniqueName(unique));
+    EXPECT_EQ(U8(unique), U8(folder + u"library - 1.xml"));
+    Write(folder + u"library.new", "replacement");
+    EXPECT_TRUE(HVFileSystem::SafeReplaceFile(file, folder + u"library.new"));
+    EXPECT_EQ(Read(file), "replacement");
+    EXPECT_EQ(Names(folder), (std::vector<std::string>{"library.xml", "moved.xml"}));
+    ASSERT_TRUE(::SetFileAttributesW(HVFileSystemPath::ToLongPath(file).w(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_TRUE(HVFileSystem::SetNormalAttributes(file));
+    EXPECT_EQ(HVFileSystem::GetAttributes(file) & FILE_ATTRIBUTE_READONLY, 0u);
+    uint64_t free = 0;
+    EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(folder, free));
+    EXPECT_TRUE(HVFileSystem::DeleteFile(file));
+    EXPECT_FALSE(HVFileSystem::Exists(file, false));
+    EXPECT_TRUE(log.lines.empty());
+
+    // A failure on a long path is logged in the caller's form, never the prefixed one.
+    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(folder + u"a|b"));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(folder) + "a|b");
+
+    EXPECT_TRUE(HVFileSystem::DeleteFolderTree(root + u"level 0 of a path far longer than the old limit"));
+    EXPECT_TRUE(Names(root).empty());
+}
+
+TEST_F(HVFileSystemTest, MoveAtRestartIsRecordedForTheSessionManager)
+{
+    const HVString file = root + u"replace at restart.dll";
+    Write(file, "");
+    ASSERT_TRUE(HVFileSystem::MoveFileAtRestart(file, HVString()));
+
+    // The value holds pairs of strings, and a deletion's target is an empty string, so it is
+    // read raw rather than as a list that ends at the first empty string.
+    HVRegKey key;
+    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, u"System\\CurrentControlSet\\Control\\Session Manager",
+                         KEY_READ | KEY_WRITE));
+    DWORD type = 0, bytes = 0;
+    ASSERT_EQ(::RegQueryValueExW(key.Get(), L"PendingFileRenameOperations", nullptr, &type, nullptr, &bytes), ERROR_SUCCESS);
+    std::vector<wchar_t> raw(bytes / sizeof(wchar_t) + 1, 0);
+    ASSERT_EQ(::RegQueryValueExW(key.Get(), L"PendingFileRenameOperations", nullptr, &type,
+                                 reinterpret_cast<BYTE*>(raw.data()), &bytes), ERROR_SUCCESS);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_MULTI_SZ));
+    std::vector<std::wstring> strings;
+    for (size_t i = 0; i < bytes / sizeof(wchar_t);) {
+        std::wstring one(raw.data() + i);
+        i += one.size() + 1;
+        strings.push_back(one);
+    }
+    std::wstring kept;
+    bool found = false;
+    for (size_t i = 0; i + 1 < strings.size(); i += 2) {
+        const std::wstring& from = strings[i];
+        if (from.size() > 22 && from.compare(from.size() - 22, 22, L"replace at restart.dll") == 0) {
+            found = true;
+            EXPECT_TRUE(strings[i + 1].empty());
+            EXPECT_EQ(from.find(L"\\\\?\\"), std::wstring::npos) << e2e::Utf8(from);
+        } else if (!from.empty()) {
+            kept += from + L'\0' + strings[i + 1] + L'\0';
+        }
+    }
+    EXPECT_TRUE(found);
+    if (kept.empty()) {
+        key.DeleteValue(u"PendingFileRenameOperations");
+    } else {
+        kept += L'\0';
+        ::RegSetValueExW(key.Get(), L"PendingFileRenameOperations", 0, REG_MULTI_SZ,
+                         reinterpret_cast<const BYTE*>(kept.data()), static_cast<DWORD>(kept.size() * sizeof(wchar_t)));
+    }
+    EXPECT_FALSE(HVFileSystem::MoveFileAtRestart(u"", u""));
+}
+}

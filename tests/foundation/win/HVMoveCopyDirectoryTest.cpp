@@ -1,0 +1,125 @@
+#include "foundation/win/HVMoveCopyDirectory.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/win/HVFileSystem.h"
+
+#include "HeldFileLock.h"
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace
+{
+class CountingLogger : public IHVLogger
+{
+public:
+    CountingLogger() { HVLog::SetLogger(this); }
+    ~CountingLogger() { HVLog::SetLogger(nullptr); }
+    void Write(int, const char* source, const HVString& message) override
+    {
+        lines.push_back(std::string(source) + ": " + message.ToUtf8());
+    }
+    std::vector<std::string> lines;
+};
+
+class HVMoveCopyDirectoryTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const std::wstring folder = e2e::ScratchFolder(L"HVMoveCopyDirectory");
+        ASSERT_FALSE(folder.empty());
+        root = HVString(folder.c_str());
+        source = root + u"source\\";
+        target = root + u"target\\";
+        for (const char16_t* f : {u"", u"Skins\\", u"Skins\\Standard View\\", u"Empty\\"})
+            ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(source + f));
+        for (const char16_t* f : {u"a.txt", u"Skins\\b.txt", u"Skins\\Standard View\\c.txt"})
+            ASSERT_TRUE(HVFileSystem::WriteFile(source + f, f, std::char_traits<char16_t>::length(f) * 2));
+    }
+
+    // Every file and folder below a folder, as relative paths.
+    std::vector<std::string> Tree(const HVString& folder, const HVString& prefix = HVString())
+    {
+        std::vector<std::string> result;
+        std::vector<HVFileSystem::Entry> entries;
+        HVFileSystem::EnumerateFolder(folder, entries);
+        for (const auto& e : entries) {
+            result.push_back((prefix + e.name + (e.isFolder ? u"\\" : u"")).ToUtf8());
+            if (e.isFolder) {
+                auto below = Tree(folder + e.name + u"\\", prefix + e.name + u"\\");
+                result.insert(result.end(), below.begin(), below.end());
+            }
+        }
+        std::sort(result.begin(), result.end());
+        return result;
+    }
+
+    const std::vector<std::string> expected = {"Empty\\", "Skins\\", "Skins\\Standard View\\",
+                                               "Skins\\Standard View\\c.txt", "Skins\\b.txt", "a.txt"};
+    HVString root, source, target;
+    CountingLogger log;
+};
+
+TEST_F(HVMoveCopyDirectoryTest, TreeIsListedFoldersFirstPerLevel)
+{
+    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
+    ASSERT_TRUE(job.AddTree(source, target));
+    const auto& items = job.GetItems();
+    ASSERT_EQ(items.size(), 7u);
+    EXPECT_TRUE(items[0].isFolder);
+    EXPECT_EQ(items[0].target, target);
+    EXPECT_EQ(std::count_if(items.begin(), items.end(), [](const auto& i) { return i.isFolder; }), 4);
+    HVMoveCopyDirectory missing(HVMoveCopyDirectory::Mode::Copy);
+    EXPECT_FALSE(missing.AddTree(root + u"missing", target));
+}
+
+TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
+{
+    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
+    ASSERT_TRUE(job.AddTree(source, target));
+    EXPECT_TRUE(job.Run());
+    EXPECT_EQ(Tree(target), expected);
+    EXPECT_EQ(Tree(source), expected);
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(HVMoveCopyDirectoryTest, MoveEmptiesTheSourceAndReplacesReadOnlyTargets)
+{
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(target));
+    ASSERT_TRUE(HVFileSystem::WriteFile(target + u"a.txt", "old", 3));
+    ::SetFileAttributesW(HVString(target + u"a.txt").w(), FILE_ATTRIBUTE_READONLY);
+    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Move);
+    ASSERT_TRUE(job.AddTree(source, target));
+    EXPECT_TRUE(job.Run());
+    EXPECT_EQ(Tree(target), expected);
+    EXPECT_FALSE(HVFileSystem::FolderExists(source));
+    uint64_t size = 0;
+    EXPECT_TRUE(HVFileSystem::GetFileSize(target + u"a.txt", size));
+    EXPECT_EQ(size, 10u);   // u"a.txt" as written above, not "old"
+}
+
+TEST_F(HVMoveCopyDirectoryTest, ALockedFileStaysAndIsReported)
+{
+    const HVString locked = source + u"Skins\\b.txt";
+    e2e::HeldFileLock lock(locked.w());
+    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
+    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Move);
+    ASSERT_TRUE(job.AddTree(source, target));
+    EXPECT_FALSE(job.Run());
+    ASSERT_EQ(job.GetFailedItems().size(), 1u);
+    EXPECT_EQ(job.GetFailedItems()[0].source, locked);
+    lock.Release();
+    EXPECT_TRUE(HVFileSystem::Exists(locked, false));
+    EXPECT_TRUE(HVFileSystem::Exists(target + u"Skins\\Standard View\\c.txt", false));
+    EXPECT_FALSE(HVFileSystem::Exists(target + u"Skins\\b.txt", false));
+    EXPECT_EQ(Tree(source), (std::vector<std::string>{"Skins\\", "Skins\\b.txt"}));
+    ASSERT_FALSE(log.lines.empty());
+    EXPECT_EQ(log.lines.back(), "HVMoveCopyDirectory::Run: Error 32 moving " + locked.ToUtf8() + " to " +
+                                    (target + u"Skins\\b.txt").ToUtf8());
+}
+}

@@ -1,0 +1,201 @@
+#include "foundation/win/HVProductPaths.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVLoadLibrary.h"
+
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+const HVString kInstallations = HVProductPaths::kInstallationsKey;
+const HVString kTestInstallation = u"IW Unit Test Installation";
+
+class HVProductPathsTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+            HVRegKey key;
+            if (key.Open(HKEY_LOCAL_MACHINE, kInstallations, KEY_ALL_ACCESS, view))
+                key.DeleteSubKeyTree(kTestInstallation);
+        }
+    }
+    void Record(HVRegView view, const HVString& path)
+    {
+        HVRegKey key;
+        ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS, view));
+        ASSERT_TRUE(key.SetString(u"Path", path));
+    }
+};
+
+TEST_F(HVProductPathsTest, InstallationFolderNativeViewFirstThen32Bit)
+{
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
+    Record(HVRegView::Key32, u"C:\\Program Files (x86)\\Halvard\\Sonora\\Sonora.exe");
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
+    Record(HVRegView::Key64, u"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe");
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files\\Halvard\\Sonora\\");
+
+    bool listed = false;
+    for (const auto& installation : HVProductPaths::ListInstallations()) {
+        if (installation.keyName == kTestInstallation && installation.view == HVRegView::Native) {
+            listed = true;
+            EXPECT_EQ(installation.folder, u"C:\\Program Files\\Halvard\\Sonora\\");
+        }
+    }
+    EXPECT_TRUE(listed);
+}
+
+TEST_F(HVProductPathsTest, PathOfTheWrongTypeIsAbsent)
+{
+    HVRegKey key;
+    ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS,
+                           HVRegView::Key64));
+    ASSERT_TRUE(key.SetDWORD(u"Path", 1));
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
+    ASSERT_TRUE(key.SetString(u"Path", u"   "));
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
+}
+
+TEST_F(HVProductPathsTest, FolderOfAPathValue)
+{
+    const HVString scratch = HVString(e2e::ScratchFolder(L"HVProductPaths").c_str());
+    EXPECT_EQ(HVProductPaths::FolderOfInstallationPath(u"C:\\P\\Sonora.exe"), u"C:\\P\\");
+    EXPECT_EQ(HVProductPaths::FolderOfInstallationPath(u"C:\\P\\"), u"C:\\P\\");
+    EXPECT_EQ(HVProductPaths::FolderOfInstallationPath(HVFileSystemPath::RemoveBackslash(scratch)), scratch);
+    EXPECT_EQ(HVProductPaths::FolderOfInstallationPath(u""), u"");
+}
+
+TEST_F(HVProductPathsTest, ProgramFilesFallsBackWhenTheValueIsMissingOrOfAnotherType)
+{
+    const HVString keyPath = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+    HVRegKey key;
+    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, keyPath, KEY_ALL_ACCESS));
+    HVString saved;
+    const bool had = key.QueryString(u"ProgramFilesDir", saved);
+
+    ASSERT_TRUE(key.SetString(u"ProgramFilesDir", u"D:\\Programs"));
+    EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"D:\\Programs\\");
+    ASSERT_TRUE(key.SetDWORD(u"ProgramFilesDir", 7));
+    EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"C:\\Program Files\\");
+    key.DeleteValue(u"ProgramFilesDir");
+    EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"C:\\Program Files\\");
+
+    if (had) {
+        ASSERT_TRUE(key.SetString(u"ProgramFilesDir", saved));
+    }
+}
+
+TEST_F(HVProductPathsTest, UserAndProductFolders)
+{
+    const HVString data = HVProductPaths::GetUserDataFolder();
+    EXPECT_TRUE(data.EndsWith(u"\\Halvard\\")) << data.ToUtf8();
+    EXPECT_TRUE(HVFileSystemPath::IsAbsolute(data.view()));
+    EXPECT_TRUE(HVProductPaths::GetMusicFolder().EndsWith(u"\\"));
+    EXPECT_EQ(HVProductPaths::GetProgramFolder64(u"C:\\S"), u"C:\\S\\x64\\");
+    EXPECT_EQ(HVProductPaths::GetProgramFolder64(u""), u"");
+    EXPECT_EQ(HVProductPaths::GetRunningProgramFolder(), HVString(e2e::TestProgramFolder().c_str()));
+    using R = HVProductPaths::Resource;
+    const struct
+    {
+        R resource;
+        const char16_t* folder;
+    } cases[] = {{R::Skins, u"C:\\S\\Skins\\"},
+                 {R::Visualizations, u"C:\\S\\Visualizations\\"},
+                 {R::MiniView, u"C:\\S\\Mini View\\"},
+                 {R::LoungeView, u"C:\\S\\Lounge View\\"},
+                 {R::TrackInfo, u"C:\\S\\Track Info\\"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(HVProductPaths::GetResourceFolder(u"C:\\S\\", c.resource), c.folder);
+}
+
+// --- the library loader ---
+
+class RecordingLogger : public IHVLogger
+{
+public:
+    RecordingLogger() { HVLog::SetLogger(this); }
+    ~RecordingLogger() { HVLog::SetLogger(nullptr); }
+    void Write(int level, const char* source, const HVString& message) override
+    {
+        lines.push_back(std::to_string(level) + " " + source + ": " + message.ToUtf8());
+    }
+    std::vector<std::string> lines;
+};
+
+class Pseudo : public IHVTranslator
+{
+public:
+    HVString Translate(const HVString& english) const override { return u"[" + english + u"]"; }
+};
+
+TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
+{
+    RecordingLogger log;
+    wchar_t system[MAX_PATH];
+    ASSERT_GT(::GetSystemDirectoryW(system, MAX_PATH), 0u);
+    DWORD error = 1;
+    HVModule module = HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error);
+    EXPECT_TRUE(module.IsValid());
+    EXPECT_EQ(error, 0u);
+    EXPECT_TRUE(log.lines.empty());
+
+    const HVString missing = HVString(e2e::TestProgramFolder().c_str()) + u"Missing Helper.dll";
+    EXPECT_FALSE(HVLoadLibrary::Load(missing, &error).IsValid());
+    EXPECT_EQ(error, static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0], "1 HVLoadLibrary: Loading " + missing.ToUtf8() + " failed, error: 126");
+
+    EXPECT_FALSE(HVLoadLibrary::LoadProductLibrary(u"C:\\Sonora", u"Helper.dll").IsValid());
+    ASSERT_EQ(log.lines.size(), 2u);
+    EXPECT_NE(log.lines[1].find("Loading C:\\Sonora\\x64\\Helper.dll failed"), std::string::npos) << log.lines[1];
+}
+
+TEST(HVLoadLibraryTest, CriticalErrorTextIsTranslatedBeforeFilling)
+{
+    EXPECT_EQ(HVLoadLibrary::CriticalErrorTitle(), u"Critical Error");
+    EXPECT_EQ(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"Not found."),
+              u"The following module has failed to load:\r\nHelper.dll\r\n\r\nIt has reported the following error:"
+              u"\r\n\r\nNot found.\r\n\r\nPlease reinstall the latest version of the program.");
+    Pseudo pseudo;
+    HVTranslator::Set(&pseudo);
+    EXPECT_EQ(HVLoadLibrary::CriticalErrorTitle(), u"[Critical Error]");
+    EXPECT_TRUE(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"x").StartsWith(u"[The following module"));
+    HVTranslator::Set(nullptr);
+    EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).IsEmpty());
+    EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).EndsWith(u"\n"));
+}
+
+TEST(HVLoadLibraryTest, CriticalFailureIsShownToTheUser)
+{
+    const HVString missing = HVString(e2e::TestProgramFolder().c_str()) + u"Missing Critical.dll";
+    std::atomic<bool> loaded{true};
+    std::thread loader([&] { loaded = HVLoadLibrary::LoadCritical(missing, nullptr).IsValid(); });
+
+    HWND box = nullptr;
+    for (int i = 0; i < 200 && !box; ++i) {
+        box = ::FindWindowW(L"#32770", L"Critical Error");
+        if (!box)
+            ::Sleep(50);
+    }
+    ASSERT_NE(box, nullptr) << "the Critical Error box did not appear";
+    wchar_t text[1024] = {};
+    ::GetWindowTextW(::GetDlgItem(box, 0xFFFF), text, 1024);
+    const HVString shown(text);
+    const HVString expected = HVLoadLibrary::CriticalErrorText(missing, HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND));
+    ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+    loader.join();
+    EXPECT_FALSE(loaded);
+    EXPECT_EQ(shown.ToUtf8(), expected.ToUtf8());
+}
+}
