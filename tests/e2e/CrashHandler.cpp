@@ -44,7 +44,9 @@ std::map<std::string, std::string> Fields(const std::string& report)
         size_t end = report.find('\n', start);
         if (end == std::string::npos)
             end = report.size();
-        const std::string line = report.substr(start, end - start);
+        std::string line = report.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
         const size_t colon = line.find(": ");
         if (colon != std::string::npos)
             fields[line.substr(0, colon)] = line.substr(colon + 2);
@@ -67,7 +69,8 @@ Crash RunCrash(const std::wstring& mode)
     const std::wstring folder = e2e::ScratchFolder(L"CrashHandler-" + mode);
     const std::wstring logPath = folder + L"crash.log";
     std::wstring commandLine = L"\"" + e2e::ToolPath(L"CrashOnPurpose.exe") + L"\" " + mode + L" \"" + logPath + L"\"";
-    STARTUPINFOW startup = {sizeof(startup)};
+    STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
     PROCESS_INFORMATION process = {};
     if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                           &process))

@@ -64,7 +64,7 @@ std::string DescriptionWithMinimum(const std::wstring& minimum)
 
 // One run of the setup program with its log; it ends when its first checks have passed
 // (once the wizard follows them, the run is ended there).
-struct Run
+struct SetupRun
 {
     e2e::RunResult result;
     std::wstring log;
@@ -77,7 +77,7 @@ struct Run
     std::string Describe() const { return result.Describe() + "\nLog:\n" + e2e::Utf8(log); }
 };
 
-Run RunSetup(const std::wstring& setupFolder, const std::wstring& arguments, std::vector<e2e::DialogRule> rules)
+SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& arguments, std::vector<e2e::DialogRule> rules)
 {
     const std::wstring logPath = e2e::ScratchFolder(L"StartupLog") + L"setup.log";
     e2e::RunOptions options;
@@ -86,7 +86,7 @@ Run RunSetup(const std::wstring& setupFolder, const std::wstring& arguments, std
     options.rules = std::move(rules);
     options.timeoutMs = 30000;
     options.onPoll = [&logPath](DWORD) { return ReadLog(logPath).find(kPassed) == std::wstring::npos; };
-    Run run;
+    SetupRun run;
     run.result = e2e::ProgramDriver(options).Run();
     run.log = ReadLog(logPath);
     return run;
@@ -101,7 +101,8 @@ public:
         std::wstring commandLine = L"\"" + e2e::MediaFolder() + L"Listenwell\\Sonora.exe\"";
         if (ignoreClose)
             commandLine += L" /IgnoreClose";
-        STARTUPINFOW startup = {sizeof(startup)};
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
         if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                               &process_))
             return;
@@ -207,7 +208,8 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     ASSERT_TRUE(product.Started());
     // The first instance waits at the running-copy question: it holds the mutex meanwhile.
     std::wstring commandLine = L"\"" + setupFolder_ + L"InstallWizard.exe\"";
-    STARTUPINFOW startup = {sizeof(startup)};
+    STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
     PROCESS_INFORMATION first = {};
     ASSERT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                                  &first));
@@ -222,7 +224,7 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     }
     ASSERT_NE(question, nullptr) << "the first instance never asked";
 
-    const Run second = RunSetup(setupFolder_, L"", {{.title = L"Halvard Installer",
+    const SetupRun second = RunSetup(setupFolder_, L"", {{.title = L"Halvard Installer",
                                                       .text = L"Another instance of the Halvard installer is already "
                                                               L"running on this system.\r\n\r\nPlease finish any other "
                                                               L"Halvard installations and try again.",
@@ -250,7 +252,7 @@ TEST_F(Startup, RunningCopyNoEndsStartUp)
 {
     RunningProduct product(false);
     ASSERT_TRUE(product.Started());
-    const Run run = RunSetup(setupFolder_, L"", {{.title = L"", .text = kQuestion, .button = IDNO, .times = 1}});
+    const SetupRun run = RunSetup(setupFolder_, L"", {{.title = L"", .text = kQuestion, .button = IDNO, .times = 1}});
     EXPECT_TRUE(run.result.ExitedWith(kExitCancelled)) << run.Describe();
     EXPECT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
     EXPECT_TRUE(product.Running());
@@ -260,7 +262,7 @@ TEST_F(Startup, RunningCopyYesClosesIt)
 {
     RunningProduct product(false);
     ASSERT_TRUE(product.Started());
-    const Run run = RunSetup(setupFolder_, L"", {{.title = L"", .text = kQuestion, .button = IDYES, .times = 1}});
+    const SetupRun run = RunSetup(setupFolder_, L"", {{.title = L"", .text = kQuestion, .button = IDYES, .times = 1}});
     EXPECT_TRUE(run.PassedChecks()) << run.Describe();
     EXPECT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
     EXPECT_TRUE(product.EndsSoon());
@@ -270,7 +272,7 @@ TEST_F(Startup, SilentClosesTheRunningCopyWithoutAsking)
 {
     RunningProduct product(false);
     ASSERT_TRUE(product.Started());
-    const Run run = RunSetup(setupFolder_, L"/Silent", {});
+    const SetupRun run = RunSetup(setupFolder_, L"/Silent", {});
     EXPECT_TRUE(run.PassedChecks()) << run.Describe();
     EXPECT_TRUE(run.result.dialogs.empty()) << run.Describe();
     EXPECT_TRUE(product.EndsSoon());
@@ -280,7 +282,7 @@ TEST_F(Startup, ACopyThatWontCloseLeadsToTheManualBoxThenTheError)
 {
     RunningProduct product(true);
     ASSERT_TRUE(product.Started());
-    const Run run = RunSetup(setupFolder_, L"",
+    const SetupRun run = RunSetup(setupFolder_, L"",
                              {{.title = L"", .text = kQuestion, .button = IDYES, .times = 1},
                               {.title = L"Please Close Sonora", .text = kManual, .button = IDOK, .times = 1},
                               {.title = L"Install Wizard Error", .text = kStill, .button = IDOK, .times = 1}});
@@ -294,7 +296,7 @@ TEST_F(Startup, SilentWithACopyThatWontCloseStillShowsTheManualBox)
 {
     RunningProduct product(true);
     ASSERT_TRUE(product.Started());
-    const Run run = RunSetup(setupFolder_, L"/Silent",
+    const SetupRun run = RunSetup(setupFolder_, L"/Silent",
                              {{.title = L"Please Close Sonora", .text = kManual, .button = IDOK, .times = 1},
                               {.title = L"Install Wizard Error", .text = kStill, .button = IDOK, .times = 1}});
     EXPECT_TRUE(run.result.ExitedWith(kExitProductRunning)) << run.Describe();
@@ -305,13 +307,13 @@ TEST_F(Startup, WindowsXPPassesAndNT4IsRefused)
 {
     {
         WindowsVersion xp(L"winxp");
-        const Run run = RunSetup(setupFolder_, L"", {});
+        const SetupRun run = RunSetup(setupFolder_, L"", {});
         EXPECT_TRUE(run.PassedChecks()) << run.Describe();
         EXPECT_NE(run.log.find(L"Microsoft Windows XP (5.1."), std::wstring::npos) << run.Describe();
     }
     {
         WindowsVersion nt4(L"nt40");
-        const Run run = RunSetup(setupFolder_, L"",
+        const SetupRun run = RunSetup(setupFolder_, L"",
                                  {{.title = L"Operating System Not Supported",
                                    .text = L"The Sonora Install Wizard can not run on this version of Microsoft "
                                            L"Windows.\r\n\r\nSonora requires Windows 2000 or later.  Setup will now "
@@ -326,11 +328,11 @@ TEST_F(Startup, ABrowserEqualToTheMinimumPassesALowerOneIsShownTheDialog)
 {
     BrowserVersion browser(L"6.0.2900.5512");
     const std::wstring equal = MakeSetupFolder(L"StartupBrowserEqual", DescriptionWithMinimum(L"6.0.2900.5512"));
-    const Run passes = RunSetup(equal, L"", {});
+    const SetupRun passes = RunSetup(equal, L"", {});
     EXPECT_TRUE(passes.PassedChecks()) << passes.Describe();
 
     const std::wstring higher = MakeSetupFolder(L"StartupBrowserHigher", DescriptionWithMinimum(L"6.0.2900.5513"));
-    const Run refused = RunSetup(
+    const SetupRun refused = RunSetup(
         higher, L"",
         {{.title = L"Install Wizard",
           .text = L"Install Wizard did not detect a new enough version of Microsoft Internet Explorer.  Setup cannot "
@@ -351,7 +353,7 @@ TEST_F(Startup, InstallXmlInTheParentFolderIsUsed)
     const std::wstring child = parent + L"Disk1\\";
     ASSERT_TRUE(::CreateDirectoryW(child.c_str(), nullptr));
     ASSERT_TRUE(::CopyFileW(e2e::InstallWizardPath().c_str(), (child + L"InstallWizard.exe").c_str(), FALSE));
-    const Run run = RunSetup(child, L"",
+    const SetupRun run = RunSetup(child, L"",
                              {{.title = L"Install Wizard", .text = L"Install Wizard did not detect",
                                .match = e2e::TextMatch::StartsWith, .buttonCaption = L"Quit Setup"}});
     EXPECT_TRUE(run.result.ExitedWith(kExitBrowserTooOld)) << run.Describe();
@@ -371,7 +373,7 @@ TEST_F(Startup, WithoutRightsToWriteMachineSettingsItStops)
               ERROR_SUCCESS);
     ::RegCloseKey(raw);
     ASSERT_EQ(disposition, static_cast<DWORD>(REG_CREATED_NEW_KEY)) << "Software\\Halvard holds data";
-    const Run run = RunSetup(setupFolder_, L"",
+    const SetupRun run = RunSetup(setupFolder_, L"",
                              {{.title = L"Information",
                                .text = L"Sorry, but you do not have sufficient rights to install the program.\r\n"
                                        L"Please make sure you have administrative rights before you begin the "
@@ -389,7 +391,7 @@ TEST_F(Startup, TheServiceOfAnEarlierInstallationIsStopped)
                             (installed + L"HVService.exe").c_str(), FALSE));
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
                                   installed + L"Sonora.exe"));
-    const Run run = RunSetup(setupFolder_, L"", {});
+    const SetupRun run = RunSetup(setupFolder_, L"", {});
     EXPECT_TRUE(run.PassedChecks()) << run.Describe();
     EXPECT_NE(::GetFileAttributesW((installed + L"HVService.stop.txt").c_str()), INVALID_FILE_ATTRIBUTES)
         << run.Describe();
@@ -405,7 +407,7 @@ TEST_F(Startup, StaleVirtualStoreKeysGoUnlessTheyHaveSubkeys)
     // Turned away at the single-instance rule: the clean-up comes before it.
     HANDLE mutex = ::CreateMutexW(nullptr, FALSE, L"Global\\Halvard Installer");
     ASSERT_NE(mutex, nullptr);
-    const Run run = RunSetup(setupFolder_, L"", {{.title = L"Halvard Installer", .match = e2e::TextMatch::Any,
+    const SetupRun run = RunSetup(setupFolder_, L"", {{.title = L"Halvard Installer", .match = e2e::TextMatch::Any,
                                                   .button = IDOK, .times = 1}});
     ::CloseHandle(mutex);
     EXPECT_TRUE(run.result.ExitedWith(kExitAnotherInstaller)) << run.Describe();
@@ -436,7 +438,7 @@ TEST_F(Startup, BadInputGivesDefaultsAndALogLine)
     {
         const std::wstring folder = MakeSetupFolder(L"StartupBadInput", c.installXml);
         ASSERT_FALSE(folder.empty());
-        const Run run = RunSetup(folder, c.arguments, {});
+        const SetupRun run = RunSetup(folder, c.arguments, {});
         EXPECT_TRUE(run.PassedChecks()) << c.name << "\n" << run.Describe();
         EXPECT_NE(run.log.find(c.logged), std::wstring::npos) << c.name << "\n" << run.Describe();
         EXPECT_NE(run.log.find(L"allow downgrade no"), std::wstring::npos) << c.name << "\n" << run.Describe();
@@ -447,7 +449,7 @@ TEST_F(Startup, TheSwitchListIsShownOnRequest)
 {
     for (const wchar_t* arguments : {L"/?", L"/Help"})
     {
-        const Run run = RunSetup(setupFolder_, arguments,
+        const SetupRun run = RunSetup(setupFolder_, arguments,
                                  {{.title = L"Install Wizard", .text = L"Install Wizard accepts these switches:",
                                    .match = e2e::TextMatch::StartsWith, .button = IDOK}});
         EXPECT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe();
