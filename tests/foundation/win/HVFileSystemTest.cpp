@@ -216,6 +216,31 @@ TEST_F(HVFileSystemTest, DirectoryTreeFailuresAreLoggedWithThePlainPath)
     EXPECT_EQ(log.lines[2].message, "Failed! Path=Q:\\no such drive\\x");
 }
 
+TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
+{
+    HVString overlong = root;
+    for (int i = 0; i < 300; ++i)
+        overlong += u'n';   // one component beyond what any file system allows
+    const HVString network = u"\\\\no-such-server\\share\\folder\\";
+    const HVString reserved = root + u"what?.txt";
+    for (const HVString& bad : {overlong, network, reserved}) {
+        log.lines.clear();
+        EXPECT_FALSE(HVFileSystem::DeleteFile(bad)) << U8(bad);
+        EXPECT_FALSE(HVFileSystem::Exists(bad, true));
+        EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(bad));
+        EXPECT_FALSE(HVFileSystem::WriteFile(bad, "x", 1));
+        EXPECT_TRUE(log.lines.empty()) << log.lines[0].message;
+        EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad));
+        ASSERT_EQ(log.lines.size(), 1u);
+        EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(bad));
+        HVString unique = bad;
+        EXPECT_TRUE(HVFileSystem::MakeUniqueName(unique));   // nothing there: the name stays
+        EXPECT_EQ(unique, bad);
+    }
+    EXPECT_FALSE(HVFileSystem::SafeReplaceFile(u"", root + u"x"));
+    EXPECT_FALSE(HVFileSystem::CopyFile(u"", root + u"x", false));
+}
+
 TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
 {
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(root));
