@@ -319,3 +319,23 @@ TEST(TestRegistry, ReadsEachViewSeparatelyAndFreshMachineClearsBoth)
     EXPECT_TRUE(e2e::ResetToFreshMachine());
 }
 }
+
+namespace
+{
+// Task dialogs keep their texts in several controls and have no message control of id 0xFFFF:
+// the driver reads them all, so a rule can match the content.
+TEST(Driver, ReadsAndAnswersATaskDialog)
+{
+    e2e::RunOptions options = ShowBox(L"/Task /Instruction \"Close Sonora?\" \"Install Wizard\" "
+                                      L"\"Sonora is running.\" MB_YESNO");
+    options.rules = {{.title = L"Install Wizard", .text = L"Sonora is running.", .match = e2e::TextMatch::Contains,
+                      .buttonCaption = L"No"}};
+
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+
+    ASSERT_TRUE(run.ExitedWith(IDNO)) << run.Describe();
+    ASSERT_EQ(run.dialogs.size(), 1u);
+    EXPECT_NE(run.dialogs[0].text.find(L"Close Sonora?"), std::wstring::npos) << run.Describe();
+    EXPECT_EQ(run.dialogs[0].pressed, L"No");
+}
+}

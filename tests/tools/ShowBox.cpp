@@ -1,4 +1,4 @@
-// ShowBox.exe [/Count <n>] [/Window] <title> <text> [MB_... flags or a number ...]
+// ShowBox.exe [/Count <n>] [/Window] [/Task [/Instruction <text>]] <title> <text> [MB_... flags ...]
 //
 // Shows a message box as a program under test would, so that the end-to-end driver can be
 // tested against a box whose title, text and buttons are known. The two-character sequences
@@ -9,7 +9,12 @@
 // /Count <n> shows the box n times in a row (each answer is needed before the next box).
 // /Window opens a plain top-level window with the title instead of a box and waits until it
 // is closed: a program that waits for the user outside any dialog.
+// /Task shows a task dialog instead of a message box (the text as its content, the buttons
+// from the MB_ button set); /Instruction adds a main instruction above the content.
+#include "foundation/win/HVUniqueResource.h"
+
 #include <windows.h>
+#include <commctrl.h>
 
 #include <cstdio>
 #include <cwchar>
@@ -117,9 +122,39 @@ int RunPlainWindow(const std::wstring& title)
     return 0;
 }
 
+// Looked up at run time: comctl32's import library differs between toolchains, and the
+// function is only there in comctl32 version 6.
+int RunTaskDialog(const std::wstring& title, const std::wstring& instruction, const std::wstring& text, UINT flags)
+{
+    using TaskDialogFunction = HRESULT(WINAPI*)(const TASKDIALOGCONFIG*, int*, int*, BOOL*);
+    HVModule comctl(LoadLibraryW(L"comctl32.dll"));
+    auto taskDialog = comctl ? reinterpret_cast<TaskDialogFunction>(
+                                   reinterpret_cast<void*>(GetProcAddress(comctl.Get(), "TaskDialogIndirect")))
+                             : nullptr;
+    if (!taskDialog)
+        return kBadUse;
+    TASKDIALOGCONFIG config = {};
+    config.cbSize = sizeof(config);
+    config.pszWindowTitle = title.c_str();
+    config.pszMainInstruction = instruction.empty() ? nullptr : instruction.c_str();
+    config.pszContent = text.c_str();
+    switch (flags & MB_TYPEMASK)
+    {
+    case MB_OKCANCEL: config.dwCommonButtons = TDCBF_OK_BUTTON | TDCBF_CANCEL_BUTTON; break;
+    case MB_YESNO: config.dwCommonButtons = TDCBF_YES_BUTTON | TDCBF_NO_BUTTON; break;
+    case MB_YESNOCANCEL: config.dwCommonButtons = TDCBF_YES_BUTTON | TDCBF_NO_BUTTON | TDCBF_CANCEL_BUTTON; break;
+    case MB_RETRYCANCEL: config.dwCommonButtons = TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON; break;
+    default: config.dwCommonButtons = TDCBF_OK_BUTTON; break;
+    }
+    int button = 0;
+    const HRESULT hr = taskDialog(&config, &button, nullptr, nullptr);
+    return SUCCEEDED(hr) ? button : kBadUse;
+}
+
 int Usage()
 {
-    std::fwprintf(stderr, L"usage: ShowBox.exe [/Count <n>] [/Window] <title> <text> [MB_... flags]\n");
+    std::fwprintf(stderr, L"usage: ShowBox.exe [/Count <n>] [/Window] [/Task [/Instruction <text>]] <title> <text> "
+                          L"[MB_... flags]\n");
     return kBadUse;
 }
 }
@@ -128,6 +163,8 @@ int wmain(int argc, wchar_t** argv)
 {
     int count = 1;
     bool plainWindow = false;
+    bool task = false;
+    std::wstring instruction;
     int i = 1;
     for (; i < argc && argv[i][0] == L'/'; ++i)
     {
@@ -140,6 +177,14 @@ int wmain(int argc, wchar_t** argv)
         else if (_wcsicmp(argv[i], L"/Window") == 0)
         {
             plainWindow = true;
+        }
+        else if (_wcsicmp(argv[i], L"/Task") == 0)
+        {
+            task = true;
+        }
+        else if (_wcsicmp(argv[i], L"/Instruction") == 0 && i + 1 < argc)
+        {
+            instruction = Unescape(argv[++i]);
         }
         else
         {
@@ -162,8 +207,9 @@ int wmain(int argc, wchar_t** argv)
     int answer = 0;
     for (int n = 0; n < count; ++n)
     {
-        answer = MessageBoxW(nullptr, text.c_str(), title.c_str(), flags);
-        if (answer == 0)
+        answer = task ? RunTaskDialog(title, instruction, text, flags)
+                      : MessageBoxW(nullptr, text.c_str(), title.c_str(), flags);
+        if (answer == 0 || answer == kBadUse)
             return kBadUse;
     }
     return answer;
