@@ -23,18 +23,20 @@ TEST(CVersionInfoFileTest, ReadsTheFixedFileVersion)
     EXPECT_EQ(wizard.GetShortText(), u"1.0.0");
 }
 
-TEST(CVersionInfoFileTest, SampleDllsCarryDifferentVersions)
+TEST(CVersionInfoFileTest, SampleDllsCarryTheirVersions)
 {
+    // The sample setup folder's version-checked system libraries.
     const HVString folder = Folder(e2e::MediaFolder()) + u"System\\Check Version\\";
-    std::vector<HVFileSystem::Entry> entries;
-    if (!HVFileSystem::EnumerateFolder(folder, entries, u"*.dll") || entries.size() < 2)
-        GTEST_SKIP() << "no sample DLLs in " << folder.ToUtf8();
-    const CVersionInfo first(folder + entries[0].name);
-    const CVersionInfo second(folder + entries[1].name);
-    EXPECT_TRUE(first.HasVersionResource());
-    EXPECT_TRUE(second.HasVersionResource());
-    EXPECT_FALSE(first.IsZero());
-    EXPECT_NE(first, second);
+    const CVersionInfo codec(folder + u"HVCodecSupport.dll");
+    const CVersionInfo disc(folder + u"HVDiscSupport.dll");
+    EXPECT_TRUE(codec.HasVersionResource());
+    EXPECT_EQ(codec.GetText(), u"2.0.0.0");
+    EXPECT_EQ(disc.GetText(), u"1.5.0.0");
+    EXPECT_GT(codec, disc);
+    // A text file beside them has no version: version 0, older than both.
+    const CVersionInfo notes(folder + u"HVSystemNotes.txt");
+    EXPECT_TRUE(notes.IsZero());
+    EXPECT_LT(notes, disc);
 }
 
 TEST(CVersionInfoFileTest, NoVersionResourceOrNoFileIsZero)
