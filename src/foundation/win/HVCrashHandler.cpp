@@ -133,7 +133,8 @@ void HVCrashHandler::TopLevelExceptionFilter(EXCEPTION_POINTERS* pointers)
     if (g_crashing.exchange(true))
         return;
 
-    if (!g_app || !g_app->GetLogger())
+    // An application object that has gone since Install is no longer there to ask.
+    if (!g_app || g_app != HVApp::Get() || !g_app->GetLogger())
         return;
 
     HVLog::Write(HVLog::kError, kSource, u"Unhandled exception -- program crashing");

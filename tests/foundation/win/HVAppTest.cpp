@@ -1,0 +1,209 @@
+#include "foundation/win/HVApp.h"
+#include "foundation/win/HVCrashHandler.h"
+#include "foundation/win/HVFileLogger.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/win/HVUniqueResource.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+class TestApp : public HVApp
+{
+};
+
+struct Seen
+{
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+};
+std::vector<Seen> g_seen;
+TestApp* g_testApp = nullptr;
+
+LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message >= WM_APP)
+    {
+        g_seen.push_back({g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam()});
+        // A nested dispatch (as a modal box runs one) must give the outer message back.
+        if (message == WM_APP + 1)
+        {
+            MSG inner = {window, WM_APP + 2, 5, 6, 0, {}};
+            g_testApp->DispatchTracked(inner);
+            g_seen.push_back(
+                {g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam()});
+        }
+        return 0;
+    }
+    return ::DefWindowProcW(window, message, wParam, lParam);
+}
+
+HWND MakeWindow()
+{
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = RecordingProc;
+    windowClass.hInstance = ::GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = L"HVAppTestWindow";
+    ::RegisterClassW(&windowClass);
+    return ::CreateWindowW(L"HVAppTestWindow", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance,
+                           nullptr);
+}
+
+std::string ReadAll(const HVString& path)
+{
+    std::string text;
+    if (FILE* file = _wfopen(path.w(), L"rb"))
+    {
+        char buffer[4096];
+        size_t read;
+        while ((read = std::fread(buffer, 1, sizeof(buffer), file)) > 0)
+            text.append(buffer, read);
+        std::fclose(file);
+    }
+    return text;
+}
+
+HVString TempFile(const wchar_t* name)
+{
+    wchar_t temp[MAX_PATH + 1];
+    const DWORD length = ::GetTempPathW(MAX_PATH + 1, temp);
+    return HVString(temp, static_cast<int32_t>(length)) + HVString(name);
+}
+}
+
+TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
+{
+    TestApp app;
+    g_testApp = &app;
+    g_seen.clear();
+    const HWND window = MakeWindow();
+    ASSERT_NE(window, nullptr);
+    ::PostMessageW(window, WM_APP, 11, 12);
+    ::PostMessageW(window, WM_APP + 1, 21, 22);
+    EXPECT_TRUE(app.PumpWaitingMessages());
+    ASSERT_EQ(g_seen.size(), 4u);
+    EXPECT_EQ(g_seen[0].message, static_cast<UINT>(WM_APP));
+    EXPECT_EQ(g_seen[0].wParam, 11u);
+    EXPECT_EQ(g_seen[0].lParam, 12);
+    EXPECT_EQ(g_seen[1].message, static_cast<UINT>(WM_APP + 1));
+    EXPECT_EQ(g_seen[2].message, static_cast<UINT>(WM_APP + 2));  // the nested one
+    EXPECT_EQ(g_seen[2].wParam, 5u);
+    EXPECT_EQ(g_seen[3].message, static_cast<UINT>(WM_APP + 1));  // the outer one again
+    EXPECT_EQ(g_seen[3].lParam, 22);
+    EXPECT_EQ(app.GetCurrentMessage(), 0u);
+    ::DestroyWindow(window);
+    g_testApp = nullptr;
+}
+
+TEST(HVApp, PumpingStopsAtQuitAndLeavesItForTheOuterLoop)
+{
+    TestApp app;
+    ::PostQuitMessage(7);
+    EXPECT_FALSE(app.PumpWaitingMessages());
+    MSG msg;
+    ASSERT_TRUE(::PeekMessageW(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(msg.wParam, 7u);
+}
+
+TEST(HVApp, OneAppAtATimeAndItsLoggerIsTheProcesses)
+{
+    EXPECT_EQ(HVApp::Get(), nullptr);
+    {
+        TestApp app;
+        EXPECT_EQ(HVApp::Get(), &app);
+        HVFileLogger logger;
+        app.SetLogger(&logger);
+        EXPECT_EQ(HVLog::GetLogger(), &logger);
+        app.SetLogger(nullptr);
+    }
+    EXPECT_EQ(HVApp::Get(), nullptr);
+    EXPECT_EQ(HVLog::GetLogger(), nullptr);
+}
+
+TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
+{
+    const HVString path = TempFile(L"HVFileLoggerTest.log");
+    {
+        HVFileLogger logger;
+        ASSERT_TRUE(logger.Open(path));
+        EXPECT_EQ(logger.GetPath(), path);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&logger, t] {
+                for (int i = 0; i < 200; ++i)
+                    logger.Write(3, "Test::Thread", HVString::Format(u"thread %d line %d \x00e9", t, i));
+            });
+        for (auto& thread : threads)
+            thread.join();
+        logger.Write(1, "Test::Last", u"done");
+    }
+    const std::string text = ReadAll(path);
+    int lines = 0;
+    size_t start = 0;
+    while (start < text.size())
+    {
+        const size_t end = text.find("\r\n", start);
+        ASSERT_NE(end, std::string::npos);
+        const std::string line = text.substr(start, end - start);
+        // "2026-11-22 01:45:09.123 [  123] L3 Test::Thread: thread 0 line 0 é"
+        ASSERT_GE(line.size(), 24u) << line;
+        EXPECT_EQ(line[4], '-');
+        EXPECT_EQ(line[10], ' ');
+        EXPECT_EQ(line[19], '.');
+        EXPECT_TRUE(line.find("] L3 Test::Thread: thread ") != std::string::npos ||
+                    line.find("] L1 Test::Last: done") != std::string::npos)
+            << line;
+        ++lines;
+        start = end + 2;
+    }
+    EXPECT_EQ(lines, 801);
+    EXPECT_NE(text.find("line 199 \xc3\xa9"), std::string::npos);
+    ::DeleteFileW(path.w());
+}
+
+TEST(HVFileLogger, AFolderThatDoesNotExistIsAnErrorNotACrash)
+{
+    HVFileLogger logger;
+    EXPECT_FALSE(logger.Open(u"C:\\No Such Folder\\At All\\x.log"));
+    EXPECT_FALSE(logger.IsOpen());
+    logger.Write(1, "Test", u"goes nowhere");
+}
+
+TEST(HVFileLogger, DatedNamesAreInTheFolder)
+{
+    const HVString name = HVFileLogger::DatedName(u"C:\\Temp", u"Install Wizard");
+    EXPECT_TRUE(name.StartsWith(u"C:\\Temp\\Install Wizard 2")) << name.ToUtf8();
+    EXPECT_TRUE(name.EndsWith(u".log"));
+    EXPECT_EQ(name.Find(u':', 2), HVString::npos) << "no colons in a file name";
+}
+
+TEST(HVCrashHandler, InstallMakesTheNamedSixteenByteBlock)
+{
+    TestApp app;
+    HVCrashHandler::Install(&app);
+    const std::wstring expected = L"HVCrashInfo" + std::to_wstring(::GetCurrentProcessId());
+    EXPECT_EQ(std::wstring(HVCrashHandler::BlockName()), expected);
+    HVHandle mapping(::OpenFileMappingW(FILE_MAP_READ, FALSE, expected.c_str()));
+    ASSERT_TRUE(mapping);
+    HVMappedView view(::MapViewOfFile(mapping.Get(), FILE_MAP_READ, 0, 0, 16));
+    ASSERT_TRUE(view);
+    MEMORY_BASIC_INFORMATION info = {};
+    ASSERT_NE(::VirtualQuery(view.Get(), &info, sizeof(info)), 0u);
+    EXPECT_GE(info.RegionSize, 16u);
+    // Nothing is written before a crash.
+    const auto* block = static_cast<const HVCrashHandler::CrashInfo*>(view.Get());
+    EXPECT_EQ(block->processId, 0u);
+    EXPECT_EQ(block->exceptionPointers, 0u);
+
+    // A second Install replaces the block; the name stays.
+    HVCrashHandler::Install(&app);
+    HVHandle again(::OpenFileMappingW(FILE_MAP_READ, FALSE, expected.c_str()));
+    EXPECT_TRUE(again);
+}
