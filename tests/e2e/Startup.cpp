@@ -248,6 +248,24 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     EXPECT_TRUE(product.Running());
 }
 
+TEST_F(Startup, AMutexThatCanNotBeOpenedCountsAsAnotherInstaller)
+{
+    // An empty access list: the mutex exists, but nobody may open it (error 5).
+    SECURITY_DESCRIPTOR descriptor;
+    ACL acl;
+    ASSERT_TRUE(::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
+    ASSERT_TRUE(::InitializeAcl(&acl, sizeof(acl), ACL_REVISION));
+    ASSERT_TRUE(::SetSecurityDescriptorDacl(&descriptor, TRUE, &acl, FALSE));
+    SECURITY_ATTRIBUTES attributes = {sizeof(attributes), &descriptor, FALSE};
+    HANDLE mutex = ::CreateMutexW(&attributes, FALSE, L"Global\\Halvard Installer");
+    ASSERT_NE(mutex, nullptr);
+    const SetupRun run = RunSetup(setupFolder_, L"", {{.title = L"Halvard Installer", .match = e2e::TextMatch::Any,
+                                                       .button = IDOK, .times = 1}});
+    ::CloseHandle(mutex);
+    EXPECT_TRUE(run.result.ExitedWith(kExitAnotherInstaller)) << run.Describe();
+    EXPECT_NE(run.log.find(L"Another installer is running (error 5)"), std::wstring::npos) << run.Describe();
+}
+
 TEST_F(Startup, RunningCopyNoEndsStartUp)
 {
     RunningProduct product(false);
