@@ -70,15 +70,11 @@ void CTranslationService::Reset()
     entries_.clear();
 }
 
-bool CTranslationService::Load(const HVString& path)
+bool CTranslationService::ReadFailed(const HVString& path)
 {
-    HVXMLDocument doc;
-    if (!doc.Load(path) && doc.GetDoc().IsEmpty()) {
-        Reset();
-        HVLog::Write(HVLog::kWarning, "CTranslationService::Load", u"Can't read the language file %s", path);
-        return false;
-    }
-    return LoadDocument(doc, path);
+    Reset();
+    HVLog::Write(HVLog::kWarning, "CTranslationService::Load", u"Can't read the language file %s", path);
+    return false;
 }
 
 bool CTranslationService::LoadText(const HVString& xml, const HVString& source)
@@ -235,18 +231,16 @@ std::vector<HVString> CTranslationService::FormatMarkers(std::u16string_view tex
     return markers;
 }
 
-bool CTranslationService::ReadLanguageInfo(const HVString& path, CLanguageInfo& info)
+bool CTranslationService::ReadLanguageInfo(const HVString& xml, const HVString& path, CLanguageInfo& info)
 {
     HVXMLDocument doc;
-    if (!doc.Load(path) && doc.GetDoc().IsEmpty()) {
-        HVLog::Write(HVLog::kWarning, "CTranslationService::ReadLanguageInfo", u"Can't read %s", path);
-        return false;
-    }
+    doc.SetDoc(xml);
     HVXMLDocument::Elem root = 0;
     return ReadRoot(doc, path, root, info);
 }
 
-std::vector<CLanguageInfo> CTranslationService::ListLanguages(const HVString& folder, const FileLister& lister)
+std::vector<CLanguageInfo> CTranslationService::ListLanguages(const HVString& folder, const FileLister& lister,
+                                                              const FileReader& reader)
 {
     std::vector<CLanguageInfo> languages;
     languages.push_back({kEnglishName, kEnglishCode, HVString()});
@@ -263,8 +257,10 @@ std::vector<CLanguageInfo> CTranslationService::ListLanguages(const HVString& fo
     for (const HVString& name : names) {
         if (!name.EndsWithNoCase(u".xml") || name.GetLength() <= 4)
             continue;
+        const HVString path = prefix + name;
+        HVString text;
         CLanguageInfo info;
-        if (ReadLanguageInfo(prefix + name, info))
+        if (reader && reader(path, text) && ReadLanguageInfo(text, path, info))
             found.push_back(std::move(info));
     }
     std::sort(found.begin(), found.end(), [](const CLanguageInfo& a, const CLanguageInfo& b) {

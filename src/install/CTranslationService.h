@@ -1,6 +1,8 @@
 #pragma once
 
+#include "foundation/HVLog.h"
 #include "foundation/HVString.h"
+#include "foundation/HVTextFileReader.h"
 #include "foundation/IHVTranslator.h"
 
 #include <functional>
@@ -81,16 +83,25 @@ public:
     // Lists the names of the files in a folder (names only, no folder). False when the folder
     // can't be read. On Windows: CLanguageSelectionDlg::FolderLister().
     using FileLister = std::function<bool(const HVString& folder, std::vector<HVString>& names)>;
+    // Reads a whole text file; false (and a log line) when it can't.
+    using FileReader = std::function<bool(const HVString& path, HVString& text)>;
+    // HVTextFileReader. Inline, like Load: on Windows the reader lives in the Windows library,
+    // which links before the portable core, so the call has to come from the program's side.
+    static FileReader TextFileReader()
+    {
+        return [](const HVString& path, HVString& text) { return HVTextFileReader::Read(path, text); };
+    }
 
     // The languages offered in `folder`: English first, always; then every "*.xml" file
     // there that is a language file, sorted by name (without regard to case). Files that
     // aren't language files, and a second file for a name already listed, are left out with a
     // log line; a missing folder lists English alone.
-    static std::vector<CLanguageInfo> ListLanguages(const HVString& folder, const FileLister& lister);
+    static std::vector<CLanguageInfo> ListLanguages(const HVString& folder, const FileLister& lister,
+                                                    const FileReader& reader = TextFileReader());
 
-    // Reads a language file's name and code without keeping its texts. False when the file is
-    // no language file.
-    static bool ReadLanguageInfo(const HVString& path, CLanguageInfo& info);
+    // A language document's name and code, without keeping its texts; `path` is what the
+    // info will name. False (with a log line) when the text is no language file.
+    static bool ReadLanguageInfo(const HVString& xml, const HVString& path, CLanguageInfo& info);
 
     static constexpr const char16_t* kEnglishName = u"English";
     static constexpr const char16_t* kEnglishCode = u"en";
@@ -103,6 +114,7 @@ public:
     static std::vector<HVString> FormatMarkers(std::u16string_view text);
 
 private:
+    bool ReadFailed(const HVString& path);
     bool LoadDocument(HVXMLDocument& doc, const HVString& source);
     HVString Lookup(const HVString& english) const;
 
@@ -110,3 +122,11 @@ private:
     HVString code_;
     std::unordered_map<HVString, HVString> entries_;
 };
+
+inline bool CTranslationService::Load(const HVString& path)
+{
+    HVString text;
+    if (!HVTextFileReader::Read(path, text))
+        return ReadFailed(path);
+    return LoadText(text, path);
+}

@@ -1,0 +1,196 @@
+#include "install/win/CProtectedFolders.h"
+
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/CSelectPathRules.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace
+{
+std::string U8(const HVString& s) { return s.ToUtf8(); }
+
+CProtectedFolders::Context TestContext()
+{
+    CProtectedFolders::Context c;
+    c.displayName = u"Sonora";
+    c.earlierInstallationFolder = u"C:\\Program Files\\Halvard\\Sonora";
+    c.windowsFolder = u"C:\\windows";
+    c.programFilesFolders = {u"C:\\Program Files\\", u"C:\\Program Files (x86)"};
+    return c;
+}
+
+TEST(CProtectedFolders, DecidesEachEntry)
+{
+    const struct
+    {
+        const char16_t* entry;
+        const char16_t* location;
+        const char16_t* folder;   // nullptr: left out
+    } rows[] = {
+        {u"Other", u"D:\\Apps\\Other", u"D:\\Apps\\Other\\"},
+        {u"Other", u"\"D:\\Apps\\Quoted\\\"", u"D:\\Apps\\Quoted\\"},
+        {u"Other", u"  D:/Apps/Slashed  ", u"D:\\Apps\\Slashed\\"},
+        {u"Other", u"%SystemDrive%\\Expanded", u"C:\\Expanded\\"},
+        {u"Other", u"C:\\Windows\\System32", u"C:\\Windows\\System32\\"},
+        {u"Other", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X\\"},
+        {u"Other", u"\\\\server\\share\\app", u"\\\\server\\share\\app\\"},
+        {u"Other", u"", nullptr},
+        {u"Other", u"   ", nullptr},
+        {u"Other", u"\"\"", nullptr},
+        {u"Other", u"C:\\", nullptr},
+        {u"Other", u"C:", nullptr},
+        {u"Other", u"\\\\server\\share", nullptr},
+        {u"Other", u"relative\\path", nullptr},
+        {u"Other", u"\\rooted", nullptr},
+        {u"Other", u"c:\\WINDOWS\\", nullptr},
+        {u"Other", u"C:\\Program Files", nullptr},
+        {u"Other", u"C:\\PROGRAM FILES (X86)\\", nullptr},
+        {u"Other", u"C:\\Program Files\\Halvard\\Sonora", nullptr},
+        {u"Other", u"c:\\program files\\halvard\\", nullptr},
+        {u"Sonora", u"D:\\X", nullptr},
+        {u"sonora 5.1", u"D:\\X", nullptr},
+        {u"Sono", u"D:\\X", u"D:\\X\\"},
+    };
+    for (const auto& row : rows) {
+        HVString folder;
+        const bool accepted = CProtectedFolders::Accept(row.entry, row.location, TestContext(), folder);
+        EXPECT_EQ(accepted, row.folder != nullptr) << U8(row.location);
+        if (accepted && row.folder) {
+            EXPECT_EQ(U8(folder), U8(row.folder)) << U8(row.location);
+        }
+    }
+}
+
+// Uninstall entries written for one test, in every root and view, removed afterwards.
+class UninstallEntries : public ::testing::Test
+{
+protected:
+    const HVString prefix = HVString::Format(u"IW Test %d ", ::GetCurrentProcessId());
+
+    void Add(HKEY root, HVRegView view, const HVString& name, const HVString& location, DWORD type = REG_SZ)
+    {
+        HVRegKey key;
+        ASSERT_TRUE(key.Create(root, HVString(CProtectedFolders::kUninstallKey) + u"\\" + name, KEY_ALL_ACCESS, view));
+        ASSERT_TRUE(key.SetString(u"InstallLocation", location, type));
+        added_.push_back({root, view, name});
+    }
+    void TearDown() override
+    {
+        for (const Added& a : added_) {
+            HVRegKey parent;
+            if (parent.Open(a.root, CProtectedFolders::kUninstallKey, KEY_ALL_ACCESS, a.view))
+                parent.DeleteSubKeyTree(a.name);
+        }
+    }
+    static bool Contains(const std::vector<HVString>& folders, const char16_t* folder)
+    {
+        return std::count_if(folders.begin(), folders.end(), [&](const HVString& f) { return f.EqualsNoCase(folder); }) == 1;
+    }
+
+private:
+    struct Added
+    {
+        HKEY root;
+        HVRegView view;
+        HVString name;
+    };
+    std::vector<Added> added_;
+};
+
+TEST_F(UninstallEntries, ReadsBothRootsAndViews)
+{
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"A", u"D:\\IW Test\\Machine64");
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key32, prefix + u"B", u"D:\\IW Test\\Machine32\\");
+    Add(HKEY_CURRENT_USER, HVRegView::Key64, prefix + u"C", u"D:\\IW Test\\User");
+    Add(HKEY_CURRENT_USER, HVRegView::Key32, prefix + u"D", u"%SystemDrive%\\IW Test\\Expanded", REG_EXPAND_SZ);
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key32, prefix + u"Again", u"d:\\iw test\\MACHINE64");
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Empty", u"");
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, u"Sonora " + prefix, u"D:\\IW Test\\Own Entry");
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Earlier", u"D:\\IW Test\\Earlier Sonora");
+
+    CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", u"D:\\IW Test\\Earlier Sonora\\");
+    const std::vector<HVString> folders = CProtectedFolders::Read(c);
+    EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\Machine64\\"));   // once, though listed twice
+    EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\Machine32\\"));
+    EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\User\\"));
+    EXPECT_TRUE(Contains(folders, u"C:\\IW Test\\Expanded\\"));
+    for (const HVString& f : folders) {
+        EXPECT_TRUE(f.EndsWith(u"\\")) << U8(f);
+        EXPECT_GT(f.GetLength(), 3) << U8(f);
+        EXPECT_EQ(f.FindNoCase(u"Own Entry"), HVString::npos) << U8(f);
+        EXPECT_EQ(f.FindNoCase(u"Earlier Sonora"), HVString::npos) << U8(f);
+    }
+}
+
+TEST_F(UninstallEntries, MachineFoldersAreLeftOut)
+{
+    CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", HVString());
+    ASSERT_FALSE(c.windowsFolder.IsEmpty());
+    ASSERT_FALSE(c.programFilesFolders.empty());
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Win", c.windowsFolder);
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"PF", c.programFilesFolders[0]);
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Root", u"C:\\");
+    for (const HVString& f : CProtectedFolders::Read(c)) {
+        EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.windowsFolder).view())) << U8(f);
+        EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.programFilesFolders[0]).view())) << U8(f);
+        EXPECT_FALSE(f.EqualsNoCase(u"C:\\")) << U8(f);
+    }
+}
+
+// The destination checks against this machine: real folders, real creation, real free space.
+class ThisMachine : public ISelectPathMachine
+{
+public:
+    explicit ThisMachine(const CProtectedFolders::Context& c) : context_(c) {}
+    HVString WindowsFolder() const override { return context_.windowsFolder; }
+    HVString ProgramFilesFolder() const override { return context_.programFilesFolders[0]; }
+    std::vector<HVString> ProtectedFolders() const override { return CProtectedFolders::Read(context_); }
+    HVString RememberedFolder() const override { return HVString(); }
+    HVString EarlierInstallationFolder() const override { return HVString(); }
+    bool MakeDirectoryTree(const HVString& folder) override { return HVFileSystem::MakeDirectoryTree(folder); }
+    bool FreeBytes(const HVString& folder, uint64_t& bytes) const override
+    {
+        return HVFileSystem::GetFreeDiskSpace(folder, bytes);
+    }
+
+private:
+    CProtectedFolders::Context context_;
+};
+
+TEST_F(UninstallEntries, DestinationChecksOnThisMachine)
+{
+    wchar_t temp[MAX_PATH] = {};
+    ::GetTempPathW(MAX_PATH, temp);
+    const HVString base = HVString(temp) + prefix + u"Destinations\\";
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key32, prefix + u"Other Player", base + u"Other Player");
+
+    const CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", HVString());
+    ThisMachine machine(c);
+    const struct
+    {
+        HVString entered;
+        int check;
+    } rows[] = {
+        {u"C:\\", 2},
+        {c.windowsFolder + u"\\Sonora", 3},
+        {c.programFilesFolders[0], 4},
+        {base + u"other player\\Skins", 5},
+        {u"Q:\\No Such Drive\\Sonora", 6},
+        {u"Sonora", 6},
+        {base + u"Sonora\\Deep\\Folder", 0},
+        {base + u"Sonora<2>", 0},
+    };
+    for (const auto& row : rows) {
+        const CSelectPathResult r = CSelectPathRules::Check(row.entered, u"Sonora", machine);
+        EXPECT_EQ(r.check, row.check) << U8(row.entered);
+        if (r.accepted) {
+            EXPECT_TRUE(HVFileSystem::FolderExists(r.folder)) << U8(r.folder);
+        }
+    }
+    HVFileSystem::DeleteFolderTree(base);
+}
+}
