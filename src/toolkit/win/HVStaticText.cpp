@@ -2,9 +2,9 @@
 
 #include "toolkit/win/HVLayoutWnd.h"
 
-bool HVStaticText::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec)
+bool HVStaticText::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, int id)
 {
-    return CreateControl(parent, L"STATIC", text, SS_LEFT | SS_NOPREFIX, 0, spec);
+    return CreateControl(parent, L"STATIC", text, SS_LEFT | SS_NOPREFIX, 0, spec, id);
 }
 
 void HVStaticText::SetBold(bool bold)

@@ -11,14 +11,18 @@
 // A wizard: a header band with the current page's title and subtitle, the page below it and
 // a row of Back, Next (Finish on the last page) and Cancel at the bottom right. Pages are
 // kept in the order they were added; moving forward asks each page's enter test, so a page
-// may be passed over; Back returns to the page shown before. The buttons carry fixed ids so
-// that people's tools and our tests find them: kBackId, kNextId and IDCANCEL.
+// may be passed over; Back returns to the page shown before. The buttons and header texts
+// carry fixed ids so that people's tools and our tests find them (kBackId, kNextId, IDCANCEL,
+// kTitleId, kSubtitleId); the window's class is "HVPopupWnd", its pages' "HVWizardPageWnd".
 class HVWizardPopupWnd : public HVPopupWnd
 {
 public:
     static constexpr int kBackId = 0x3023;
     static constexpr int kNextId = 0x3024;
     static constexpr int kCancelId = IDCANCEL;
+    // The header's title and subtitle texts.
+    static constexpr int kTitleId = 0x3030;
+    static constexpr int kSubtitleId = 0x3031;
     // DoModal's results.
     static constexpr int kFinished = IDOK;
     static constexpr int kCancelled = IDCANCEL;

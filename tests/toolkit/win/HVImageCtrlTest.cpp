@@ -1,0 +1,71 @@
+#include "foundation/win/HVComInit.h"
+#include "toolkit/win/HVImageCtrl.h"
+#include "toolkit/win/HVOkCancelPopupWnd.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+// A pop-up holding one picture, never shown.
+class PicturePopup : public HVOkCancelPopupWnd
+{
+public:
+    HVImageCtrl image;
+    bool Make() { return CreatePopup(nullptr, u"Pictures", WS_POPUP | WS_CAPTION); }
+
+protected:
+    bool CreateContent() override { return image.Create(*this, HVLayoutSpec{.cx = 100, .cy = 60}); }
+};
+
+TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)
+{
+    HVComInit com;
+    PicturePopup popup;
+    ASSERT_TRUE(popup.Make());
+    const HVString data = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\";
+    struct Row
+    {
+        const char16_t* file;
+        bool shown;
+        LONG width, height;
+    } rows[] = {
+        {u"Sample.png", true, 40, 20},
+        {u"Sample.jpg", true, 40, 30},
+        {u"Broken.png", false, 0, 0},
+        {u"Missing.png", false, 0, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(HVString(row.file).ToUtf8());
+        EXPECT_EQ(popup.image.LoadFile(data + row.file), row.shown);
+        EXPECT_EQ(popup.image.HasImage(), row.shown);
+        EXPECT_EQ(popup.image.ImageSize().cx, row.width);
+        EXPECT_EQ(popup.image.ImageSize().cy, row.height);
+    }
+}
+
+TEST(HVImageCtrlTest, TransparentPartsShowTheBackground)
+{
+    HVComInit com;
+    PicturePopup popup;
+    ASSERT_TRUE(popup.Make());
+    ASSERT_TRUE(popup.image.LoadFile(HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\Sample.png"));
+    // Draw into a bitmap of the picture's own size and look at both halves.
+    HDC screen = ::GetDC(nullptr);
+    HDC dc = ::CreateCompatibleDC(screen);
+    HBITMAP target = ::CreateCompatibleBitmap(screen, 40, 20);
+    HGDIOBJ old = ::SelectObject(dc, target);
+    DRAWITEMSTRUCT item = {};
+    item.hDC = dc;
+    item.rcItem = {0, 0, 40, 20};
+    popup.image.OnDrawItem(item);
+    const COLORREF opaque = ::GetPixel(dc, 5, 10);
+    const COLORREF clear = ::GetPixel(dc, 35, 10);
+    ::SelectObject(dc, old);
+    ::DeleteObject(target);
+    ::DeleteDC(dc);
+    ::ReleaseDC(nullptr, screen);
+    EXPECT_GT(GetGValue(opaque), 100);
+    EXPECT_LT(GetRValue(opaque), 60);
+    EXPECT_EQ(clear, ::GetSysColor(COLOR_BTNFACE));
+}
+}   // namespace
