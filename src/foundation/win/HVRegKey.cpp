@@ -140,19 +140,23 @@ bool HVRegKey::QueryMultiString(const HVString& name, std::vector<HVString>& val
     if (!QueryRaw(name, type, data) || type != REG_MULTI_SZ)
         return false;
     values.clear();
+    // Empty strings inside the list are kept: lists such as the pending file renames use
+    // them (an empty target means "delete"). Only the final terminator is dropped.
     const auto* text = reinterpret_cast<const char16_t*>(data.data());
-    const size_t chars = data.size() / sizeof(char16_t);
+    size_t chars = data.size() / sizeof(char16_t);
+    if (chars > 0 && text[chars - 1] == 0)
+        --chars;   // the terminator of the last string
+    if (chars > 0 && text[chars - 1] == 0)
+        --chars;   // the empty string that ends the list
+    if (chars == 0)
+        return true;
     size_t start = 0;
-    for (size_t i = 0; i < chars; ++i) {
-        if (text[i] == 0) {
-            if (i == start)
-                break;   // the empty string that ends the list
+    for (size_t i = 0; i <= chars; ++i) {
+        if (i == chars || text[i] == 0) {
             values.emplace_back(text + start, static_cast<int32_t>(i - start));
             start = i + 1;
         }
     }
-    if (start < chars && text[chars - 1] != 0)
-        values.emplace_back(text + start, static_cast<int32_t>(chars - start));
     return true;
 }
 

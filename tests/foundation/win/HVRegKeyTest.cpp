@@ -50,6 +50,13 @@ TEST_F(HVRegKeyTest, ValuesRoundTripByType)
     EXPECT_EQ(big, 0x123456789ABCull);
     EXPECT_TRUE(reader.QueryMultiString(u"List", list));
     EXPECT_EQ(list, (std::vector<HVString>{u"one", u"two"}));
+    // Pairs with an empty second string, as the pending file renames hold them.
+    ASSERT_TRUE(key.SetMultiString(u"Pairs", {u"a", u"", u"b", u"c"}));
+    EXPECT_TRUE(reader.QueryMultiString(u"Pairs", list));
+    EXPECT_EQ(list, (std::vector<HVString>{u"a", u"", u"b", u"c"}));
+    ASSERT_TRUE(key.SetMultiString(u"Empty", {}));
+    EXPECT_TRUE(reader.QueryMultiString(u"Empty", list));
+    EXPECT_TRUE(list.empty());
     EXPECT_TRUE(reader.QueryBinary(u"Bytes", data));
     EXPECT_EQ(data, (std::vector<uint8_t>{1, 2, 3}));
 
