@@ -357,6 +357,10 @@ TEST(CTranslationService, SampleGermanFileTranslatesTheWizardsTexts)
         "%s installation requires at least 20 MB of free disk space.\r\n\r\n",
         "Sorry, but you do not have sufficient rights to install the program.\r\n",
         "%s - Install Wizard (Auto Install in %d seconds)",
+        "Setup will install %s in the following folder.",
+        // A whole format whose parts are in the file: its "%s" parts stay where they are.
+        "The following module has failed to load:\r\n%s\r\n\r\nIt has reported the following error:\r\n\r\n%s"
+        "\r\n\r\nPlease reinstall the latest version of the program.",
     };
     for (const char* text : texts) {
         const HVString english = H(text);
