@@ -111,6 +111,14 @@ int HVPopupWnd::DoModal(HWND owner)
         }
         if (got < 0)
             break;
+        if (hwnd_ && IsEnterInReadOnlyText(msg)) {
+            // A multi-line edit takes Enter for itself even when it is read-only; there it
+            // can only mean the default button.
+            HWND button = ::GetDlgItem(hwnd_, DefaultButtonId());
+            if (button && ::IsWindowEnabled(button))
+                ::SendMessageW(hwnd_, WM_COMMAND, MAKEWPARAM(DefaultButtonId(), BN_CLICKED), reinterpret_cast<LPARAM>(button));
+            continue;
+        }
         if (hwnd_ && ::IsDialogMessageW(hwnd_, &msg))
             continue;
         ::TranslateMessage(&msg);
@@ -123,6 +131,16 @@ int HVPopupWnd::DoModal(HWND owner)
     if (owner_)
         ::SetActiveWindow(owner_);
     return result_;
+}
+
+bool HVPopupWnd::IsEnterInReadOnlyText(const MSG& msg) const
+{
+    if (msg.message != WM_KEYDOWN || msg.wParam != VK_RETURN || !::IsChild(hwnd_, msg.hwnd))
+        return false;
+    wchar_t className[16] = {};
+    ::GetClassNameW(msg.hwnd, className, 16);
+    const LONG_PTR style = ::GetWindowLongPtrW(msg.hwnd, GWL_STYLE);
+    return _wcsicmp(className, L"Edit") == 0 && (style & ES_MULTILINE) && (style & ES_READONLY);
 }
 
 void HVPopupWnd::EndModal(int result)

@@ -45,6 +45,7 @@ protected:
 
 private:
     void LoadIcons();
+    bool IsEnterInReadOnlyText(const MSG& msg) const;
 
     HWND owner_ = nullptr;
     bool running_ = false;

@@ -85,6 +85,17 @@ LRESULT HVWizardPageWnd::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_DESTROY:
         OnDestroyPage();
         break;
+    // Controls that act for the dialog (a multi-line edit on Enter or Esc) ask their parent,
+    // the page; the wizard around it answers.
+    case DM_GETDEFID:
+        return ::SendMessageW(::GetParent(hwnd_), DM_GETDEFID, 0, 0);
+    case WM_CLOSE:
+        ::PostMessageW(::GetParent(hwnd_), WM_COMMAND, IDCANCEL, 0);
+        return 0;
+    case WM_COMMAND:
+        if (lParam == 0 || !::IsChild(hwnd_, reinterpret_cast<HWND>(lParam)))
+            return ::SendMessageW(::GetParent(hwnd_), WM_COMMAND, wParam, 0);
+        break;
     default:
         break;
     }

@@ -219,6 +219,22 @@ LRESULT HVWizardPopupWnd::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         ::EndPaint(hwnd_, &paint);
         return 0;
     }
+    // Commands without a control: the dialog manager's default button and forwarded keys.
+    if (message == WM_COMMAND && lParam == 0) {
+        switch (LOWORD(wParam)) {
+        case IDOK:
+        case kNextId:
+            if (next_.IsEnabled())
+                Next();
+            return 0;
+        case kBackId:
+            if (back_.IsEnabled())
+                Back();
+            return 0;
+        default:
+            break;
+        }
+    }
     return HVPopupWnd::OnMessage(message, wParam, lParam);
 }
 

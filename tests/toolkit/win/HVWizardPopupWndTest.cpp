@@ -170,13 +170,16 @@ TEST(HVWizardPopupWndTest, KeyboardEnterPressesNextEscCancelsAltReachesBack)
     w.allowCancel = false;
     std::vector<std::wstring> titles;
     auto look = [&] { titles.push_back(HeaderTitle(w)); };
+    // In the read-only agreement box Enter and Esc still act for the wizard.
+    auto focusBox = [&] { ::SetFocus(pages[static_cast<size_t>(w.CurrentIndex())]->box_.Hwnd()); };
     const int result = RunScripted(w, {[&] { Key(WM_KEYDOWN, VK_RETURN); }, look, [&] { Key(WM_SYSCHAR, 'b'); }, look,
                                        [&] { Key(WM_SYSCHAR, 'n'); }, look, [&] { Key(WM_KEYDOWN, VK_ESCAPE); },
-                                       [&] { w.allowCancel = true; },
+                                       focusBox, [&] { Key(WM_KEYDOWN, VK_ESCAPE); }, focusBox,
+                                       [&] { Key(WM_KEYDOWN, VK_RETURN); }, look, [&] { w.allowCancel = true; },
                                        [&] { ::PostMessageW(w.Hwnd(), WM_CLOSE, 0, 0); }});
     EXPECT_EQ(result, HVWizardPopupWnd::kCancelled);
-    EXPECT_EQ(titles, (std::vector<std::wstring>{L"B", L"A", L"B"}));
-    EXPECT_EQ(w.cancelRequests, 2);  // Esc, then the close box
+    EXPECT_EQ(titles, (std::vector<std::wstring>{L"B", L"A", L"B", L"C"}));
+    EXPECT_EQ(w.cancelRequests, 3);  // Esc, Esc in the box, then the close box
 }
 
 // Every control inside its page, every text as high as its wrapped lines need, the buttons

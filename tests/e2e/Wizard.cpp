@@ -1,0 +1,432 @@
+// The install wizard under Wine, driven through its own controls as a user would: Cancel and
+// its question, Back and Next over the setup-type pages, the welcome page's countdown, the
+// auto-install check box, every refusal of the destination page, and the unattended runs.
+#include "E2ESupport.h"
+#include "WizardDriver.h"
+
+#include "install/InstallExitCode.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
+const std::wstring kProgramFiles = L"C:\\Program Files\\";
+const std::wstring kDefaultFolder = kProgramFiles + L"Halvard\\Sonora\\";
+const std::wstring kOtherProgramKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\IW Test Other Program";
+
+struct Description
+{
+    int offerAutoInstall = 0;
+    std::wstring installToPath = L"";
+};
+
+std::string InstallXml(const Description& d)
+{
+    return e2e::Utf8(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n"
+                     L"  <Product><InstallToPath>" + d.installToPath +
+                     L"</InstallToPath><LauncherName>Sonora.exe</LauncherName></Product>\n"
+                     L"  <Installer><OfferAutoInstall>" + std::to_wstring(d.offerAutoInstall) +
+                     L"</OfferAutoInstall></Installer>\n</HVIC>\n");
+}
+
+std::wstring ReadText(const std::wstring& path)
+{
+    std::string bytes;
+    e2e::ReadFileBytes(path, bytes);
+    const int length = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
+    std::wstring text(length, L'\0');
+    ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), length);
+    return text;
+}
+
+bool FolderExists(const std::wstring& folder)
+{
+    const DWORD attributes = ::GetFileAttributesW(folder.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+class WizardTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::vector<std::wstring> problems;
+        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems));
+        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
+        ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", nullptr);
+    }
+    void TearDown() override
+    {
+        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
+        ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", nullptr);
+        e2e::ResetToFreshMachine();
+    }
+
+    // A setup folder of the test's own: the setup program, the sample agreement and the
+    // given description.
+    std::wstring MakeSetup(const Description& description)
+    {
+        const std::wstring folder = e2e::ScratchFolder(L"Wizard");
+        if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
+            !::CopyFileW((e2e::MediaFolder() + L"license.txt").c_str(), (folder + L"license.txt").c_str(), FALSE) ||
+            !e2e::WriteFileBytes(folder + L"Install.xml", InstallXml(description)))
+            return {};
+        return folder;
+    }
+
+    e2e::RunResult Run(const std::wstring& setup, const std::wstring& arguments, e2e::WizardUser& user,
+                       std::vector<e2e::DialogRule> rules = {})
+    {
+        logPath_ = setup + L"setup.log";
+        e2e::RunOptions options;
+        options.setupFolder = setup;
+        options.commandLine = L"/Log=\"" + logPath_ + L"\" " + arguments;
+        options.rules = std::move(rules);
+        options.timeoutMs = 60000;
+        options.onPoll = user.Poller();
+        return e2e::ProgramDriver(options).Run();
+    }
+
+    std::wstring Log() const { return ReadText(logPath_); }
+    std::string Describe(const e2e::RunResult& run, const e2e::WizardUser& user) const
+    {
+        return run.Describe() + "\n" + user.Describe() + "\nLog:\n" + e2e::Utf8(Log());
+    }
+
+    std::wstring logPath_;
+};
+
+e2e::WizardStep Next(const std::wstring& page)
+{
+    return {page, [](const e2e::WizardView& v) { e2e::ClickNext(v); }};
+}
+
+e2e::DialogRule ConfirmCancel(int button, int times)
+{
+    return {.title = L"Confirm Cancellation", .text = L"Are you sure you want to cancel Sonora installation?",
+            .button = button, .times = times};
+}
+
+TEST_F(WizardTest, CancelAsksFirstNoStaysYesEndsWithoutChanges)
+{
+    const std::wstring setup = MakeSetup({});
+    ASSERT_FALSE(setup.empty());
+    e2e::WizardUser user({
+        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
+        // "No": the welcome page is still there and goes on as before.
+        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+        {L"Destination Folder", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
+    });
+    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)});
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    ASSERT_EQ(run.dialogs.size(), 2u) << Describe(run, user);
+    EXPECT_EQ(run.dialogs[0].pressed, L"No");
+    EXPECT_EQ(run.dialogs[1].pressed, L"Yes");
+    EXPECT_EQ(run.dialogs[0].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
+    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}));
+    // Nothing was installed or remembered.
+    EXPECT_FALSE(FolderExists(kDefaultFolder));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory"));
+}
+
+TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
+{
+    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
+    ASSERT_FALSE(setup.empty());
+    std::vector<std::wstring> welcome, setupType, custom;
+    std::wstring acceptCaption, subtitle;
+    e2e::WizardUser user({
+        {L"Welcome",
+         [&](const e2e::WizardView& v) {
+             welcome = v.Texts();
+             subtitle = v.subtitle;
+             acceptCaption = e2e::StripAccelerator(e2e::ControlText(v.Button(e2e::WizardView::kNextId)));
+             e2e::ClickNext(v);
+         }},
+        {L"Setup Type",
+         [&](const e2e::WizardView& v) {
+             setupType = v.Texts();
+             e2e::Choose(v, L"Custom");
+             e2e::ClickNext(v);
+         }},
+        {L"Setup Type",
+         [&](const e2e::WizardView& v) {
+             custom = v.Texts();
+             e2e::ClickCancel(v);
+         }},
+    });
+    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    EXPECT_EQ(acceptCaption, L"Accept");
+    EXPECT_EQ(subtitle, L"Welcome to the Install Wizard.");
+    ASSERT_EQ(welcome.size(), 2u);
+    EXPECT_EQ(welcome[0], L"Please read the following license agreement carefully.");
+    std::string agreement;
+    e2e::ReadFileBytes(e2e::MediaFolder() + L"license.txt", agreement);
+    EXPECT_NE(welcome[1].find(L"Sonora"), std::wstring::npos) << e2e::Utf8(welcome[1]);
+    EXPECT_EQ(setupType, (std::vector<std::wstring>{
+                             L"Please select a setup type.", L"Express",
+                             L"Most common set of program features will be installed.", L"Custom",
+                             L"Choose program installation location and file associations. Recommended for advanced users.",
+                             L"Next time use Auto Install after 30 second timeout."}));
+    EXPECT_EQ(custom, (std::vector<std::wstring>{
+                          L"Please select custom setup type.", L"Normal install to a computer",
+                          L"This will let you install the program to any location on your computer.  You can choose the drive and path.",
+                          L"Portable install",
+                          L"This lets you put a complete copy of the program on a removable drive, so you can take it to another compatible computer and run it.  This will also ask for a drive and path."}));
+}
+
+TEST_F(WizardTest, MissingAgreementIsSaidPlainlyAndAcceptStaysAvailable)
+{
+    const std::wstring setup = MakeSetup({});
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
+    std::vector<std::wstring> texts;
+    bool acceptEnabled = false;
+    e2e::WizardUser user({
+        {L"Welcome",
+         [&](const e2e::WizardView& v) {
+             texts = v.Texts();
+             acceptEnabled = ::IsWindowEnabled(v.Button(e2e::WizardView::kNextId)) != FALSE;
+             e2e::ClickNext(v);
+         }},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
+    });
+    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    EXPECT_TRUE(acceptEnabled);
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_NE(texts[1].find(L"\"license.txt\" is missing"), std::wstring::npos) << e2e::Utf8(texts[1]);
+}
+
+TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
+{
+    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+    // Ten times faster: 3 s in all, ticks of 100 ms.
+    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
+    e2e::WizardUser user({});
+    const e2e::RunResult run = Run(setup, L"", user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+
+    std::vector<int> seconds;
+    const std::wstring prefix = L"Sonora - Install Wizard (Auto Install in ";
+    for (const std::wstring& title : user.WindowTitles())
+        if (title.rfind(prefix, 0) == 0) {
+            EXPECT_EQ(title.substr(title.find(L' ', prefix.size())), L" seconds)");
+            seconds.push_back(std::stoi(title.substr(prefix.size())));
+        }
+    ASSERT_FALSE(seconds.empty()) << user.Describe();
+    EXPECT_EQ(seconds.front(), 30);
+    for (size_t i = 1; i < seconds.size(); ++i)
+        EXPECT_LT(seconds[i], seconds[i - 1]);
+    // Only the welcome page was shown: the setup type and the destination took their defaults.
+    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome"}));
+    EXPECT_NE(Log().find(L"express 1"), std::wstring::npos) << e2e::Utf8(Log());
+    EXPECT_TRUE(FolderExists(kDefaultFolder));
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
+}
+
+TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
+{
+    struct Row
+    {
+        const char* name;
+        int offered;
+        std::optional<DWORD> before;
+        bool click;
+        std::optional<DWORD> after;
+    } rows[] = {
+        {"ticked", 1, std::nullopt, true, 1u},
+        {"left clear", 1, std::nullopt, false, 0u},
+        {"cleared after an earlier wish", 1, 1u, true, 0u},
+        {"not offered: forgotten", 0, 1u, false, std::nullopt},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        e2e::ResetToFreshMachine();
+        const std::wstring setup = MakeSetup({.offerAutoInstall = row.offered});
+        ASSERT_FALSE(setup.empty());
+        if (row.before) {
+            ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *row.before));
+        }
+        bool boxShown = false;
+        e2e::WizardUser user({
+            // Accept at once, before an earlier wish's countdown (30 s) could end.
+            Next(L"Welcome"),
+            {L"Setup Type",
+             [&](const e2e::WizardView& v) {
+                 HWND box = v.Control(L"Next time use Auto Install after 30 second timeout.");
+                 boxShown = box != nullptr;
+                 if (row.click)
+                     e2e::Click(box);
+                 e2e::ClickNext(v);
+             }},
+        });
+        const e2e::RunResult run = Run(setup, L"", user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        EXPECT_EQ(boxShown, row.offered != 0);
+        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), row.after);
+    }
+}
+
+TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
+{
+    const std::wstring setup = MakeSetup({});
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kOtherProgramKey, L"InstallLocation",
+                                  L"C:\\Program Files\\Other Vendor\\Tool"));
+    const std::wstring again = L"Please enter a new destination folder.";
+    struct Refusal
+    {
+        std::wstring typed;
+        std::wstring title;
+        std::wstring text;
+    };
+    const std::vector<Refusal> refusals = {
+        {L"", L"Invalid Destination Folder", L"Sonora can not be installed to an empty folder.\r\n\r\n" + again},
+        {L"    ", L"Invalid Destination Folder", L"Sonora can not be installed to an empty folder.\r\n\r\n" + again},
+        {L"C:\\", L"Invalid Destination Folder", L"Sonora can not be installed to the root of a drive.\r\n\r\n" + again},
+        {L"c:\\WINDOWS\\Sonora", L"Invalid Destination Folder",
+         L"Sonora can not be installed in the Windows folder.\r\n\r\n" + again},
+        {L"C:\\program files", L"Invalid Destination Folder",
+         L"Sonora can not be installed to the root program files folder.\r\n\r\n" + again},
+        {L"C:\\Program Files\\other vendor\\Tool\\Sonora", L"Invalid Destination Folder",
+         L"Sonora can not be installed where a pre-existing program is installed.\r\n\r\n" + again},
+        {L"Programs\\Sonora", L"Error", L"Failed to create Programs\\Sonora\\ directory."},
+        {L"Q:\\Sonora", L"Error", L"Failed to create Q:\\Sonora\\ directory."},
+    };
+    std::vector<e2e::WizardStep> steps = {
+        Next(L"Welcome"),
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+        Next(L"Setup Type"),
+    };
+    std::wstring proposed;
+    for (size_t i = 0; i < refusals.size(); ++i) {
+        steps.push_back({L"Destination Folder",
+                         [&, i](const e2e::WizardView& v) {
+                             HWND edit = v.ControlOfClass(L"Edit");
+                             if (i == 0)
+                                 proposed = e2e::ControlText(edit);
+                             e2e::TypeText(edit, refusals[i].typed);
+                             e2e::ClickNext(v);
+                         },
+                         i > 0});
+    }
+    std::wstring left;
+    // Blanks after a good folder are no reason to refuse it.
+    steps.push_back({L"Destination Folder",
+                     [&](const e2e::WizardView& v) {
+                         left = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                         e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora Test   ");
+                         e2e::ClickNext(v);
+                     },
+                     true});
+    e2e::WizardUser user(steps);
+    std::vector<e2e::DialogRule> rules;
+    for (const Refusal& r : refusals)
+        rules.push_back({.title = r.title, .text = r.text, .button = IDOK, .times = 1});
+    const e2e::RunResult run = Run(setup, L"", user, rules);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    EXPECT_EQ(proposed, kDefaultFolder);
+    ASSERT_EQ(run.dialogs.size(), refusals.size()) << Describe(run, user);
+    for (size_t i = 0; i < refusals.size(); ++i) {
+        EXPECT_EQ(run.dialogs[i].title, refusals[i].title) << i;
+        EXPECT_EQ(run.dialogs[i].text, refusals[i].text) << i;
+    }
+    // The refused text stays for correction.
+    EXPECT_EQ(left, L"Q:\\Sonora");
+    EXPECT_TRUE(FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
+    EXPECT_NE(Log().find(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,"), std::wstring::npos)
+        << e2e::Utf8(Log());
+}
+
+TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom)
+{
+    const std::wstring setup = MakeSetup({.installToPath = L"C:\\"});
+    ASSERT_FALSE(setup.empty());
+    e2e::WizardUser user({
+        Next(L"Welcome"),
+        Next(L"Setup Type"),  // Express
+        {L"Destination Folder",
+         [](const e2e::WizardView& v) {
+             e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
+             e2e::ClickNext(v);
+         }},
+    });
+    const e2e::RunResult run = Run(setup, L"", user,
+                                   {{.title = L"Invalid Destination Folder",
+                                     .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
+                                     .button = IDOK, .times = 1}});
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Destination Folder"}));
+    EXPECT_NE(Log().find(L"express 0"), std::wstring::npos) << e2e::Utf8(Log());
+    EXPECT_TRUE(FolderExists(kDefaultFolder));
+}
+
+TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
+{
+    const std::wstring setup = MakeSetup({});
+    ASSERT_FALSE(setup.empty());
+    std::wstring portableProposal = L"(not seen)";
+    e2e::WizardUser user({
+        Next(L"Welcome"),
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Portable install"); e2e::ClickNext(v); }},
+        {L"Destination Folder",
+         [&](const e2e::WizardView& v) {
+             portableProposal = e2e::ControlText(v.ControlOfClass(L"Edit"));
+             e2e::ClickBack(v);
+         }},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }},
+        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Express"); e2e::ClickNext(v); }},
+    });
+    const e2e::RunResult run = Run(setup, L"", user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    EXPECT_EQ(portableProposal, L"");
+    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type",
+                                                           L"Destination Folder", L"Setup Type", L"Setup Type"}));
+    EXPECT_NE(Log().find(L"express 1, portable 0"), std::wstring::npos) << e2e::Utf8(Log());
+    EXPECT_TRUE(FolderExists(kDefaultFolder));
+}
+
+TEST_F(WizardTest, UnattendedRunsAskNothing)
+{
+    struct Row
+    {
+        const wchar_t* arguments;
+        const wchar_t* express;
+    } rows[] = {
+        {L"/Silent", L"express 0"},
+        {L"/Upgrade", L"express 1"},
+        {L"/Silent /Upgrade", L"express 1"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(e2e::Utf8(row.arguments));
+        e2e::ResetToFreshMachine();
+        const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
+        ASSERT_FALSE(setup.empty());
+        ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+        e2e::WizardUser user({});
+        const e2e::RunResult run = Run(setup, row.arguments, user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        EXPECT_TRUE(run.dialogs.empty());
+        EXPECT_NE(Log().find(row.express), std::wstring::npos) << e2e::Utf8(Log());
+        EXPECT_TRUE(FolderExists(kDefaultFolder));
+        // No countdown, and the wish for the next run is kept as it was.
+        for (const std::wstring& title : user.WindowTitles())
+            EXPECT_EQ(title.find(L"Auto Install in"), std::wstring::npos);
+        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
+    }
+}
+}   // namespace
