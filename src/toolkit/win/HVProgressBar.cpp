@@ -1,9 +1,13 @@
 #include "toolkit/win/HVProgressBar.h"
 
+#include "toolkit/win/HVToolkit.h"
+
 #include <commctrl.h>
 
 bool HVProgressBar::Create(HVLayoutWnd& parent, const HVLayoutSpec& spec, int range)
 {
+    static const bool ready = HVToolkit::Initialize();
+    (void)ready;
     if (!CreateControl(parent, PROGRESS_CLASSW, u"", 0, 0, spec))
         return false;
     ::SendMessageW(hwnd_, PBM_SETRANGE32, 0, range);

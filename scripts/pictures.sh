@@ -1,0 +1,138 @@
+#!/usr/bin/env bash
+# Renders the wizard's pages and message boxes to <build>/pictures/*.png, at 100% and 150%
+# scale: the setup program runs on the sample setup folder in Wine's virtual desktop on a
+# private X server (Xvfb), is driven by keys (xdotool) as a user would, and each state is
+# photographed and cut to the windows shown. The Wine prefix of the build lends its display
+# driver and scale for the run and gets them back afterwards.
+#   IW_PICTURE_SCALES  the scales in DPI (default "96 144")
+set -uo pipefail
+here="$(cd "$(dirname "$0")" && pwd)"
+source "$here/wine-env.sh"
+build="$IW_BUILD"
+media="$build/win/media"
+out="$build/pictures"
+scales="${IW_PICTURE_SCALES:-96 144}"
+other_key='HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\IW Pictures Other Program'
+
+[ -f "$media/InstallWizard.exe" ] || { echo "pictures: $media/InstallWizard.exe is missing" >&2; exit 1; }
+mkdir -p "$out"
+rm -f "$out"/*.png
+
+# A setup folder of the pictures' own: the sample's program, agreement, languages and
+# description, with the automatic install offered so that its check box shows.
+setup="$out/setup"
+rm -rf "$setup"; mkdir -p "$setup"
+cp "$media/InstallWizard.exe" "$setup/"
+cp "$media"/[Ll]icense.txt "$setup/license.txt"
+[ -d "$media/Languages" ] && cp -r "$media/Languages" "$setup/"
+[ -d "$here/../sample/Languages" ] && [ ! -d "$setup/Languages" ] && cp -r "$here/../sample/Languages" "$setup/"
+sed -e 's|<OfferAutoInstall>0</OfferAutoInstall>|<OfferAutoInstall>1</OfferAutoInstall>|' \
+    -e 's|<ShowLanguageSelection>0</ShowLanguageSelection>|<ShowLanguageSelection>1</ShowLanguageSelection>|' \
+    "$media/Install.xml" > "$setup/Install.xml"
+exe_w="$(winepath -w "$setup/InstallWizard.exe" 2>/dev/null)"
+
+# A free X display.
+n=57
+while [ -e "/tmp/.X$n-lock" ] && [ $n -lt 99 ]; do n=$((n + 1)); done
+export DISPLAY=":$n"
+Xvfb "$DISPLAY" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+
+set_scale() {
+  wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
+  wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >/dev/null 2>&1
+  wine reg add 'HKLM\System\CurrentControlSet\Hardware Profiles\Current\Software\Fonts' /v LogPixels /t REG_DWORD /d "$1" /f >/dev/null 2>&1
+}
+restore() {
+  set_scale 96
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
+  wine reg delete "$other_key" /f >/dev/null 2>&1
+  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
+  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
+  kill "$xvfb" 2>/dev/null
+}
+trap restore EXIT
+for i in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
+wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11 /f >/dev/null 2>&1
+# Another program's folder, so that the destination page has one to refuse.
+wine reg add "$other_key" /v InstallLocation /d 'C:\Program Files\Other Vendor\Tool' /f >/dev/null 2>&1
+
+desk=
+start_setup() {   # extra arguments for the setup program
+  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
+  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  [ -n "${preset:-}" ] && wine reg add 'HKCU\Software\Halvard\Sonora 32\Installer' /v 'Run Auto Install' /t REG_DWORD /d 1 /f >/dev/null 2>&1
+  (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "$@") >/dev/null 2>&1 &
+  runner=$!
+  desk=
+  for i in $(seq 100); do
+    desk=$(xdotool search --name "Setup - Wine desktop" 2>/dev/null | head -1)
+    [ -n "$desk" ] && break
+    sleep 0.2
+  done
+  sleep 3
+}
+key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
+typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
+shot() {   # name
+  sleep 0.5
+  import -display "$DISPLAY" -window root "$out/raw.png" 2>/dev/null
+  convert "$out/raw.png" -trim +repage "$out/$1-$label.png" 2>/dev/null && echo "   $1-$label.png"
+  rm -f "$out/raw.png"
+}
+end_setup() {
+  for i in $(seq 50); do kill -0 "$runner" 2>/dev/null || break; sleep 0.2; done
+  wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
+}
+
+for dpi in $scales; do
+  label="$((dpi * 100 / 96))"
+  echo "== pictures at ${label}%"
+  set_scale "$dpi"
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11 /f >/dev/null 2>&1
+
+  # The language question, then every page of a Custom install and every refusal of the
+  # destination page.
+  start_setup
+  shot 00-language-selection
+  key Escape
+  shot 01-welcome
+  key Return
+  shot 02-setup-type
+  key Down
+  key Return
+  shot 03-custom-setup-type
+  key Return
+  shot 04-destination
+  key Escape
+  shot 10-confirm-cancellation
+  key n
+  refusal=11
+  for folder in "" 'C:\' 'C:\windows\Sonora' 'C:\Program Files' 'C:\Program Files\Other Vendor\Tool\Sonora' 'Q:\Sonora'; do
+    key ctrl+a BackSpace
+    [ -n "$folder" ] && typed "$folder"
+    key Return
+    case $refusal in
+      11) name=empty-folder ;; 12) name=drive-root ;; 13) name=windows-folder ;;
+      14) name=program-files-folder ;; 15) name=other-program-folder ;; *) name=cannot-create ;;
+    esac
+    shot "$refusal-refused-$name"
+    key Return
+    refusal=$((refusal + 1))
+  done
+  key Escape
+  key y
+  end_setup
+
+  # The countdown of an automatic install that the last run asked for.
+  preset=1 start_setup
+  key Escape
+  sleep 2
+  shot 05-auto-install-countdown
+  key Escape
+  key y
+  end_setup
+done
+ls "$out"/*.png >/dev/null 2>&1 || { echo "pictures: none made" >&2; exit 1; }
+echo "== $(ls "$out"/*.png | wc -l) pictures in $out"
