@@ -53,8 +53,12 @@ HVString CSelectPathRules::Propose(const ProposalInput& input, const ISelectPath
     if (input.portable)
         return HVString();
 
-    HVString proposal = input.currentDestination;
-    if (proposal.IsEmpty() && input.earlierInstallationFound)
+    // What the user already has on the page stays as it is; a folder from elsewhere is shown
+    // as folders are kept, with its trailing backslash.
+    if (!input.currentDestination.IsEmpty())
+        return input.currentDestination;
+    HVString proposal;
+    if (input.earlierInstallationFound)
         proposal = machine.EarlierInstallationFolder();
     if (proposal.IsEmpty()) {
         proposal = machine.RememberedFolder();
@@ -66,7 +70,7 @@ HVString CSelectPathRules::Propose(const ProposalInput& input, const ISelectPath
     if (proposal.IsEmpty())
         proposal = HVString::Format(u"%sHalvard\\%s", HVFileSystemPath::AddBackslash(machine.ProgramFilesFolder()),
                                     input.displayName);
-    return proposal;
+    return HVFileSystemPath::AddBackslash(proposal);
 }
 
 CSelectPathResult CSelectPathRules::Check(const HVString& entered, const HVString& displayName,

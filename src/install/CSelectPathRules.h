@@ -81,7 +81,8 @@ public:
     // Otherwise the first that isn't empty of: the current destination, the earlier
     // installation's folder (only when one was found), the remembered folder unless it
     // contains "(x86)" (a 32-bit install's folder), InstallToPath, and Program Files +
-    // "Halvard\" + display name.
+    // "Halvard\" + display name. A folder from any source but the current destination comes
+    // with a trailing backslash.
     static HVString Propose(const ProposalInput& input, const ISelectPathMachine& machine);
 
     // The leave check: normalises the entered text and runs the seven checks in order; the

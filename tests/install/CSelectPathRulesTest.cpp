@@ -243,12 +243,13 @@ TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
         {"portable is always empty", true, true, u"C:\\Old\\", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u""},
         {"current destination kept", false, true, u"C:\\Typed\\", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Typed\\"},
         {"earlier installation", false, true, u"", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Earlier\\"},
-        {"earlier folder ignored when not found", false, false, u"", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Rem\\"},
+        {"earlier folder ignored when not found", false, false, u"", u"C:\\Earlier\\", u"C:\\Rem", u"C:\\Xml\\", u"C:\\Rem\\"},
         {"found but no folder", false, true, u"", u"", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Rem\\"},
         {"remembered (x86) discarded", false, false, u"", u"", u"C:\\Program Files (x86)\\Halvard\\Sonora\\", u"C:\\Xml\\", u"C:\\Xml\\"},
-        {"remembered (X86) discarded", false, false, u"", u"", u"C:\\Program Files (X86)\\S\\", u"", u"C:\\Program Files\\Halvard\\Sonora"},
-        {"install description", false, false, u"", u"", u"", u"D:\\From Xml", u"D:\\From Xml"},
-        {"built from Program Files", false, false, u"", u"", u"", u"", u"C:\\Program Files\\Halvard\\Sonora"},
+        {"remembered (X86) discarded", false, false, u"", u"", u"C:\\Program Files (X86)\\S\\", u"", u"C:\\Program Files\\Halvard\\Sonora\\"},
+        {"install description", false, false, u"", u"", u"", u"D:\\From Xml", u"D:\\From Xml\\"},
+        {"built from Program Files", false, false, u"", u"", u"", u"", u"C:\\Program Files\\Halvard\\Sonora\\"},
+        {"a typed destination stays as typed", false, false, u"E:\\Typed  ", u"", u"", u"", u"E:\\Typed  "},
     };
     for (const ProposalRow& row : rows) {
         FakeMachine machine;
@@ -270,8 +271,8 @@ TEST(CSelectPathRules, BuildsTheDefaultWithOneBackslashAfterProgramFiles)
     CSelectPathRules::ProposalInput in;
     in.displayName = u"Sonora";
     machine.programFiles = u"C:\\Program Files";
-    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora");
+    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora\\");
     machine.programFiles = u"C:\\Program Files\\";
-    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora");
+    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora\\");
 }
 }
