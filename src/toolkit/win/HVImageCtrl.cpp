@@ -1,10 +1,8 @@
 #include "toolkit/win/HVImageCtrl.h"
 
 #include "foundation/HVLog.h"
-#include "foundation/win/HVComPtr.h"
+#include "toolkit/win/HVImageFile.h"
 #include "toolkit/win/HVTheme.h"
-
-#include <wincodec.h>
 
 #include <vector>
 
@@ -17,39 +15,15 @@ bool HVImageCtrl::LoadFile(const HVString& path)
 {
     bitmap_.Reset();
     size_ = {};
-    HVComPtr<IWICImagingFactory> factory;
-    HRESULT hr = ::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                                    factory.ReceiveVoid());
-    HVComPtr<IWICBitmapDecoder> decoder;
-    if (SUCCEEDED(hr))
-        hr = factory->CreateDecoderFromFilename(path.w(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
-                                                decoder.Receive());
-    HVComPtr<IWICBitmapFrameDecode> frame;
-    if (SUCCEEDED(hr))
-        hr = decoder->GetFrame(0, frame.Receive());
-    HVComPtr<IWICFormatConverter> converter;
-    if (SUCCEEDED(hr))
-        hr = factory->CreateFormatConverter(converter.Receive());
-    if (SUCCEEDED(hr))
-        hr = converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppPBGRA, WICBitmapDitherTypeNone, nullptr, 0.0,
-                                   WICBitmapPaletteTypeCustom);
-    UINT width = 0, height = 0;
-    if (SUCCEEDED(hr))
-        hr = converter->GetSize(&width, &height);
-    if (SUCCEEDED(hr) && (width == 0 || height == 0 || width > 16384 || height > 16384))
-        hr = E_FAIL;
-    std::vector<BYTE> pixels;
-    if (SUCCEEDED(hr)) {
-        pixels.resize(static_cast<size_t>(width) * height * 4);
-        hr = converter->CopyPixels(nullptr, width * 4, static_cast<UINT>(pixels.size()), pixels.data());
-    }
-    if (FAILED(hr)) {
-        HVLog::Write(HVLog::kWarning, "HVImageCtrl::LoadFile", u"Can't show %s (0x%08x)", path,
-                     static_cast<uint32_t>(hr));
+    HVImageFile::Pixels picture;
+    if (!HVImageFile::Decode(path, picture)) {
         if (hwnd_)
             ::InvalidateRect(hwnd_, nullptr, TRUE);
         return false;
     }
+    std::vector<BYTE>& pixels = picture.bgra;
+    const UINT width = picture.width;
+    const UINT height = picture.height;
 
     // Premultiplied pixels laid over the background: what shows through transparent parts.
     const COLORREF back = HVTheme::Current().Color(u"DialogBack");

@@ -2,6 +2,7 @@
 
 #include "foundation/HVLog.h"
 #include "toolkit/win/HVDpi.h"
+#include "toolkit/win/HVImageFile.h"
 
 #include <algorithm>
 
@@ -24,9 +25,14 @@ void HVPopupWnd::LoadIcons()
     const int big = HVDpi::Scale(32, Dpi());
     const int small = HVDpi::Scale(16, Dpi());
     const HVString& file = TitlebarIconFile();
-    if (!file.IsEmpty()) {
+    if (file.EndsWithNoCase(u".ico")) {
         bigIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, big, big, LR_LOADFROMFILE)));
         smallIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, small, small, LR_LOADFROMFILE)));
+    } else if (!file.IsEmpty()) {
+        bigIcon_.Reset(HVImageFile::MakeIcon(file, big));
+        smallIcon_.Reset(HVImageFile::MakeIcon(file, small));
+    }
+    if (!file.IsEmpty()) {
         if (!bigIcon_)
             HVLog::Write(HVLog::kWarning, "HVPopupWnd::LoadIcons", u"Can't read the icon %s", file);
     }

@@ -16,7 +16,8 @@ using HVIcon = HVUniqueResource<HVIconTraits>;
 class HVPopupWnd : public HVLayoutWnd
 {
 public:
-    // The title-bar icon of every pop-up: a .ico file (a skin's "Titlebar Icon"); when none is
+    // The title-bar icon of every pop-up: an .ico file, or a picture such as a PNG (a skin's
+    // "Titlebar Icon"); when none is
     // set or it can't be read, the program's own icon (resource 1, "Application.ico").
     static void SetTitlebarIconFile(const HVString& path);
 

@@ -24,9 +24,14 @@ bool HVToolkit::ApplySkin(const HVString& skinFolder)
     HVString folder = skinFolder;
     if (!folder.IsEmpty() && !folder.EndsWith(u"\\"))
         folder += u'\\';
-    const HVString icon = folder + u"Titlebar Icon.ico";
-    const DWORD attributes = ::GetFileAttributesW(icon.w());
-    if (folder.IsEmpty() || attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+    HVString icon;
+    for (const char16_t* name : {u"Titlebar Icon.ico", u"Titlebar Icon.png"}) {
+        const DWORD attributes = ::GetFileAttributesW((folder + name).w());
+        if (icon.IsEmpty() && !folder.IsEmpty() && attributes != INVALID_FILE_ATTRIBUTES &&
+            !(attributes & FILE_ATTRIBUTE_DIRECTORY))
+            icon = folder + name;
+    }
+    if (icon.IsEmpty()) {
         HVLog::Write(HVLog::kInfo, "HVToolkit::ApplySkin", u"No title-bar icon in %s: the program's own is used", folder);
         HVPopupWnd::SetTitlebarIconFile(HVString());
         return false;

@@ -10,7 +10,7 @@ public:
     // built-in theme in place. Safe to call again.
     static bool Initialize();
 
-    // The look of a skin folder: its "Titlebar Icon.ico" becomes the title-bar icon of every
+    // The look of a skin folder: its "Titlebar Icon" (.ico or .png) becomes the title-bar icon of every
     // pop-up. A folder without one leaves the program's own icon. Returns whether the skin
     // had an icon.
     static bool ApplySkin(const HVString& skinFolder);

@@ -1,5 +1,6 @@
 #include "foundation/win/HVComInit.h"
 #include "toolkit/win/HVImageCtrl.h"
+#include "toolkit/win/HVImageFile.h"
 #include "toolkit/win/HVOkCancelPopupWnd.h"
 
 #include <gtest/gtest.h>
@@ -67,5 +68,30 @@ TEST(HVImageCtrlTest, TransparentPartsShowTheBackground)
     EXPECT_GT(GetGValue(opaque), 100);
     EXPECT_LT(GetRValue(opaque), 60);
     EXPECT_EQ(clear, ::GetSysColor(COLOR_BTNFACE));
+}
+}   // namespace
+
+namespace
+{
+// A skin's title-bar icon may be a PNG: it becomes an icon of each size the frame asks for.
+TEST(HVImageFileTest, PictureBecomesAnIconOfTheAskedSize)
+{
+    HVComInit com;
+    const HVString data = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\";
+    for (int size : {16, 24, 32, 48}) {
+        HICON icon = HVImageFile::MakeIcon(data + u"Sample.png", size);
+        ASSERT_NE(icon, nullptr) << size;
+        ICONINFO info = {};
+        ASSERT_TRUE(::GetIconInfo(icon, &info));
+        BITMAP bitmap = {};
+        ::GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
+        EXPECT_EQ(bitmap.bmWidth, size);
+        EXPECT_EQ(bitmap.bmHeight, size);
+        ::DeleteObject(info.hbmColor);
+        ::DeleteObject(info.hbmMask);
+        ::DestroyIcon(icon);
+    }
+    EXPECT_EQ(HVImageFile::MakeIcon(data + u"Broken.png", 32), nullptr);
+    EXPECT_EQ(HVImageFile::MakeIcon(data + u"Sample.png", 0), nullptr);
 }
 }   // namespace
