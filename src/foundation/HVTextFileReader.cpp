@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 
 namespace
 {
@@ -31,18 +32,36 @@ bool HVTextFileReader::Read(const HVString& path, HVString& text)
         HVLog::Write(HVLog::kError, "HVTextFileReader::Read", u"Can't open %s: %s", path, std::strerror(errno));
         return false;
     }
+    struct stat info{};
+    if (::fstat(::fileno(file.get()), &info) == 0 && S_ISDIR(info.st_mode)) {
+        HVLog::Write(HVLog::kError, "HVTextFileReader::Read", u"Can't read %s: it is a folder", path);
+        return false;
+    }
+    // Read at the size the file has now, then on to its true end in case it grows meanwhile.
     std::string bytes;
-    char chunk[1 << 16];
-    for (;;) {
-        const size_t got = std::fread(chunk, 1, sizeof(chunk), file.get());
-        bytes.append(chunk, got);
-        if (static_cast<long long>(bytes.size()) > kMaxFileBytes) {
+    if (std::fseek(file.get(), 0, SEEK_END) == 0) {
+        const long size = std::ftell(file.get());
+        if (size > kMaxFileBytes) {
             HVLog::Write(HVLog::kError, "HVTextFileReader::Read", u"%s is too large to read as text", path);
             return false;
         }
-        if (got < sizeof(chunk))
-            break;
+        if (size > 0)
+            bytes.resize(static_cast<size_t>(size));
+        std::rewind(file.get());
     }
+    size_t done = 0;
+    for (;;) {
+        if (done == bytes.size())
+            bytes.resize(bytes.size() + (1 << 16));
+        done += std::fread(bytes.data() + done, 1, bytes.size() - done, file.get());
+        if (done < bytes.size() || std::ferror(file.get()))
+            break;
+        if (static_cast<long long>(done) > kMaxFileBytes) {
+            HVLog::Write(HVLog::kError, "HVTextFileReader::Read", u"%s is too large to read as text", path);
+            return false;
+        }
+    }
+    bytes.resize(done);
     if (std::ferror(file.get())) {
         HVLog::Write(HVLog::kError, "HVTextFileReader::Read", u"Error reading %s", path);
         return false;

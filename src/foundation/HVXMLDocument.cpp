@@ -41,7 +41,7 @@ void HVXMLDocument::Clear()
 {
     text_.Empty();
     error_.Empty();
-    index_.Reset(u"", 0);
+    index_.Clear();   // no records at all until a parse: every reader checks for that
     SetCursor(0, 0, 0);
 }
 

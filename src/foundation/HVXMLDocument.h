@@ -94,7 +94,7 @@ public:
     // The element that `path` selects from `context` (its children, or from the root for an
     // absolute path), without moving the cursor.
     Elem Select(std::u16string_view path, Elem context = 0) const;
-    Elem GetFirstChild(Elem e) const { return IsElem(e) || e == 0 ? index_.FirstChild(e) : 0; }
+    Elem GetFirstChild(Elem e) const { return index_.IsValid(e) ? index_.FirstChild(e) : 0; }
     Elem GetNextSibling(Elem e) const { return IsElem(e) ? index_.NextSibling(e) : 0; }
     Elem GetPrevSibling(Elem e) const { return IsElem(e) ? index_.PrevSibling(e) : 0; }
     Elem GetParent(Elem e) const { return IsElem(e) ? index_.Parent(e) : 0; }

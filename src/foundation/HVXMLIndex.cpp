@@ -24,26 +24,18 @@ void HVXMLIndex::Clear()
     length_ = 0;
 }
 
-void HVXMLIndex::SetStartTagLength(Elem e, uint32_t length)
+void HVXMLIndex::SetLongStartTag(Elem e, uint32_t length)
 {
     HVXMLElementRecord& r = records_[e];
-    uint32_t packed = length;
-    if (length >= HVXMLElementRecord::kStartTagMax) {
-        packed = HVXMLElementRecord::kStartTagMax;
-        longStartTags_[e] = length;
-    }
-    r.tagLengths = (r.tagLengths & ~HVXMLElementRecord::kStartTagMax) | packed;
+    r.tagLengths |= HVXMLElementRecord::kStartTagMax;
+    longStartTags_[e] = length;
 }
 
-void HVXMLIndex::SetEndTagLength(Elem e, uint32_t length)
+void HVXMLIndex::SetLongEndTag(Elem e, uint32_t length)
 {
     HVXMLElementRecord& r = records_[e];
-    uint32_t packed = length;
-    if (length >= HVXMLElementRecord::kEndTagMax) {
-        packed = HVXMLElementRecord::kEndTagMax;
-        longEndTags_[e] = length;
-    }
-    r.tagLengths = (r.tagLengths & HVXMLElementRecord::kStartTagMax) | (packed << HVXMLElementRecord::kEndTagShift);
+    r.tagLengths |= HVXMLElementRecord::kEndTagMax << HVXMLElementRecord::kEndTagShift;
+    longEndTags_[e] = length;
 }
 
 uint32_t HVXMLIndex::StartTagLength(Elem e) const

@@ -35,8 +35,21 @@ public:
     const HVXMLElementRecord& operator[](Elem e) const { return records_[e]; }
 
     // Tag lengths, whatever their size (long ones don't fit the packed word).
-    void SetStartTagLength(Elem e, uint32_t length);
-    void SetEndTagLength(Elem e, uint32_t length);
+    void SetStartTagLength(Elem e, uint32_t length)
+    {
+        if (length < HVXMLElementRecord::kStartTagMax)
+            records_[e].tagLengths = (records_[e].tagLengths & ~HVXMLElementRecord::kStartTagMax) | length;
+        else
+            SetLongStartTag(e, length);
+    }
+    void SetEndTagLength(Elem e, uint32_t length)
+    {
+        if (length < HVXMLElementRecord::kEndTagMax)
+            records_[e].tagLengths = (records_[e].tagLengths & HVXMLElementRecord::kStartTagMax) |
+                                     (length << HVXMLElementRecord::kEndTagShift);
+        else
+            SetLongEndTag(e, length);
+    }
     uint32_t StartTagLength(Elem e) const;
     uint32_t EndTagLength(Elem e) const;
 
@@ -66,6 +79,9 @@ public:
     static bool NamesEqual(std::u16string_view a, std::u16string_view b, bool ignoreCase);
 
 private:
+    void SetLongStartTag(Elem e, uint32_t length);
+    void SetLongEndTag(Elem e, uint32_t length);
+
     const char16_t* text_ = u"";
     int32_t length_ = 0;
     HVXMLRecordStore records_;

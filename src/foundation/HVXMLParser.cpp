@@ -37,7 +37,11 @@ void HVXMLParser::Run()
         index_[0].flags |= HVXMLElementRecord::kDocumentIllFormed;
         return;
     }
-    chains_.assign(kChains, 0);
+    uint32_t chains = 64;
+    while (chains < kMaxChains && chains * 256u < static_cast<uint32_t>(n))
+        chains *= 2;
+    chainMask_ = chains - 1;
+    chains_.assign(chains, 0);
     stack_.clear();
     stack_.reserve(64);
 
@@ -72,6 +76,18 @@ void HVXMLParser::Run()
                 break;
             pos = gt + 1;
         } else if (c == u'/') {
+            // Most end tags close the innermost element and are written "</name>": check for
+            // exactly that before scanning.
+            if (!stack_.empty()) {
+                const Open& top = stack_.back();
+                const int32_t gt = pos + 2 + static_cast<int32_t>(top.nameLength);
+                if (gt < n && s[gt] == u'>' &&
+                    SameChars(s + index_[top.elem].start + 1, s + pos + 2, top.nameLength)) {
+                    CloseTop(pos, gt);
+                    pos = gt + 1;
+                    continue;
+                }
+            }
             const int32_t gt = T::FindChar(s, pos + 2, n, u'>');
             if (gt >= n) {
                 TokenError(T::Problem::kUnterminated, u"Element end tag", pos);
@@ -210,20 +226,6 @@ void HVXMLParser::CloseNotEnded(size_t downTo, std::u16string_view endName, int3
     for (Elem x = index_[outermost].nextSibling; x != 0; x = index_[x].nextSibling)
         index_[x].parent = newParent;
     index_[0].flags |= HVXMLElementRecord::kDocumentIllFormed;
-}
-
-void HVXMLParser::Push(Elem e, uint32_t nameLength, uint32_t hash)
-{
-    uint32_t& chain = chains_[Chain(hash)];
-    stack_.push_back({e, nameLength, hash, chain});
-    chain = static_cast<uint32_t>(stack_.size());
-}
-
-void HVXMLParser::Pop()
-{
-    const Open& o = stack_.back();
-    chains_[Chain(o.hash)] = o.prevSame;
-    stack_.pop_back();
 }
 
 void HVXMLParser::TokenError(HVXMLTokenizer::Problem problem, const char16_t* construct, int32_t offset)

@@ -42,8 +42,10 @@ private:
         uint32_t prevSame;   // stack position + 1 of the next open element in the same chain
     };
 
-    static constexpr uint32_t kChains = 1024;
-    static uint32_t Chain(uint32_t hash) { return (hash ^ (hash >> 10) ^ (hash >> 20)) & (kChains - 1); }
+    // Chains: a power of two up to this many, fewer for small texts so that starting a parse
+    // stays cheap.
+    static constexpr uint32_t kMaxChains = 1024;
+    uint32_t Chain(uint32_t hash) const { return (hash ^ (hash >> 10) ^ (hash >> 20)) & chainMask_; }
     static uint32_t Hash(const char16_t* name, uint32_t length);
 
     bool StartTag(int32_t lt, int32_t gt, uint32_t nameLength, uint32_t hash);
@@ -52,8 +54,18 @@ private:
     // Closes the open elements from the top of the stack down to stack position `downTo` as
     // not ended. With an end tag given, the message names it as the one that didn't match.
     void CloseNotEnded(size_t downTo, std::u16string_view endName, int32_t endOffset);
-    void Push(Elem e, uint32_t nameLength, uint32_t hash);
-    void Pop();
+    void Push(Elem e, uint32_t nameLength, uint32_t hash)
+    {
+        uint32_t& chain = chains_[Chain(hash)];
+        stack_.push_back({e, nameLength, hash, chain});
+        chain = static_cast<uint32_t>(stack_.size());
+    }
+    void Pop()
+    {
+        const Open& o = stack_.back();
+        chains_[Chain(o.hash)] = o.prevSame;
+        stack_.pop_back();
+    }
 
     void TokenError(HVXMLTokenizer::Problem problem, const char16_t* construct, int32_t offset);
     void AddError(const HVString& message);
@@ -67,4 +79,5 @@ private:
     int32_t n_ = 0;
     std::vector<Open> stack_;
     std::vector<uint32_t> chains_;
+    uint32_t chainMask_ = 0;
 };

@@ -65,11 +65,17 @@ public:
         int32_t i = from;
 #ifdef HV_XML_SSE2
         const __m128i needle = _mm_set1_epi16(static_cast<short>(c));
-        for (; i + 8 <= end; i += 8) {
+        for (; i + 16 <= end; i += 16) {
+            const unsigned mask = Mask16(s + i, [&](__m128i v) { return _mm_cmpeq_epi16(v, needle); });
+            if (mask)
+                return i + std::countr_zero(mask);
+        }
+        if (i + 8 <= end) {
             const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
             const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(v, needle)));
             if (mask)
                 return i + (std::countr_zero(mask) >> 1);
+            i += 8;
         }
 #endif
         for (; i < end; ++i)
@@ -86,13 +92,13 @@ public:
         const __m128i na = _mm_set1_epi16(static_cast<short>(a));
         const __m128i nb = _mm_set1_epi16(static_cast<short>(b));
         const __m128i nc = _mm_set1_epi16(static_cast<short>(c));
-        for (; i + 8 <= end; i += 8) {
-            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
-            const __m128i hit = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, na), _mm_cmpeq_epi16(v, nb)),
-                                             _mm_cmpeq_epi16(v, nc));
-            const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(hit));
+        for (; i + 16 <= end; i += 16) {
+            const unsigned mask = Mask16(s + i, [&](__m128i v) {
+                return _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, na), _mm_cmpeq_epi16(v, nb)),
+                                    _mm_cmpeq_epi16(v, nc));
+            });
             if (mask)
-                return i + (std::countr_zero(mask) >> 1);
+                return i + std::countr_zero(mask);
         }
 #endif
         for (; i < end; ++i)
@@ -124,17 +130,43 @@ public:
     static int32_t FindTagEnd(const char16_t* s, int32_t from, int32_t n)
     {
         int32_t i = from;
-        for (;;) {
-            i = FindAny3(s, i, n, u'>', u'"', u'\'');
-            if (i >= n)
-                return -1;
-            if (s[i] == u'>')
-                return i;
-            i = FindChar(s, i + 1, n, s[i]);
-            if (i >= n)
-                return -1;
-            ++i;
+        char16_t quote = 0;
+#ifdef HV_XML_SSE2
+        // Sixteen characters at a time, every quote and ">" among them taken from one mask.
+        const __m128i gt = _mm_set1_epi16(u'>');
+        const __m128i dq = _mm_set1_epi16(u'"');
+        const __m128i sq = _mm_set1_epi16(u'\'');
+        for (; i + 16 <= n; i += 16) {
+            unsigned mask = Mask16(s + i, [&](__m128i v) {
+                return _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, gt), _mm_cmpeq_epi16(v, dq)),
+                                    _mm_cmpeq_epi16(v, sq));
+            });
+            for (; mask; mask &= mask - 1) {
+                const int32_t at = i + std::countr_zero(mask);
+                const char16_t c = s[at];
+                if (quote) {
+                    if (c == quote)
+                        quote = 0;
+                } else if (c == u'>') {
+                    return at;
+                } else {
+                    quote = c;
+                }
+            }
         }
+#endif
+        for (; i < n; ++i) {
+            const char16_t c = s[i];
+            if (quote) {
+                if (c == quote)
+                    quote = 0;
+            } else if (c == u'>') {
+                return i;
+            } else if (c == u'"' || c == u'\'') {
+                quote = c;
+            }
+        }
+        return -1;
     }
 
     // Reads the node at `pos` (pos < n). A construct that can't be read becomes text: up to
@@ -182,6 +214,17 @@ public:
     }
 
 private:
+#ifdef HV_XML_SSE2
+    // One bit per character for the sixteen characters at s: where `test` set the lane.
+    template <class Test>
+    static unsigned Mask16(const char16_t* s, Test test)
+    {
+        const __m128i lo = test(_mm_loadu_si128(reinterpret_cast<const __m128i*>(s)));
+        const __m128i hi = test(_mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 8)));
+        return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(lo, hi)));
+    }
+#endif
+
     // "<!" constructs: comments, CDATA sections and document types.
     template <class OnError, class Unterminated, class Incorrect>
     static Token Declaration(const char16_t* s, int32_t n, int32_t pos, OnError& onError,

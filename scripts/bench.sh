@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Runs the benchmarks of the release tree (make bench). The XML benchmark writes its documents
+# under the build tree and ends with one summary line per document and operation:
+#   xml <document> <operation> ours=<MB/s> pugixml=<MB/s> ratio=<ours/pugixml>
+# Extra arguments go to Google Benchmark (e.g. --benchmark_filter=catalogue-1MB).
+set -euo pipefail
+here="$(cd "$(dirname "$0")" && pwd)"
+build="${IW_BUILD:-$here/../build}"
+exe="$build/release/tests/bench/xml_bench"
+if [ ! -x "$exe" ]; then
+  echo "bench: $exe is missing; run 'make bench'" >&2
+  exit 1
+fi
+data="$build/release/bench-data"
+mkdir -p "$data"
+"$exe" --data-dir="$data" "$@"
