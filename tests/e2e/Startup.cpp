@@ -274,6 +274,9 @@ TEST_F(Startup, RunningCopyNoEndsStartUp)
     EXPECT_TRUE(run.result.ExitedWith(kExitCancelled)) << run.Describe();
     EXPECT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
     EXPECT_TRUE(product.Running());
+    // The rights test ran before the question, and left the machine as it found it.
+    EXPECT_NE(run.log.find(L"Registry write test: passed"), std::wstring::npos) << run.Describe();
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, L"Software\\Halvard"));
 }
 
 TEST_F(Startup, RunningCopyYesClosesIt)

@@ -204,7 +204,10 @@ void CInstallApp::PrepareLanguage()
 bool CInstallApp::JudgeSingleInstance()
 {
     if (mutexError_ != ERROR_ALREADY_EXISTS && mutexError_ != ERROR_ACCESS_DENIED)
+    {
+        HVLog::Write(HVLog::kInfo, kSource, u"No other installer is running");
         return true;
+    }
     HVLog::Write(HVLog::kWarning, kSource, u"Another installer is running (error %d)", mutexError_);
     const HVString text =
         HVTranslator::Translate(u"Another instance of the Halvard installer is already running on this system.\r\n\r\n") +

@@ -6,7 +6,9 @@
 bool RegistryWriteTest()
 {
     HVRegKey halvard;
-    if (!halvard.Create(HKEY_LOCAL_MACHINE, u"Software\\Halvard", KEY_READ | KEY_WRITE))
+    bool createdHalvard = false;
+    if (!halvard.Create(HKEY_LOCAL_MACHINE, u"Software\\Halvard", KEY_READ | KEY_WRITE, HVRegView::Native,
+                        &createdHalvard))
         return false;
     bool passed = false;
     {
@@ -26,5 +28,13 @@ bool RegistryWriteTest()
         }
     }
     halvard.DeleteSubKey(u"Rights Check");
+    // A machine that never had the product keeps no trace of the question either.
+    if (createdHalvard)
+    {
+        halvard.Close();
+        HVRegKey software;
+        if (software.Open(HKEY_LOCAL_MACHINE, u"Software", KEY_READ | KEY_WRITE))
+            software.DeleteSubKey(u"Halvard");
+    }
     return passed;
 }
