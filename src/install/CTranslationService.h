@@ -1,6 +1,5 @@
 #pragma once
 
-#include "foundation/HVLog.h"
 #include "foundation/HVString.h"
 #include "foundation/HVTextFileReader.h"
 #include "foundation/IHVTranslator.h"
