@@ -195,6 +195,17 @@ HVString HVXMLDocument::GetElemAttrib(Elem e, std::u16string_view name) const
     return value;
 }
 
+HVString HVXMLDocument::GetElemAttribName(Elem e, int32_t index) const
+{
+    int32_t cursor = 0;
+    std::u16string_view name;
+    std::u16string_view value;
+    for (int32_t i = 0; IsElem(e) && index_.NextAttrib(e, cursor, name, value); ++i)
+        if (i == index)
+            return HVString(name);
+    return HVString();
+}
+
 HVString HVXMLDocument::GetElemData(Elem e) const
 {
     if (!IsElem(e))

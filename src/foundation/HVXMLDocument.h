@@ -103,6 +103,9 @@ public:
     // The decoded value of the attribute; false when e has no such attribute.
     bool GetElemAttrib(Elem e, std::u16string_view name, HVString& value) const;
     HVString GetElemAttrib(Elem e, std::u16string_view name) const;
+    // The name of e's index-th attribute (from 0), in the order written; empty past the last.
+    HVString GetElemAttribName(Elem e, int32_t index) const;
+    HVString GetAttribName(int32_t index) const { return GetElemAttribName(GetElem(), index); }
 
     // The index itself, for diagnostics and tests: record fields, counts, memory.
     uint32_t GetElemCount() const { return index_.Count() == 0 ? 0 : index_.Count() - 1; }

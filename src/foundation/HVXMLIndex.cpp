@@ -135,6 +135,16 @@ bool HVXMLIndex::NameIs(Elem e, std::u16string_view name, bool ignoreCase) const
 
 bool HVXMLIndex::FindAttrib(Elem e, std::u16string_view name, bool ignoreCase, std::u16string_view& value) const
 {
+    int32_t cursor = 0;
+    std::u16string_view attrName;
+    while (NextAttrib(e, cursor, attrName, value))
+        if (NamesEqual(attrName, name, ignoreCase))
+            return true;
+    return false;
+}
+
+bool HVXMLIndex::NextAttrib(Elem e, int32_t& cursor, std::u16string_view& name, std::u16string_view& value) const
+{
     if (e == 0 || !IsValid(e))
         return false;
     using T = HVXMLTokenizer;
@@ -142,9 +152,12 @@ bool HVXMLIndex::FindAttrib(Elem e, std::u16string_view name, bool ignoreCase, s
     // Attributes lie between the name and the final ">" of the start tag.
     const int32_t end = r.start + static_cast<int32_t>(StartTagLength(e)) - 1;
     const char16_t* s = text_;
-    int32_t p = r.start + 1;
-    while (p < end && !T::IsTagNameEnd(s[p]))
-        ++p;
+    int32_t p = cursor;
+    if (p <= r.start) {
+        p = r.start + 1;
+        while (p < end && !T::IsTagNameEnd(s[p]))
+            ++p;
+    }
     while (p < end) {
         while (p < end && T::IsSpace(s[p]))
             ++p;
@@ -157,7 +170,7 @@ bool HVXMLIndex::FindAttrib(Elem e, std::u16string_view name, bool ignoreCase, s
         const int32_t nameStart = p;
         while (p < end && !T::IsAttrNameEnd(s[p]))
             ++p;
-        const std::u16string_view attrName(s + nameStart, static_cast<size_t>(p - nameStart));
+        name = std::u16string_view(s + nameStart, static_cast<size_t>(p - nameStart));
         while (p < end && T::IsSpace(s[p]))
             ++p;
         int32_t valueStart = p;
@@ -177,10 +190,10 @@ bool HVXMLIndex::FindAttrib(Elem e, std::u16string_view name, bool ignoreCase, s
                 valueEnd = p;
             }
         }
-        if (NamesEqual(attrName, name, ignoreCase)) {
-            value = std::u16string_view(s + valueStart, static_cast<size_t>(valueEnd - valueStart));
-            return true;
-        }
+        value = std::u16string_view(s + valueStart, static_cast<size_t>(valueEnd - valueStart));
+        cursor = p;
+        return true;
     }
+    cursor = end;
     return false;
 }

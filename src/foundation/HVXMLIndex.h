@@ -75,6 +75,9 @@ public:
     bool NameIs(Elem e, std::u16string_view name, bool ignoreCase) const;
     // The raw (still escaped) value of attribute `name` of e's start tag.
     bool FindAttrib(Elem e, std::u16string_view name, bool ignoreCase, std::u16string_view& value) const;
+    // Attributes one by one: start with `cursor` 0; each call gives the next name and raw value,
+    // false after the last.
+    bool NextAttrib(Elem e, int32_t& cursor, std::u16string_view& name, std::u16string_view& value) const;
 
     static bool NamesEqual(std::u16string_view a, std::u16string_view b, bool ignoreCase);
 

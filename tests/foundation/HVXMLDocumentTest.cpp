@@ -302,6 +302,27 @@ TEST(HVXMLDocumentTest, AttributesAreReadOnDemand)
     }
 }
 
+TEST(HVXMLDocumentTest, AttributeNamesInTheOrderWritten)
+{
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u"<a x=\"1\" y='2' z=3 w>", "x y z w "},
+        {u"<a/>", ""},
+        {u"<a>", ""},
+        {u"<a q='>' r=\"'\" / >", "q r "},
+        {u"<a = b ? c/>", "b c "},
+        {u"<a\tk\r\n=\r\nv\n>", "k "},
+    };
+    for (const auto& [text, names] : cases) {
+        HVXMLDocument doc;
+        doc.SetDoc(text);
+        ASSERT_TRUE(doc.FindElem()) << U8(text);
+        std::string got;
+        for (int32_t i = 0; !doc.GetAttribName(i).IsEmpty(); ++i)
+            got += U8(doc.GetAttribName(i)) + " ";
+        EXPECT_EQ(got, names) << U8(text);
+    }
+}
+
 TEST(HVXMLDocumentTest, IgnoreCaseAppliesToNamesInQueries)
 {
     HVXMLDocument doc;
