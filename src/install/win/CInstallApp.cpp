@@ -5,12 +5,15 @@
 #include "install/CSetupFolders.h"
 #include "install/InstallExitCode.h"
 #include "install/win/CNeedInternetExplorerDlg.h"
+#include "install/win/CInstallWizard.h"
+#include "install/win/CLanguageSelectionDlg.h"
 #include "install/win/CStartupProbe.h"
 
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/win/HVFileSystem.h"
 #include "toolkit/win/HVMessageBox.h"
+#include "toolkit/win/HVToolkit.h"
 
 namespace
 {
@@ -25,7 +28,12 @@ CInstallApp::CInstallApp()
     SetExitCode(kExitFatalError);
 }
 
-CInstallApp::~CInstallApp() = default;
+CInstallApp::~CInstallApp()
+{
+    // The translator is ours; nothing may ask it once we are gone.
+    if (HVTranslator::Get() == &translations_)
+        HVTranslator::Set(nullptr);
+}
 
 CInstallApp* CInstallApp::Get() { return static_cast<CInstallApp*>(HVApp::Get()); }
 
@@ -191,14 +199,32 @@ bool CInstallApp::ShowHelpIfAsked()
 
 void CInstallApp::PrepareLook()
 {
-    HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLook",
-                 u"No skin toolkit in this program: the wizard keeps the system look");
+    // The skin is the product's standard one, or the one whose file the description names.
+    HVString skinFolder = GetSetupFolder() + u"Listenwell\\Skins\\Standard View\\";
+    const HVString megaSkin = description_.GetText(u"/*/General/MegaSkin").Trim();
+    if (!megaSkin.IsEmpty()) {
+        const HVString file = HVFileSystem::NormalizeFolderPath(megaSkin.Find(u':') >= 0 || megaSkin.StartsWith(u"\\")
+                                                                    ? megaSkin
+                                                                    : GetSetupFolder() + megaSkin);
+        HVString folder = file;
+        folder.TrimRight(u"\\");
+        const int32_t slash = folder.ReverseFind(u'\\');
+        skinFolder = slash > 0 ? folder.Left(slash + 1) : skinFolder;
+    }
+    HVToolkit::Initialize();
+    HVToolkit::ApplySkin(skinFolder);
 }
 
 void CInstallApp::PrepareLanguage()
 {
-    HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLanguage",
-                 u"No translation layer in this program: the texts stay English");
+    // An unattended run asks nothing, the language included.
+    if (options_.silent || description_.GetInteger(u"/*/Installer/ShowLanguageSelection", 0) == 0)
+        return;
+    const HVString file = CLanguageSelectionDlg::Run(nullptr, GetSetupFolder() + u"Languages\\");
+    if (!file.IsEmpty())
+        translations_.Load(file);
+    HVTranslator::Set(&translations_);
+    HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLanguage", u"Language: %s", translations_.LanguageName());
 }
 
 bool CInstallApp::JudgeSingleInstance()
@@ -300,6 +326,14 @@ void CInstallApp::PlaceLauncher()
 
 void CInstallApp::RunWizard()
 {
-    HVLog::Write(HVLog::kInfo, "CInstallApp::RunWizard", u"Start-up passed; the wizard is not part of this program");
-    SetExitCode(kExitInstalled);
+    CInstallWizard wizard(options_, description_, *product_, GetSetupFolder());
+    switch (wizard.RunWizard(nullptr))
+    {
+    case CInstallWizard::Result::Finished: SetExitCode(kExitInstalled); break;
+    case CInstallWizard::Result::Cancelled: SetExitCode(kExitCancelled); break;
+    case CInstallWizard::Result::Failed:
+        HVLog::Write(HVLog::kError, "CInstallApp::RunWizard", u"The wizard could not be shown");
+        SetExitCode(kExitFatalError);
+        break;
+    }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "install/CEnvironmentChecks.h"
+#include "install/CTranslationService.h"
 #include "install/HVInstallDescription.h"
 #include "install/InstallOptions.h"
 #include "install/win/CProductIdentity.h"
@@ -43,8 +44,7 @@ protected:
     bool Startup() override;
     void ExitInstance() override;
 
-    // The wizard's look: title-bar icon and skin. Until the skinned toolkit is part of the
-    // program the wizard wears the system look.
+    // The wizard's look: the toolkit, and the title-bar icon of the skin.
     virtual void PrepareLook();
     // The wizard's language, asked when the install description wants it.
     virtual void PrepareLanguage();
@@ -72,4 +72,6 @@ private:
     HVFileLogger fileLogger_;
     HVDebugLogger debugLogger_;
     bool productDeclined_ = false;
+    // The chosen language; installed as the process's translator while the program runs.
+    CTranslationService translations_;
 };

@@ -22,7 +22,7 @@ CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescripti
         setupFolder_ += u'\\';
     autoInstallOffered_ = description_.GetInteger(u"/*/Installer/OfferAutoInstall", 0) != 0;
 
-    SetText(WizardTitle());
+    SetTitle(WizardTitle());
     SetMinimumClientSize({500, 300});
     SetButtonTexts(HVButton::WithAccelerator(HVTranslator::Translate(u"< Back"), u'B'),
                    HVButton::WithAccelerator(HVTranslator::Translate(u"Next >"), u'N'),

@@ -131,11 +131,6 @@ void CLicensePpg::OnTimer(UINT_PTR id)
         --g_countdown;
         break;
     case kAutoInstallTimer:
-        // While the user answers the Cancel question the install waits for the answer.
-        if (InstallWizard().IsBusy()) {
-            ::SetTimer(Hwnd(), kAutoInstallTimer, 200, nullptr);
-            break;
-        }
         HVLog::Write(HVLog::kInfo, "CLicensePpg::OnTimer", u"Auto install starts (counter at %d)", g_countdown);
         StopTimers();
         Options().express = true;

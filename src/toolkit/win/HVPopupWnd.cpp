@@ -45,9 +45,16 @@ void HVPopupWnd::LoadIcons()
     ::SendMessageW(hwnd_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
 }
 
+void HVPopupWnd::SetTitle(const HVString& title)
+{
+    title_ = title;
+    SetText(title);
+}
+
 bool HVPopupWnd::CreatePopup(HWND owner, const HVString& title, DWORD style)
 {
     owner_ = owner;
+    title_ = title;
     // Made off-screen first: the DPI of a window is known only once it exists.
     const RECT offscreen = {-32000, -32000, -31900, -31900};
     if (!CreateComposite(L"HVPopupWnd", WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME, style | WS_CLIPCHILDREN, title,
@@ -96,7 +103,7 @@ void HVPopupWnd::ApplyDpi(UINT dpi)
 
 int HVPopupWnd::DoModal(HWND owner)
 {
-    if (!hwnd_ && !CreatePopup(owner, GetText(), WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU))
+    if (!hwnd_ && !CreatePopup(owner, title_, WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU))
         return 0;
     const bool ownerWasEnabled = owner_ && ::IsWindowEnabled(owner_);
     if (ownerWasEnabled)

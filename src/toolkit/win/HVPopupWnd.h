@@ -21,6 +21,10 @@ public:
     // set or it can't be read, the program's own icon (resource 1, "Application.ico").
     static void SetTitlebarIconFile(const HVString& path);
 
+    // The title bar's text; kept until the window exists.
+    void SetTitle(const HVString& title);
+    const HVString& Title() const { return title_; }
+
     // Runs until EndModal; returns its result (0 when the window could not be made).
     int DoModal(HWND owner);
     void EndModal(int result);
@@ -49,6 +53,7 @@ private:
     bool IsEnterInReadOnlyText(const MSG& msg) const;
 
     HWND owner_ = nullptr;
+    HVString title_;
     bool running_ = false;
     int result_ = 0;
     HVIcon bigIcon_;

@@ -40,7 +40,7 @@ void HVWizardPopupWnd::SetButtonTexts(const HVString& back, const HVString& next
 
 int HVWizardPopupWnd::Run(HWND owner)
 {
-    if (!hwnd_ && !CreatePopup(owner, GetText(), WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX))
+    if (!hwnd_ && !CreatePopup(owner, Title(), WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX))
         return 0;
     // The first page is entered like every other: its enter test decides.
     for (size_t i = 0; i < pages_.size(); ++i) {
@@ -279,8 +279,13 @@ void HVWizardPopupWnd::RefreshPage()
 void HVWizardPopupWnd::Next()
 {
     HVWizardPageWnd* page = CurrentPage();
-    if (busy_ || !page || !IsRunning())
+    if (!page || !IsRunning())
         return;
+    if (busy_) {
+        // Queued while a question is open (a page's timer, a tool): it follows the answer.
+        nextPending_ = true;
+        return;
+    }
     busy_ = true;
     if (page->NextPressed()) {
         int target = -1;
@@ -296,6 +301,16 @@ void HVWizardPopupWnd::Next()
         }
     }
     busy_ = false;
+    RunPendingNext();
+}
+
+void HVWizardPopupWnd::RunPendingNext()
+{
+    if (nextPending_) {
+        nextPending_ = false;
+        if (IsRunning())
+            PressNext();
+    }
 }
 
 void HVWizardPopupWnd::Back()
@@ -325,6 +340,7 @@ void HVWizardPopupWnd::OnCancel()
     busy_ = true;
     OnCancelRequest();
     busy_ = false;
+    RunPendingNext();
 }
 
 void HVWizardPopupWnd::OnCancelRequest()

@@ -44,7 +44,8 @@ public:
     // that the caller's own message handling ends first.
     void PressNext();
     void PressBack();
-    // True while the wizard moves between pages or asks about Cancel; Next and Back wait.
+    // True while the wizard moves between pages or asks about Cancel. A Next pressed then
+    // (by PressNext or a queued click) runs once the question is answered; Back is ignored.
     bool IsBusy() const { return busy_; }
     // The wizard ends with this result without asking (used by Cancel handling).
     void Close(int result) { EndModal(result); }
@@ -73,6 +74,7 @@ private:
     void Next();
     void Back();
     void ShowPage(int index);
+    void RunPendingNext();
     int HeaderHeight(int width) const;
     int ButtonRowHeight() const;
     RECT PageRect() const;
@@ -81,6 +83,7 @@ private:
     std::vector<int> history_;
     int current_ = -1;
     bool busy_ = false;
+    bool nextPending_ = false;
     SIZE minimum96_ = {500, 300};
     HVString backText_, nextText_, finishText_, cancelText_;
     HVStaticText title_;

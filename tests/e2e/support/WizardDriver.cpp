@@ -66,10 +66,13 @@ void Click(HWND control)
 
 void TypeText(HWND edit, const std::wstring& text)
 {
-    DWORD_PTR ignored = 0;
-    if (edit)
-        ::SendMessageTimeoutW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG, 2000,
-                              &ignored);
+    if (!edit)
+        return;
+    // Queued like keystrokes, so they keep their order with the clicks around them.
+    ::PostMessageW(edit, EM_SETSEL, 0, -1);
+    ::PostMessageW(edit, WM_CLEAR, 0, 0);
+    for (wchar_t ch : text)
+        ::PostMessageW(edit, WM_CHAR, ch, 1);
 }
 
 HWND WizardView::Control(const std::wstring& caption) const
@@ -163,21 +166,13 @@ void WizardUser::Poll(DWORD processId)
         lastPage_ = view.page;
         pages_.push_back(view.title);
     }
-    if (!view.enabled) {
-        boxSeen_ = true;
-        return;
-    }
-    if (Finished())
+    if (!view.enabled || Finished())
         return;
     const WizardStep& step = steps_[next_];
-    if (view.title != step.title)
-        return;
-    const bool moved = view.page != actedOn_;
-    if (step.samePage ? !(view.page == actedOn_ && boxSeen_) : !moved)
+    if (view.title != step.title || (view.page == actedOn_) != step.samePage)
         return;
     ++next_;
     actedOn_ = view.page;
-    boxSeen_ = false;
     step.act(view);
 }
 

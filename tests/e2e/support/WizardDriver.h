@@ -42,7 +42,8 @@ bool IsChecked(HWND control);
 // Clicks a button, radio button or check box the way the mouse would (queued, so that a
 // message box the click opens doesn't hold up the test).
 void Click(HWND control);
-// Replaces an edit's text as typing would (the edit reports the change to the page).
+// Replaces an edit's text as typing would: select all, delete, then one character after the
+// other, queued behind whatever was clicked before.
 void TypeText(HWND edit, const std::wstring& text);
 
 void ClickNext(const WizardView& view);
@@ -52,10 +53,11 @@ void ClickCancel(const WizardView& view);
 bool Choose(const WizardView& view, const std::wstring& caption);
 
 // One action of a scripted user. It runs when the wizard shows the page titled `title`, is
-// enabled (no message box open), and:
-//   - shows a page other than the one the previous step acted on (the wizard moved), or
-//   - with `samePage`, still shows that page after a message box of the wizard came and went
-//     (the previous step's click asked a question that was answered).
+// enabled (no message box open), and shows a page other than the one the previous step acted
+// on (the wizard moved), or with `samePage` that same page (the previous step's click asked a
+// question, answered by the driver's dialog rules). Clicks and keys are queued, so an action
+// that arrives while the question is still open takes effect after its answer, as the
+// wizard runs a Next pressed during a question once the question is answered.
 struct WizardStep
 {
     std::wstring title;
@@ -86,7 +88,6 @@ private:
     std::vector<WizardStep> steps_;
     size_t next_ = 0;
     HWND actedOn_ = nullptr;
-    bool boxSeen_ = false;
     HWND lastPage_ = nullptr;
     WizardView last_;
     std::vector<std::wstring> pages_;

@@ -131,7 +131,7 @@ TestWizard& MakeWizard(std::unique_ptr<TestWizard>& holder, std::vector<TestPage
         pages.push_back(page.get());
         holder->AddPage(std::move(page));
     }
-    holder->SetText(u"Install Wizard");
+    holder->SetTitle(u"Install Wizard");
     return *holder;
 }
 
