@@ -11,7 +11,10 @@
 //   - the first child's prevSibling is the parent's last child (itself for an only child), so
 //     appending needs no walk; every other prevSibling is the true previous sibling;
 //   - kFirstChild is set on exactly the first child of each parent;
-//   - a not-ended element has length == StartTagLength(), no end tag and no children.
+//   - a not-ended element has length == StartTagLength(), no end tag and no children;
+//   - the level is the depth at which the start tag was read. Children that move up when their
+//     parent turns out not to be ended keep it: renumbering whole subtrees on every such move
+//     would make a hostile document quadratic, and nothing reads levels to find elements.
 struct HVXMLElementRecord
 {
     static constexpr uint32_t kLevelMask = 0x7FFFF;   // deeper levels are stored as the maximum
