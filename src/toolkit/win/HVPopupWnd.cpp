@@ -5,6 +5,7 @@
 #include "toolkit/win/HVImageFile.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace
 {
@@ -24,7 +25,12 @@ void HVPopupWnd::LoadIcons()
 {
     const int big = HVDpi::Scale(32, Dpi());
     const int small = HVDpi::Scale(16, Dpi());
+    const int large = HVDpi::Scale(48, Dpi());
     const HVString& file = TitlebarIconFile();
+    largeIcon_.Reset(file.IsEmpty() ? nullptr
+                     : file.EndsWithNoCase(u".ico")
+                         ? static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, large, large, LR_LOADFROMFILE))
+                         : HVImageFile::MakeIcon(file, large));
     if (file.EndsWithNoCase(u".ico")) {
         bigIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, big, big, LR_LOADFROMFILE)));
         smallIcon_.Reset(static_cast<HICON>(::LoadImageW(nullptr, file.w(), IMAGE_ICON, small, small, LR_LOADFROMFILE)));
@@ -41,6 +47,8 @@ void HVPopupWnd::LoadIcons()
         bigIcon_.Reset(static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(1), IMAGE_ICON, big, big, 0)));
     if (!smallIcon_)
         smallIcon_.Reset(static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(1), IMAGE_ICON, small, small, 0)));
+    if (!largeIcon_)
+        largeIcon_.Reset(static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(1), IMAGE_ICON, large, large, 0)));
     ::SendMessageW(hwnd_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.Get()));
     ::SendMessageW(hwnd_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
 }
@@ -64,7 +72,7 @@ bool HVPopupWnd::CreatePopup(HWND owner, const HVString& title, DWORD style)
     LoadIcons();
     if (!OnCreatePopup())
         return false;
-    HVLayoutWnd::ApplyDpi(Dpi());
+    ApplyDpi(Dpi());
     ResizeToWanted(true);
     return true;
 }
@@ -124,6 +132,8 @@ int HVPopupWnd::DoModal(HWND owner)
         }
         if (got < 0)
             break;
+        if (hwnd_ && MoveInRadioGroup(msg))
+            continue;
         if (hwnd_ && IsEnterInReadOnlyText(msg)) {
             // A multi-line edit takes Enter for itself even when it is read-only; there it
             // can only mean the default button.
@@ -144,6 +154,51 @@ int HVPopupWnd::DoModal(HWND owner)
     if (owner_)
         ::SetActiveWindow(owner_);
     return result_;
+}
+
+namespace
+{
+bool IsRadioButton(HWND hwnd)
+{
+    wchar_t className[16] = {};
+    ::GetClassNameW(hwnd, className, 16);
+    const LONG_PTR type = ::GetWindowLongPtrW(hwnd, GWL_STYLE) & BS_TYPEMASK;
+    return _wcsicmp(className, L"Button") == 0 && (type == BS_AUTORADIOBUTTON || type == BS_RADIOBUTTON);
+}
+}   // namespace
+
+bool HVPopupWnd::MoveInRadioGroup(const MSG& msg) const
+{
+    // A choice's description sits between the radio buttons of a group; the arrow keys go
+    // from choice to choice over it, as users expect of a group of options.
+    if (msg.message != WM_KEYDOWN || !IsRadioButton(msg.hwnd) || !::IsChild(hwnd_, msg.hwnd))
+        return false;
+    const bool forward = msg.wParam == VK_DOWN || msg.wParam == VK_RIGHT;
+    if (!forward && msg.wParam != VK_UP && msg.wParam != VK_LEFT)
+        return false;
+    // The group: from its first control (WS_GROUP) to the next one that starts a group.
+    HWND first = msg.hwnd;
+    while (!(::GetWindowLongPtrW(first, GWL_STYLE) & WS_GROUP)) {
+        HWND previous = ::GetWindow(first, GW_HWNDPREV);
+        if (!previous)
+            break;
+        first = previous;
+    }
+    std::vector<HWND> radios;
+    for (HWND h = first; h; h = ::GetWindow(h, GW_HWNDNEXT)) {
+        if (h != first && (::GetWindowLongPtrW(h, GWL_STYLE) & WS_GROUP))
+            break;
+        if (IsRadioButton(h) && ::IsWindowVisible(h) && ::IsWindowEnabled(h))
+            radios.push_back(h);
+    }
+    const auto at = std::find(radios.begin(), radios.end(), msg.hwnd);
+    if (at == radios.end() || radios.size() < 2)
+        return true;
+    const size_t index = static_cast<size_t>(at - radios.begin());
+    const size_t target = forward ? (index + 1) % radios.size() : (index + radios.size() - 1) % radios.size();
+    ::SetFocus(radios[target]);
+    ::SendMessageW(radios[target], BM_CLICK, 0, 0);
+    return true;
 }
 
 bool HVPopupWnd::IsEnterInReadOnlyText(const MSG& msg) const
@@ -173,6 +228,19 @@ LRESULT HVPopupWnd::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         OnCancel();
         return 0;
+    case WM_ACTIVATE:
+        // Focus comes back where it was when a message box or another window closes, as in
+        // the system's dialogs; otherwise keys would go to the frame.
+        if (LOWORD(wParam) == WA_INACTIVE) {
+            HWND focus = ::GetFocus();
+            if (focus && ::IsChild(hwnd_, focus))
+                lastFocus_ = focus;
+        } else if (lastFocus_ && ::IsWindow(lastFocus_) && ::IsChild(hwnd_, lastFocus_) &&
+                   ::IsWindowVisible(lastFocus_)) {
+            ::SetFocus(lastFocus_);
+            return 0;
+        }
+        break;
     case WM_COMMAND:
         // Esc arrives as IDCANCEL from the dialog manager, whether or not a Cancel button exists.
         if (LOWORD(wParam) == IDCANCEL && lParam == 0) {

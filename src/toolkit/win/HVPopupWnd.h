@@ -29,6 +29,8 @@ public:
     int DoModal(HWND owner);
     void EndModal(int result);
     bool IsRunning() const { return running_; }
+    // The title-bar icon at 48 pixels scaled for the DPI, for a header or a banner.
+    HICON LargeIcon() const { return largeIcon_.Get(); }
 
 protected:
     // Makes the window (hidden) with a client size in pixels at the DPI of the monitor that
@@ -51,11 +53,14 @@ protected:
 private:
     void LoadIcons();
     bool IsEnterInReadOnlyText(const MSG& msg) const;
+    bool MoveInRadioGroup(const MSG& msg) const;
 
     HWND owner_ = nullptr;
     HVString title_;
+    HWND lastFocus_ = nullptr;
     bool running_ = false;
     int result_ = 0;
     HVIcon bigIcon_;
     HVIcon smallIcon_;
+    HVIcon largeIcon_;
 };

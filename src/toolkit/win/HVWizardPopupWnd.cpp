@@ -206,7 +206,7 @@ LRESULT HVWizardPopupWnd::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         header.bottom = HeaderHeight(client.right);
         ::FillRect(dc, &header, HVTheme::Current().Brush(u"HeaderBack"));
         const int icon = HVDpi::Scale(48, Dpi());
-        HICON big = reinterpret_cast<HICON>(::SendMessageW(hwnd_, WM_GETICON, ICON_BIG, 0));
+        HICON big = LargeIcon();
         if (big)
             ::DrawIconEx(dc, client.right - Units().X(7) - icon, (header.bottom - icon) / 2, big, icon, icon, 0,
                          nullptr, DI_NORMAL);
