@@ -49,8 +49,12 @@ echo "   Wine prefix:  $WINEPREFIX"
 echo "   command:      InstallWizard.exe${args:+ $args}"
 
 start=$(date +%s)
-# The arguments are split as the shell would split them, so quoted paths stay whole.
+# The arguments are split as the shell would split them, so quoted paths stay whole. The run
+# keeps a log, from which the wizard's pages are shown afterwards.
 eval "set -- $args"
+log="$build/demo.log"
+rm -f "$log"
+set -- "$@" "/Log=$(winepath -w "$log" 2>/dev/null)"
 (cd "$media" && exec wine "$exe" "$@") &
 runner=$!
 
@@ -73,6 +77,18 @@ if [ "$rc" = timeout ]; then
   echo "== stopped after ${elapsed} s (time limit)"
 else
   echo "== InstallWizard.exe ended after ${elapsed} s with exit code $code"
+fi
+
+# Where the wizard went and where it stopped.
+if [ -f "$log" ]; then
+  pages=$(tr -d '\r' < "$log" | grep -E 'HVWizardPopupWnd::ShowPage|CInstallWizard::RunWizard' | sed 's/^/   /')
+  if [ -n "$pages" ]; then
+    echo "== the wizard (from $log):"
+    echo "$pages"
+  else
+    echo "== the wizard did not start; the log's last lines:"
+    tr -d '\r' < "$log" | tail -5 | sed 's/^/   /'
+  fi
 fi
 
 # What the run left behind, if anything yet.
