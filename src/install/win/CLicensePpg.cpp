@@ -41,10 +41,10 @@ HVString CLicensePpg::ReadLicense(const HVString& setupFolder)
 
 bool CLicensePpg::CreateControls()
 {
-    HVLayoutSpec heading;
-    HVLayoutSpec box;
+    HVPlacement heading;
+    HVPlacement box;
     box.gap = 4;
-    box.cy = HVLayoutSpec::kFillHeight;
+    box.cy = HVPlacement::kFillHeight;
     return heading_.Create(*this, T(u"Please read the following license agreement carefully."), heading) &&
            license_.Create(*this, ReadLicense(InstallWizard().SetupFolder()), box);
 }

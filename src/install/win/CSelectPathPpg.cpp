@@ -12,12 +12,12 @@ CSelectPathPpg::CSelectPathPpg(CInstallWizard& wizard) : CWizardPropertyPage(wiz
 
 bool CSelectPathPpg::CreateControls()
 {
-    HVLayoutSpec prompt;
-    HVLayoutSpec label;
+    HVPlacement prompt;
+    HVPlacement label;
     label.gap = 10;
-    HVLayoutSpec edit;
+    HVPlacement edit;
     edit.gap = 2;
-    HVLayoutSpec note;
+    HVPlacement note;
     note.gap = 8;
     if (!prompt_.Create(*this, ProductText(u"Setup will install %s in the following folder."), prompt) ||
         !label_.Create(*this, T(u"Install to:"), label) ||

@@ -6,11 +6,11 @@
 
 bool CSetupTypeCustomPpg::CreateControls()
 {
-    HVLayoutSpec prompt;
-    HVLayoutSpec choice;
+    HVPlacement prompt;
+    HVPlacement choice;
     choice.x = 7;
     choice.gap = 8;
-    HVLayoutSpec description;
+    HVPlacement description;
     description.x = 19;
     description.gap = 1;
     if (!prompt_.Create(*this, T(u"Please select custom setup type."), prompt) ||

@@ -7,11 +7,11 @@
 
 bool CSetupTypePpg::CreateControls()
 {
-    HVLayoutSpec prompt;
-    HVLayoutSpec choice;
+    HVPlacement prompt;
+    HVPlacement choice;
     choice.x = 7;
     choice.gap = 8;
-    HVLayoutSpec description;
+    HVPlacement description;
     description.x = 19;
     description.gap = 1;
     if (!prompt_.Create(*this, T(u"Please select a setup type."), prompt) ||
@@ -24,7 +24,7 @@ bool CSetupTypePpg::CreateControls()
         return false;
     express_.SetChecked(true);
     if (InstallWizard().AutoInstallOffered()) {
-        HVLayoutSpec check;
+        HVPlacement check;
         check.gap = 14;
         autoInstall_ = std::make_unique<HVCheckBox>();
         if (!autoInstall_->Create(*this, T(u"Next time use Auto Install after 30 second timeout."), check))

@@ -1,8 +1,8 @@
 #include "toolkit/win/HVButton.h"
 
-bool HVButton::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, bool isDefault, int id)
+bool HVButton::Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, bool isDefault, int id)
 {
-    return CreateControl(parent, L"BUTTON", text, WS_TABSTOP | (isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON), 0, spec, id);
+    return CreateControl(parent, L"BUTTON", text, WS_TABSTOP | (isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON), 0, place, id);
 }
 
 void HVButton::SetDefault(bool isDefault)

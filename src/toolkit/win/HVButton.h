@@ -6,7 +6,7 @@
 class HVButton : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, bool isDefault = false, int id = 0);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, bool isDefault = false, int id = 0);
     void SetDefault(bool isDefault);
     // Presses the button as a click would.
     void Click();

@@ -3,9 +3,9 @@
 #include "toolkit/win/HVDialogUnits.h"
 #include "toolkit/win/HVTheme.h"
 
-bool HVCheckBox::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec)
+bool HVCheckBox::Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place)
 {
-    return CreateControl(parent, L"BUTTON", text, WS_TABSTOP | BS_AUTOCHECKBOX | BS_MULTILINE, 0, spec);
+    return CreateControl(parent, L"BUTTON", text, WS_TABSTOP | BS_AUTOCHECKBOX | BS_MULTILINE, 0, place);
 }
 
 bool HVCheckBox::IsChecked() const

@@ -6,7 +6,7 @@
 class HVCheckBox : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place);
     bool IsChecked() const;
     void SetChecked(bool checked);
     int AutoHeight(HDC dc, int width, const HVDialogUnits& units) const override;

@@ -11,10 +11,10 @@ HVControlWnd::~HVControlWnd()
 }
 
 bool HVControlWnd::CreateControl(HVLayoutWnd& parent, const wchar_t* className, const HVString& text, DWORD style,
-                                 DWORD exStyle, const HVLayoutSpec& spec, int id)
+                                 DWORD exStyle, const HVPlacement& place, int id)
 {
     id_ = id ? id : parent.NextControlId();
-    spec_ = spec;
+    place_ = place;
     hwnd_ = ::CreateWindowExW(exStyle, className, text.w(), style | WS_CHILD | WS_VISIBLE, 0, 0, 10, 10, parent.Hwnd(),
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id_)), ::GetModuleHandleW(nullptr), nullptr);
     if (!hwnd_) {

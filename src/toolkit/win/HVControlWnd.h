@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/win/HVLayoutSpec.h"
+#include "toolkit/win/HVPlacement.h"
 #include "toolkit/win/HVWnd.h"
 
 #include <functional>
@@ -17,8 +17,8 @@ public:
     ~HVControlWnd() override;
 
     int Id() const { return id_; }
-    const HVLayoutSpec& Spec() const { return spec_; }
-    void SetSpec(const HVLayoutSpec& spec) { spec_ = spec; }
+    const HVPlacement& Placement() const { return place_; }
+    void SetPlacement(const HVPlacement& place) { place_ = place; }
     // The theme element behind the control ("DialogBack" unless said otherwise).
     const HVString& Background() const { return background_; }
     void SetBackground(const HVString& element) { background_ = element; }
@@ -38,12 +38,12 @@ public:
 
 protected:
     bool CreateControl(HVLayoutWnd& parent, const wchar_t* className, const HVString& text, DWORD style,
-                       DWORD exStyle, const HVLayoutSpec& spec, int id = 0);
+                       DWORD exStyle, const HVPlacement& place, int id = 0);
     // Height of the wrapped text in the control's font.
     int TextHeight(HDC dc, int width) const;
 
     HVLayoutWnd* parent_ = nullptr;
-    HVLayoutSpec spec_;
+    HVPlacement place_;
     HVString background_ = u"DialogBack";
     int id_ = 0;
 };

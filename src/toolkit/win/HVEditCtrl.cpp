@@ -2,11 +2,11 @@
 
 #include "toolkit/win/HVTheme.h"
 
-bool HVEditCtrl::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec)
+bool HVEditCtrl::Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place)
 {
     background_ = u"Frame::Edit";
-    HVLayoutSpec sized = spec;
-    if (sized.cy == HVLayoutSpec::kAutoHeight)
+    HVPlacement sized = place;
+    if (sized.cy == HVPlacement::kAutoHeight)
         sized.cy = HVTheme::Current().Element(u"Frame::Edit").heightDlu;
     return CreateControl(parent, L"EDIT", text, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, sized);
 }

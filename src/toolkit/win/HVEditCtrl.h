@@ -7,6 +7,6 @@
 class HVEditCtrl : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place);
     void SelectAll();
 };

@@ -7,17 +7,17 @@
 #include <shobjidl.h>
 
 bool HVFilenameEdit::Create(HVLayoutWnd& parent, const HVString& text, const HVString& browseText,
-                            const HVLayoutSpec& spec)
+                            const HVPlacement& place)
 {
     const int buttonWidth = HVTheme::Current().Element(u"Frame::Button").widthDlu;
-    HVLayoutSpec editSpec = spec;
-    editSpec.cx = -(buttonWidth + 4);
-    HVLayoutSpec buttonSpec;
-    buttonSpec.x = -buttonWidth;
-    buttonSpec.cx = buttonWidth;
-    buttonSpec.cy = HVTheme::Current().Element(u"Frame::Edit").heightDlu;
-    buttonSpec.sameRow = true;
-    if (!edit_.Create(parent, text, editSpec) || !browse_.Create(parent, browseText, buttonSpec))
+    HVPlacement editPlace = place;
+    editPlace.cx = -(buttonWidth + 4);
+    HVPlacement buttonPlace;
+    buttonPlace.x = -buttonWidth;
+    buttonPlace.cx = buttonWidth;
+    buttonPlace.cy = HVTheme::Current().Element(u"Frame::Edit").heightDlu;
+    buttonPlace.sameRow = true;
+    if (!edit_.Create(parent, text, editPlace) || !browse_.Create(parent, browseText, buttonPlace))
         return false;
     browse_.onChange = [this] { Browse(); };
     return true;

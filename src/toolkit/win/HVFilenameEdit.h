@@ -8,7 +8,7 @@
 class HVFilenameEdit
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVString& browseText, const HVLayoutSpec& spec);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVString& browseText, const HVPlacement& place);
 
     HVString GetText() const { return edit_.GetText(); }
     void SetText(const HVString& text) { edit_.SetText(text); }

@@ -6,9 +6,9 @@
 
 #include <vector>
 
-bool HVImageCtrl::Create(HVLayoutWnd& parent, const HVLayoutSpec& spec)
+bool HVImageCtrl::Create(HVLayoutWnd& parent, const HVPlacement& place)
 {
-    return CreateControl(parent, L"STATIC", u"", SS_OWNERDRAW, 0, spec);
+    return CreateControl(parent, L"STATIC", u"", SS_OWNERDRAW, 0, place);
 }
 
 bool HVImageCtrl::LoadFile(const HVString& path)

@@ -8,7 +8,7 @@
 class HVImageCtrl : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVLayoutSpec& spec);
+    bool Create(HVLayoutWnd& parent, const HVPlacement& place);
     // False (and the picture cleared) when the file can't be read or decoded.
     bool LoadFile(const HVString& path);
     bool HasImage() const { return bitmap_.IsValid(); }

@@ -80,19 +80,19 @@ void HVLayoutWnd::PlaceControls(const RECT& area, bool measureOnly, int* usedHei
     int fixedHeight = 0;
     int rowHeight = 0;
     for (size_t i = 0; i < controls_.size(); ++i) {
-        const HVLayoutSpec& spec = controls_[i]->Spec();
+        const HVPlacement& place = controls_[i]->Placement();
         Placement& p = placements[i];
-        p.left = spec.x >= 0 ? units_.X(spec.x) : width - units_.X(-spec.x);
-        p.width = spec.cx > 0 ? units_.X(spec.cx) : width - units_.X(-spec.cx) - p.left;
+        p.left = place.x >= 0 ? units_.X(place.x) : width - units_.X(-place.x);
+        p.width = place.cx > 0 ? units_.X(place.cx) : width - units_.X(-place.cx) - p.left;
         p.width = std::max(p.width, 1);
-        if (spec.cy > 0)
-            p.height = units_.Y(spec.cy);
-        else if (spec.cy == HVLayoutSpec::kAutoHeight)
+        if (place.cy > 0)
+            p.height = units_.Y(place.cy);
+        else if (place.cy == HVPlacement::kAutoHeight)
             p.height = controls_[i]->AutoHeight(dc, p.width, units_);
         else
             p.height = 0;
-        if (!spec.sameRow) {
-            fixedHeight += rowHeight + units_.Y(spec.gap);
+        if (!place.sameRow) {
+            fixedHeight += rowHeight + units_.Y(place.gap);
             rowHeight = 0;
         }
         rowHeight = std::max(rowHeight, p.height);
@@ -101,7 +101,7 @@ void HVLayoutWnd::PlaceControls(const RECT& area, bool measureOnly, int* usedHei
     ::ReleaseDC(hwnd_, dc);
     bool hasFill = false;
     for (const HVControlWnd* control : controls_)
-        hasFill = hasFill || control->Spec().cy == HVLayoutSpec::kFillHeight;
+        hasFill = hasFill || control->Placement().cy == HVPlacement::kFillHeight;
 
     const int fill = std::max(static_cast<int>(area.bottom - area.top) - fixedHeight, units_.Y(24));
     // A filling control needs room for a few lines at least.
@@ -115,12 +115,12 @@ void HVLayoutWnd::PlaceControls(const RECT& area, bool measureOnly, int* usedHei
     int rowTop = area.top;
     rowHeight = 0;
     for (size_t i = 0; i < controls_.size(); ++i) {
-        const HVLayoutSpec& spec = controls_[i]->Spec();
+        const HVPlacement& place = controls_[i]->Placement();
         Placement& p = placements[i];
-        if (spec.cy == HVLayoutSpec::kFillHeight)
+        if (place.cy == HVPlacement::kFillHeight)
             p.height = fill;
-        if (!spec.sameRow) {
-            y = rowTop + rowHeight + units_.Y(spec.gap);
+        if (!place.sameRow) {
+            y = rowTop + rowHeight + units_.Y(place.gap);
             rowTop = y;
             rowHeight = 0;
         }

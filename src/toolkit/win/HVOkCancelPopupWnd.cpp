@@ -15,15 +15,15 @@ bool HVOkCancelPopupWnd::OnCreatePopup()
     if (!CreateContent())
         return false;
     const HVThemeElement button = HVTheme::Current().Element(u"Frame::Button");
-    HVLayoutSpec okSpec;
-    okSpec.gap = 10;
-    okSpec.x = -(2 * button.widthDlu + 4);
-    okSpec.cx = button.widthDlu;
-    okSpec.cy = button.heightDlu;
-    HVLayoutSpec cancelSpec = okSpec;
-    cancelSpec.x = -button.widthDlu;
-    cancelSpec.sameRow = true;
-    if (!ok_.Create(*this, okText, okSpec, true, IDOK) || !cancel_.Create(*this, cancelText, cancelSpec, false, IDCANCEL))
+    HVPlacement okPlace;
+    okPlace.gap = 10;
+    okPlace.x = -(2 * button.widthDlu + 4);
+    okPlace.cx = button.widthDlu;
+    okPlace.cy = button.heightDlu;
+    HVPlacement cancelPlace = okPlace;
+    cancelPlace.x = -button.widthDlu;
+    cancelPlace.sameRow = true;
+    if (!ok_.Create(*this, okText, okPlace, true, IDOK) || !cancel_.Create(*this, cancelText, cancelPlace, false, IDCANCEL))
         return false;
     ok_.onChange = [this] {
         if (OnOk())

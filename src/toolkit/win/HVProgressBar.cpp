@@ -4,11 +4,11 @@
 
 #include <commctrl.h>
 
-bool HVProgressBar::Create(HVLayoutWnd& parent, const HVLayoutSpec& spec, int range)
+bool HVProgressBar::Create(HVLayoutWnd& parent, const HVPlacement& place, int range)
 {
     static const bool ready = HVToolkit::Initialize();
     (void)ready;
-    if (!CreateControl(parent, PROGRESS_CLASSW, u"", 0, 0, spec))
+    if (!CreateControl(parent, PROGRESS_CLASSW, u"", 0, 0, place))
         return false;
     ::SendMessageW(hwnd_, PBM_SETRANGE32, 0, range);
     return true;

@@ -6,7 +6,7 @@
 class HVProgressBar : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVLayoutSpec& spec, int range = 100);
+    bool Create(HVLayoutWnd& parent, const HVPlacement& place, int range = 100);
     void SetPosition(int position);
     int Position() const;
 };

@@ -3,10 +3,10 @@
 #include "toolkit/win/HVDialogUnits.h"
 #include "toolkit/win/HVTheme.h"
 
-bool HVRadioButton::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, bool firstOfGroup)
+bool HVRadioButton::Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, bool firstOfGroup)
 {
     return CreateControl(parent, L"BUTTON", text,
-                         BS_AUTORADIOBUTTON | BS_MULTILINE | (firstOfGroup ? (WS_GROUP | WS_TABSTOP) : 0), 0, spec);
+                         BS_AUTORADIOBUTTON | BS_MULTILINE | (firstOfGroup ? (WS_GROUP | WS_TABSTOP) : 0), 0, place);
 }
 
 bool HVRadioButton::IsChecked() const

@@ -7,7 +7,7 @@
 class HVRadioButton : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, bool firstOfGroup);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, bool firstOfGroup);
     bool IsChecked() const;
     void SetChecked(bool checked);
     int AutoHeight(HDC dc, int width, const HVDialogUnits& units) const override;

@@ -2,9 +2,9 @@
 
 #include "toolkit/win/HVLayoutWnd.h"
 
-bool HVStaticText::Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, int id)
+bool HVStaticText::Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, int id)
 {
-    return CreateControl(parent, L"STATIC", text, SS_LEFT | SS_NOPREFIX, 0, spec, id);
+    return CreateControl(parent, L"STATIC", text, SS_LEFT | SS_NOPREFIX, 0, place, id);
 }
 
 void HVStaticText::SetBold(bool bold)

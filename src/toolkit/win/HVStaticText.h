@@ -6,7 +6,7 @@
 class HVStaticText : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec, int id = 0);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place, int id = 0);
     // Bold, for headings.
     void SetBold(bool bold);
 };

@@ -7,5 +7,5 @@
 class HVTextBox : public HVControlWnd
 {
 public:
-    bool Create(HVLayoutWnd& parent, const HVString& text, const HVLayoutSpec& spec);
+    bool Create(HVLayoutWnd& parent, const HVString& text, const HVPlacement& place);
 };

@@ -58,7 +58,7 @@ int HVWizardPopupWnd::Run(HWND owner)
 
 bool HVWizardPopupWnd::OnCreatePopup()
 {
-    HVLayoutSpec none;
+    HVPlacement none;
     if (!title_.Create(*this, u"", none, kTitleId) || !subtitle_.Create(*this, u"", none, kSubtitleId) ||
         !back_.Create(*this, backText_, none, false, kBackId) || !next_.Create(*this, nextText_, none, true, kNextId) ||
         !cancel_.Create(*this, cancelText_, none, false, kCancelId))

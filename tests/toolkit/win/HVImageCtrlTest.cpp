@@ -15,7 +15,7 @@ public:
     bool Make() { return CreatePopup(nullptr, u"Pictures", WS_POPUP | WS_CAPTION); }
 
 protected:
-    bool CreateContent() override { return image.Create(*this, HVLayoutSpec{.cx = 100, .cy = 60}); }
+    bool CreateContent() override { return image.Create(*this, HVPlacement{.cx = 100, .cy = 60}); }
 };
 
 TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)

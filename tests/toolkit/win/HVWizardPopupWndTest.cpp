@@ -28,11 +28,11 @@ public:
 
     bool CreateControls() override
     {
-        HVLayoutSpec prompt;
-        HVLayoutSpec choice{.x = 7, .gap = 8};
-        HVLayoutSpec text{.x = 19, .gap = 1};
-        HVLayoutSpec edit{.gap = 6};
-        HVLayoutSpec box{.gap = 4, .cy = HVLayoutSpec::kFillHeight};
+        HVPlacement prompt;
+        HVPlacement choice{.x = 7, .gap = 8};
+        HVPlacement text{.x = 19, .gap = 1};
+        HVPlacement edit{.gap = 6};
+        HVPlacement box{.gap = 4, .cy = HVPlacement::kFillHeight};
         return prompt_.Create(*this, u"Please select a setup type.", prompt) &&
                first_.Create(*this, u"Express", choice, true) &&
                firstText_.Create(*this,

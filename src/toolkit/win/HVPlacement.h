@@ -7,7 +7,7 @@
 //   cy     height; kAutoHeight: as high as its wrapped text needs (at least one line);
 //          kFillHeight: whatever the rows below leave free.
 //   sameRow  sits on the previous control's row instead of starting a new one.
-struct HVLayoutSpec
+struct HVPlacement
 {
     static constexpr int kAutoHeight = 0;
     static constexpr int kFillHeight = -1;
