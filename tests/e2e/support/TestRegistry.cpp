@@ -106,6 +106,21 @@ bool RegDeleteKeyTree(HKEY root, const std::wstring& path, HVRegView view)
     return !RegKeyExists(root, path, view);
 }
 
+bool RegDeleteKeyTreeAndEmptyParents(HKEY root, const std::wstring& path, HVRegView view)
+{
+    if (!RegDeleteKeyTree(root, path, view))
+        return false;
+    std::wstring parent = path;
+    for (size_t cut; (cut = parent.find_last_of(L'\\')) != std::wstring::npos;) {
+        parent.resize(cut);
+        if (_wcsicmp(parent.c_str(), L"Software") == 0 || !RegKeyExists(root, parent, view) ||
+            !RegSubKeys(root, parent, view).empty() || !RegValueNames(root, parent, view).empty())
+            break;
+        RegDeleteKeyTree(root, parent, view);
+    }
+    return true;
+}
+
 bool RegDeleteValueIfPresent(HKEY root, const std::wstring& path, const std::wstring& name, HVRegView view)
 {
     HVRegKey key;

@@ -32,6 +32,10 @@ bool RegSetString(HKEY root, const std::wstring& path, const std::wstring& name,
 bool RegSetDword(HKEY root, const std::wstring& path, const std::wstring& name, DWORD value,
                  HVRegView view = HVRegView::Native);
 bool RegDeleteKeyTree(HKEY root, const std::wstring& path, HVRegView view = HVRegView::Native);
+// Deletes the key with everything below it, then each parent up to (not including) "Software"
+// that is left with no subkeys and no values: a test that made "Software\Halvard\..." leaves
+// the machine as a fresh one, where the product's keys don't exist at all.
+bool RegDeleteKeyTreeAndEmptyParents(HKEY root, const std::wstring& path, HVRegView view = HVRegView::Native);
 bool RegDeleteValueIfPresent(HKEY root, const std::wstring& path, const std::wstring& name,
                              HVRegView view = HVRegView::Native);
 }

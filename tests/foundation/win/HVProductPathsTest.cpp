@@ -6,6 +6,7 @@
 #include "foundation/win/HVLoadLibrary.h"
 
 #include "TestPaths.h"
+#include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -24,11 +25,8 @@ class HVProductPathsTest : public ::testing::Test
 protected:
     void TearDown() override
     {
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
-            HVRegKey key;
-            if (key.Open(HKEY_LOCAL_MACHINE, kInstallations, KEY_ALL_ACCESS, view))
-                key.DeleteSubKeyTree(kTestInstallation);
-        }
+        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
+            e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, (kInstallations + u"\\" + kTestInstallation).w(), view);
     }
     void Record(HVRegView view, const HVString& path)
     {

@@ -4,17 +4,20 @@
 
 namespace
 {
-// Each test works below its own key and removes it, so tests don't depend on each other.
+// Each test works below its own key, outside the product's "Software\\Halvard" (which other
+// tests expect to find as a fresh machine has it), and removes it afterwards.
 class HVRegKeyTest : public ::testing::Test
 {
 protected:
-    const HVString root = u"Software\\Halvard\\IW Unit Tests\\HVRegKey";
+    const HVString root = u"Software\\IW Unit Tests\\HVRegKey";
     void TearDown() override
     {
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
-            HVRegKey parent;
-            if (parent.Open(HKEY_CURRENT_USER, u"Software\\Halvard\\IW Unit Tests", KEY_ALL_ACCESS, view))
-                parent.DeleteSubKeyTree(u"HVRegKey");
+        for (HKEY hive : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+                HVRegKey software;
+                if (software.Open(hive, u"Software", KEY_ALL_ACCESS, view))
+                    software.DeleteSubKeyTree(u"IW Unit Tests");
+            }
         }
     }
 };
@@ -71,22 +74,23 @@ TEST_F(HVRegKeyTest, ValuesRoundTripByType)
 TEST_F(HVRegKeyTest, ViewsAreSeparate)
 {
     HVRegKey k64, k32;
-    ASSERT_TRUE(k64.Create(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key64));
-    ASSERT_TRUE(k32.Create(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key32));
+    ASSERT_TRUE(k64.Create(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key64));
+    ASSERT_TRUE(k32.Create(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key32));
     ASSERT_TRUE(k64.SetString(u"Path", u"64"));
     ASSERT_TRUE(k32.SetString(u"Path", u"32"));
     HVString a, b;
     HVRegKey r64, r32;
-    ASSERT_TRUE(r64.Open(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\IW Unit Tests\\HVRegKey", KEY_READ, HVRegView::Native));
-    ASSERT_TRUE(r32.Open(HKEY_LOCAL_MACHINE, u"Software\\WOW6432Node\\Halvard\\IW Unit Tests\\HVRegKey"));
+    ASSERT_TRUE(r64.Open(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_READ, HVRegView::Native));
+    ASSERT_TRUE(r32.Open(HKEY_LOCAL_MACHINE, u"Software\\WOW6432Node\\IW Unit Tests\\HVRegKey"));
     EXPECT_TRUE(r64.QueryString(u"Path", a));
     EXPECT_TRUE(r32.QueryString(u"Path", b));
     EXPECT_EQ(a, u"64");
     EXPECT_EQ(b, u"32");
     for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
         HVRegKey parent;
-        ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\IW Unit Tests", KEY_ALL_ACCESS, view));
+        ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests", KEY_ALL_ACCESS, view));
         EXPECT_TRUE(parent.DeleteSubKeyTree(u"HVRegKey"));
+        EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", view));
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include "TestPaths.h"
 
+#include "TestRegistry.h"
+
 #include <gtest/gtest.h>
 
 namespace
@@ -117,9 +119,7 @@ TEST_F(CProductIdentityTest, EarlierInstallationFromTheInstallationRecord)
         ASSERT_TRUE(record.SetString(u"Path", install + u"Sonora.exe"));
     }
     EXPECT_EQ(CProductIdentity(setup).GetEarlierInstallationFolder(), install);
-    HVRegKey parent;
-    ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\Corvale\\Installations", KEY_ALL_ACCESS));
-    EXPECT_TRUE(parent.DeleteSubKeyTree(u"Sonora 32"));
+    EXPECT_TRUE(e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, key.w()));
 }
 
 // A stand-in for the running product: a top-level "LWFrame" window that closes on WM_CLOSE.

@@ -224,8 +224,9 @@ TEST(RunProgram, PumpsTheCallersMessagesWhileWaiting)
 
     // And without pumping they wait.
     ticks = 0;
+    LineCollector log;
     const UINT_PTR second = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
-    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode));
+    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode)) << Joined(log.Lines());
     ::KillTimer(nullptr, second);
     EXPECT_EQ(ticks, 0);
     MSG msg;
