@@ -75,7 +75,12 @@ void CLicensePpg::OnShowPage()
 
 void CLicensePpg::OnHidePage()
 {
+    // Left before the start timer went off (a quick Accept): its reading and its clean-up
+    // still happen, without moving on or counting down.
+    const bool startPending = started_ && !startDone_;
     StopTimers();
+    if (startPending)
+        Start(true);
 }
 
 void CLicensePpg::StopTimers()
@@ -89,9 +94,10 @@ void CLicensePpg::StopTimers()
     }
 }
 
-void CLicensePpg::Start()
+void CLicensePpg::Start(bool leaving)
 {
     ::KillTimer(Hwnd(), kStartTimer);
+    startDone_ = true;
     CInstallWizard& wizard = InstallWizard();
     // Later pages need to know whether there is an earlier installation.
     wizard.EarlierInstallationFolder();
@@ -103,13 +109,16 @@ void CLicensePpg::Start()
 
     switch (CWizardRules::OnWelcomeStart(Options(), wizard.AutoInstallOffered(), runAutoInstall)) {
     case CWizardRules::WelcomeStart::MoveOn:
-        wizard.PressNext();
+        if (!leaving)
+            wizard.PressNext();
         break;
     case CWizardRules::WelcomeStart::ForgetAutoInstall:
         if (installer.IsOpen() && installer.HasValue(u"Run Auto Install"))
             installer.DeleteValue(u"Run Auto Install");
         break;
     case CWizardRules::WelcomeStart::StartCountdown:
+        if (leaving)
+            break;
         HVLog::Write(HVLog::kInfo, "CLicensePpg::Start", u"Auto install in %d seconds", g_countdown);
         countingDown_ = true;
         ::SetTimer(Hwnd(), kAutoInstallTimer, kAutoInstallMs / TimerDivisor(), nullptr);
@@ -124,7 +133,7 @@ void CLicensePpg::OnTimer(UINT_PTR id)
 {
     switch (id) {
     case kStartTimer:
-        Start();
+        Start(false);
         break;
     case kCountdownTimer:
         InstallWizard().SetText(CWizardRules::CountdownTitle(Product().GetDisplayName(), g_countdown));

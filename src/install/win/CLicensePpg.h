@@ -38,11 +38,13 @@ public:
     static HVString ReadLicense(const HVString& setupFolder);
 
 private:
-    void Start();
+    // Timer 1's work; `leaving`: the page is being left, so neither move on nor count down.
+    void Start(bool leaving);
     void StopTimers();
 
     HVStaticText heading_;
     HVTextBox license_;
     bool started_ = false;
+    bool startDone_ = false;
     bool countingDown_ = false;
 };
