@@ -503,14 +503,10 @@ TEST_F(Startup, LogWithoutAPathGoesToADatedFileInTemp)
 
     e2e::RunOptions options;
     options.setupFolder = setupFolder_;
+    // A silent run passes every page by itself, so the whole run to its exit is in the log.
     options.commandLine = L"/Log /Silent /DistributorID  ACME ";
-    options.onPoll = [&](DWORD) {
-        const auto names = logs();
-        return names.empty() || ReadLog(folder + names[0]).find(kPassed) == std::wstring::npos;
-    };
     const e2e::RunResult result = e2e::ProgramDriver(options).Run();
-    ASSERT_TRUE(result.ExitedWith(kExitInstalled) || result.outcome == e2e::RunOutcome::PollFailed)
-        << result.Describe();
+    ASSERT_TRUE(result.ExitedWith(kExitInstalled)) << result.Describe();
     const auto names = logs();
     ASSERT_EQ(names.size(), 1u);
     const std::wstring log = ReadLog(folder + names[0]);
