@@ -121,8 +121,13 @@ public:
     {
         for (const Run& run : runs) {
             const auto it = run.counters.find("MB/s");
-            if (it != run.counters.end() && run.run_type == Run::RT_Iteration)
-                g_rates[run.benchmark_name()] = it->second.value;
+            if (it == run.counters.end())
+                continue;
+            // With --benchmark_repetitions the median stands for the runs (it comes last).
+            if (run.run_type == Run::RT_Iteration)
+                g_rates[run.run_name.function_name] = it->second.value;
+            else if (run.aggregate_name == "median")
+                g_rates[run.run_name.function_name] = it->second.value;
         }
         ConsoleReporter::ReportRuns(runs);
     }
