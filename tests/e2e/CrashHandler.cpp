@@ -3,6 +3,8 @@
 // handler program for two threads crashing at once.
 #include "E2ESupport.h"
 
+#include "FolderTree.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -12,20 +14,6 @@
 
 namespace
 {
-std::string ReadFile(const std::wstring& path)
-{
-    std::string text;
-    if (FILE* file = _wfopen(path.c_str(), L"rb"))
-    {
-        char buffer[4096];
-        size_t read;
-        while ((read = std::fread(buffer, 1, sizeof(buffer), file)) > 0)
-            text.append(buffer, read);
-        std::fclose(file);
-    }
-    return text;
-}
-
 int Count(const std::string& text, const std::string& what)
 {
     int count = 0;
@@ -80,9 +68,9 @@ Crash RunCrash(const std::wstring& mode)
     ::GetExitCodeProcess(process.hProcess, &crash.exitCode);
     ::CloseHandle(process.hThread);
     ::CloseHandle(process.hProcess);
-    crash.log = ReadFile(logPath);
+    crash.log = e2e::ReadFileText(logPath);
     const std::wstring report = e2e::TestProgramFolder() + L"HVCrashInfo" + std::to_wstring(crash.processId) + L".txt";
-    crash.report = ReadFile(report);
+    crash.report = e2e::ReadFileText(report);
     ::DeleteFileW(report.c_str());
     return crash;
 }

@@ -203,4 +203,11 @@ bool ReadFileBytes(const std::wstring& path, std::string& bytes)
         bytes.append(buffer, got);
     return true;
 }
+
+std::string ReadFileText(const std::wstring& path)
+{
+    std::string bytes;
+    ReadFileBytes(path, bytes);
+    return bytes;
+}
 }

@@ -44,4 +44,6 @@ bool MakeFolder(const std::wstring& folder);
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
 // Reads a whole file; false when it can't be read.
 bool ReadFileBytes(const std::wstring& path, std::string& bytes);
+// The same for checks that only look at the text: empty when the file can't be read.
+std::string ReadFileText(const std::wstring& path);
 }

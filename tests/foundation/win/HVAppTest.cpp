@@ -5,6 +5,8 @@
 #include "foundation/HVLog.h"
 #include "foundation/win/HVUniqueResource.h"
 
+#include "FolderTree.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -54,20 +56,6 @@ HWND MakeWindow()
     ::RegisterClassW(&windowClass);
     return ::CreateWindowW(L"HVAppTestWindow", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance,
                            nullptr);
-}
-
-std::string ReadAll(const HVString& path)
-{
-    std::string text;
-    if (FILE* file = _wfopen(path.w(), L"rb"))
-    {
-        char buffer[4096];
-        size_t read;
-        while ((read = std::fread(buffer, 1, sizeof(buffer), file)) > 0)
-            text.append(buffer, read);
-        std::fclose(file);
-    }
-    return text;
 }
 
 HVString TempFile(const wchar_t* name)
@@ -144,7 +132,7 @@ TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
             thread.join();
         logger.Write(1, "Test::Last", u"done");
     }
-    const std::string text = ReadAll(path);
+    const std::string text = e2e::ReadFileText(path.w());
     int lines = 0;
     size_t start = 0;
     while (start < text.size())

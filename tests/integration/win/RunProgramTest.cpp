@@ -3,6 +3,8 @@
 #include "foundation/HVLog.h"
 #include "foundation/IHVLogger.h"
 
+#include "FolderTree.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -56,20 +58,6 @@ HVString BinFolder()
 }
 
 HVString ExitLater() { return BinFolder() + u"ExitLater.exe"; }
-
-std::string ReadUtf8(const HVString& path)
-{
-    std::string text;
-    if (FILE* file = _wfopen(path.w(), L"rb"))
-    {
-        char buffer[4096];
-        size_t read;
-        while ((read = std::fread(buffer, 1, sizeof(buffer), file)) > 0)
-            text.append(buffer, read);
-        std::fclose(file);
-    }
-    return text;
-}
 
 std::string Joined(const std::vector<std::string>& lines)
 {
@@ -165,7 +153,7 @@ TEST(RunProgram, PathWithBlanksIsQuotedAndParametersArrive)
     int exitCode = 0;
     ASSERT_TRUE(RunProgram(copy, HVString::Format(u"9 0 \"%s\"", marker), SW_HIDE, true, false, &exitCode));
     EXPECT_EQ(exitCode, 9);
-    const std::string line = ReadUtf8(marker);
+    const std::string line = e2e::ReadFileText(marker.w());
     EXPECT_NE(line.find("\"" + copy.ToUtf8() + "\" 9 0"), std::string::npos) << line;
     ::DeleteFileW(marker.w());
     ::DeleteFileW(copy.w());
