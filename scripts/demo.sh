@@ -25,6 +25,9 @@ if [ -n "${DISPLAY:-}" ] && xdotool getdisplaygeometry >/dev/null 2>&1; then
 fi
 
 wineserver -p 60
+# Wine's own services inherit the first Wine program's output and hold it open while the
+# server lives: start them on /dev/null so that "make demo | tail" returns.
+wine cmd.exe /c exit 0 </dev/null >/dev/null 2>&1 || true
 restore_driver() {
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
   # End the prefix's processes (the desktop process still holds the display driver) and let
