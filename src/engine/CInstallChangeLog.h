@@ -1,0 +1,50 @@
+#pragma once
+
+#include "foundation/HVString.h"
+
+#include <cstdint>
+#include <vector>
+
+// One change that the install made to the machine, with what was there before, so that an
+// uninstall can undo exactly what was done and give back what was replaced.
+struct InstallChange
+{
+    enum class Kind
+    {
+        FileWritten,     // path: the file; existedBefore: it replaced a file
+        FileDeleted,     // path: the file that was removed (now or at the next restart)
+        FolderCreated,   // path: a folder that did not exist (with a backslash)
+        FolderDeleted,   // path: a folder removed with its contents
+        KeyCreated,      // path: "HKLM\..."/"HKCU\..." key that did not exist
+        KeyDeleted,      // path: the key removed with everything below it
+        ValueWritten,    // path: the key; name: the value; before: its old data when existedBefore
+        ValueDeleted,    // path: the key; name: the value; before: its old data
+    };
+
+    Kind kind = Kind::FileWritten;
+    HVString path;
+    HVString name;
+    bool existedBefore = false;
+    HVString before;
+    // The change waits for the next restart or logon (a deferred file operation).
+    bool deferred = false;
+};
+
+// The one place where the engine notes every change it makes: files, folders, registry keys
+// and values. The writers call Note right after the change took effect; nothing here touches
+// the machine. Held by the wizard for the whole run.
+class CInstallChangeLog
+{
+public:
+    void Note(const InstallChange& change);
+    void NoteFile(const HVString& path, bool existedBefore, bool deferred = false);
+    void NoteDeleted(const HVString& path, bool deferred = false);
+
+    const std::vector<InstallChange>& Changes() const { return changes_; }
+    // How many changes of a kind were noted (for logs and tests).
+    size_t Count(InstallChange::Kind kind) const;
+    static const char16_t* KindName(InstallChange::Kind kind);
+
+private:
+    std::vector<InstallChange> changes_;
+};

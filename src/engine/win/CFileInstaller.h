@@ -1,0 +1,76 @@
+#pragma once
+
+#include "engine/CCopyRules.h"
+#include "foundation/HVString.h"
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+class CDeferredOperations;
+class CInstallChangeLog;
+class IInstallProgress;
+
+// Copies the product's files from the setup folder by the copy rules and cleans the install
+// folder of what earlier versions left. No destination file is ever missing or half-written:
+// a file is copied to a temporary name beside its destination and put in place by one rename
+// that replaces the old file, so a process ended at any moment leaves the old or the new file,
+// and a rerun completes the install. A file in use is deferred (CDeferredOperations).
+class CFileInstaller
+{
+public:
+    // Outcome of one file.
+    enum class CopyResult
+    {
+        Copied,    // the new file is in place
+        Skipped,   // version check: the installed file is as new or newer; or the same file
+        Deferred,  // in use: replaced at restart or journaled
+        Failed,    // neither copied nor deferred (the old file, if any, is untouched)
+    };
+
+    CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes);
+
+    // The folder the program files go to (with a backslash); used by the server stop and the
+    // cleaning.
+    void SetInstallFolder(const HVString& installFolder) { installFolder_ = installFolder; }
+    const HVString& InstallFolder() const { return installFolder_; }
+
+    // Every file under `sourceFolder` to the same relative path under `destinationFolder`.
+    // Progress 0..100 by bytes; the message queue is drained before each file. False when the
+    // source folder can't be read; a file that fails is deferred, never reported here.
+    bool CopyTree(const HVString& sourceFolder, const HVString& destinationFolder, int32_t mode,
+                  IInstallProgress& progress);
+    // One file by the rule of `mode`.
+    CopyResult CopyFile(const HVString& source, const HVString& destination, int32_t mode);
+
+    // Same as CopyFile without deferral, for the core files that must be in place now (the
+    // launcher): a file in use gives Failed with `inUse` set, so the caller can ask the user.
+    CopyResult CopyCoreFile(const HVString& source, const HVString& destination, bool* inUse = nullptr);
+
+    // The cleaning step: the retired files and folders, the retired registry records (the
+    // callback, when set), the data folders when `cleanData`, the saved views, the staging
+    // folder and the journal key under `productRegistryRoot`, and the install description's
+    // obsolete files (`obsoleteFiles`, ";"-separated, relative to the install folder).
+    void CleanInstallFolder(bool cleanData, const HVString& obsoleteFiles, const HVString& productRegistryRoot,
+                            IInstallProgress& progress, const std::function<void()>& removeRetiredRecords = {});
+
+    // Copied modules that export DllRegisterServer, in copy order, to be registered once all
+    // files are in place.
+    const std::vector<HVString>& FilesToRegister() const { return filesToRegister_; }
+    // Counts since the object was made, for the log and the benchmark.
+    uint64_t BytesCopied() const { return bytesCopied_; }
+    int32_t FilesCopied() const { return filesCopied_; }
+
+    // The temporary name a file is copied to before it is put in place; a leftover one from an
+    // ended run is removed when its file is copied again.
+    static HVString TemporaryName(const HVString& destination);
+
+private:
+    CDeferredOperations& deferred_;
+    CInstallChangeLog& changes_;
+    HVString installFolder_;
+    HVString lastFolderMade_;
+    std::vector<HVString> filesToRegister_;
+    uint64_t bytesCopied_ = 0;
+    int32_t filesCopied_ = 0;
+};
