@@ -19,3 +19,9 @@ HVString HVTranslator::Translate(const HVString& english)
     HVString translated = translator->Translate(english);
     return translated.IsEmpty() ? english : translated;
 }
+
+HVString HVTranslator::DisplayLanguage()
+{
+    const IHVTranslator* translator = Get();
+    return translator ? translator->DisplayLanguage() : HVString(u"English");
+}

@@ -10,4 +10,6 @@ public:
     static void Set(const IHVTranslator* translator);
     static const IHVTranslator* Get();
     static HVString Translate(const HVString& english);
+    // "English" with no translator installed.
+    static HVString DisplayLanguage();
 };

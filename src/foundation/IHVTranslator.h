@@ -8,6 +8,8 @@ class IHVTranslator
 {
 public:
     virtual HVString Translate(const HVString& english) const = 0;
+    // The language's own name ("Deutsch"), used to pick language-specific setup pictures.
+    virtual HVString DisplayLanguage() const { return HVString(u"English"); }
 
 protected:
     ~IHVTranslator() = default;

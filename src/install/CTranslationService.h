@@ -72,6 +72,7 @@ public:
     // The current language's text for an English text; the English text itself when the
     // language has none (and always for English).
     HVString Translate(const HVString& english) const override;
+    HVString DisplayLanguage() const override { return name_; }
 
     // "English"/"en" until a language file has been loaded.
     const HVString& LanguageName() const { return name_; }

@@ -3,6 +3,10 @@
 #include "engine/CCopyRules.h"
 #include "foundation/HVString.h"
 
+// <windows.h> first, as for HVFileSystem: it maps CopyFile to CopyFileW, and every user of
+// this header must see the same member names.
+#include <windows.h>
+
 #include <cstdint>
 #include <functional>
 #include <vector>

@@ -41,6 +41,24 @@ void HVApp::DispatchTracked(const MSG& msg)
     currentLParam_ = outerLParam;
 }
 
+bool HVApp::PumpThreadMessages()
+{
+    if (HVApp* app = Get())
+        return app->PumpWaitingMessages();
+    MSG msg;
+    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
+    {
+        if (msg.message == WM_QUIT)
+        {
+            ::PostQuitMessage(static_cast<int>(msg.wParam));
+            return false;
+        }
+        ::TranslateMessage(&msg);
+        ::DispatchMessageW(&msg);
+    }
+    return true;
+}
+
 bool HVApp::PumpWaitingMessages()
 {
     MSG msg;

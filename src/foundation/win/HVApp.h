@@ -32,6 +32,9 @@ public:
     // Dispatches every waiting message of the calling thread; false when WM_QUIT was among
     // them (it is posted again, so an outer loop still sees it).
     bool PumpWaitingMessages();
+    // The same for any caller, with or without an application object (tests): the application's
+    // tracked dispatch when there is one.
+    static bool PumpThreadMessages();
 
 private:
     IHVLogger* logger_ = nullptr;

@@ -5,6 +5,8 @@
 
 #include <shlobj.h>
 
+#include <mutex>
+
 namespace
 {
 constexpr HVRegView kViewOrder[] = {HVRegView::Native, HVRegView::Key32};
@@ -17,6 +19,24 @@ HVString ShellFolder(int csidl)
     path.ReleaseBuffer(ok ? -1 : 0);
     return HVFileSystemPath::AddBackslash(path);
 }
+}
+
+namespace
+{
+std::mutex g_installFolderLock;
+HVString g_installFolder;
+}
+
+void HVProductPaths::SetInstallFolder(const HVString& installFolder)
+{
+    const std::lock_guard<std::mutex> lock(g_installFolderLock);
+    g_installFolder = installFolder;
+}
+
+HVString HVProductPaths::GetInstallFolder()
+{
+    const std::lock_guard<std::mutex> lock(g_installFolderLock);
+    return g_installFolder;
 }
 
 HVString HVProductPaths::FolderOfInstallationPath(const HVString& path)

@@ -34,6 +34,11 @@ public:
     // The folder of a "Path" value: the value itself when it names a folder, else its folder part.
     static HVString FolderOfInstallationPath(const HVString& path);
 
+    // The folder of the installation this process installs or serves, set once the
+    // destination is known; empty before. Safe from any thread.
+    static void SetInstallFolder(const HVString& installFolder);
+    static HVString GetInstallFolder();
+
     // "x64\" beneath a program folder: where the 64-bit build keeps its binaries.
     static HVString GetProgramFolder64(const HVString& installFolder);
     // The folder of the running program.

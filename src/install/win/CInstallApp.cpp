@@ -329,10 +329,12 @@ void CInstallApp::RunWizard()
     CInstallWizard wizard(options_, description_, *product_, GetSetupFolder());
     switch (wizard.RunWizard(nullptr))
     {
-    case CInstallWizard::Result::Finished: SetExitCode(kExitInstalled); break;
+    case CInstallWizard::Result::Finished:
+        SetExitCode(wizard.Deferred().RestartNeeded() ? kExitRestartNeeded : kExitInstalled);
+        break;
     case CInstallWizard::Result::Cancelled: SetExitCode(kExitCancelled); break;
     case CInstallWizard::Result::Failed:
-        HVLog::Write(HVLog::kError, "CInstallApp::RunWizard", u"The wizard could not be shown");
+        HVLog::Write(HVLog::kError, "CInstallApp::RunWizard", u"The wizard could not be shown or the install could not go on");
         SetExitCode(kExitFatalError);
         break;
     }

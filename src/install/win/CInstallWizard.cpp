@@ -6,6 +6,7 @@
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
 #include "install/CWizardRules.h"
+#include "install/win/CCopyAndInstallPpg.h"
 #include "install/win/CLicensePpg.h"
 #include "install/win/CProtectedFolders.h"
 #include "install/win/CSelectPathPpg.h"
@@ -16,7 +17,8 @@
 
 CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescription& description,
                                const CProductIdentity& product, const HVString& setupFolder)
-    : options_(options), description_(description), product_(product), setupFolder_(setupFolder)
+    : options_(options), description_(description), product_(product), setupFolder_(setupFolder),
+      deferred_(HVString(), &changes_)
 {
     if (!setupFolder_.IsEmpty() && !setupFolder_.EndsWith(u"\\"))
         setupFolder_ += u'\\';
@@ -33,7 +35,8 @@ CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescripti
     AddPage(std::make_unique<CSetupTypePpg>(*this));
     AddPage(std::make_unique<CSetupTypeCustomPpg>(*this));
     AddPage(std::make_unique<CSelectPathPpg>(*this));
-    // The copy, file-association (feature 176 only), shortcut and finish pages join here.
+    AddPage(std::make_unique<CCopyAndInstallPpg>(*this));
+    // The file-association (feature 176 only), shortcut and finish pages join here.
 }
 
 CInstallWizard::~CInstallWizard() = default;
@@ -49,6 +52,8 @@ CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
                  options_.silent, options_.upgrade, autoInstallOffered_);
     const int result = Run(owner);
     const Result outcome = result == kFinished ? Result::Finished : result == kCancelled ? Result::Cancelled : Result::Failed;
+    if (outcome == Result::Finished)
+        WriteFinishRecords();
     HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard ends: %s (destination %s, express %d, portable %d)",
                  outcome == Result::Finished ? u"finished" : outcome == Result::Cancelled ? u"cancelled" : u"failed",
                  options_.destinationFolder, options_.express, options_.portable);
@@ -124,4 +129,15 @@ void CInstallWizard::OnCancelRequest()
     if (CurrentPage())
         CurrentPage()->OnHidePage();
     Close(kCancelled);
+}
+
+void CInstallWizard::WriteFinishRecords()
+{
+    // Until the finish page exists, the end of the wizard stands in for it.
+    if (!installCompleted_)
+        return;
+    if (deferred_.HasPending())
+        deferred_.WriteJournal(product_.GetRegistryRoot());
+    if (!options_.noRun && !deferred_.RestartNeeded())
+        CDeferredOperations::WriteFinishFile(setupFolder_, deferred_.InstallFolder(), product_.GetLauncherName());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/CInstallChangeLog.h"
+#include "engine/win/CDeferredOperations.h"
 #include "install/HVInstallDescription.h"
 #include "install/InstallOptions.h"
 #include "install/win/CProductIdentity.h"
@@ -22,14 +24,19 @@ public:
     {
         Finished,   // the last page was passed
         Cancelled,  // the user confirmed Cancel: nothing was changed
-        Failed,     // the window could not be made
+        Failed,     // the window could not be made, or the install could not go on
     };
+    // Close result of an install that can't go on.
+    static constexpr int kFailed = IDABORT;
 
     CInstallWizard(InstallOptions& options, const HVInstallDescription& description, const CProductIdentity& product,
                    const HVString& setupFolder);
     ~CInstallWizard() override;
 
     Result RunWizard(HWND owner);
+    // After a completed install: the deferred-operation journal and, when the product is to
+    // be started and no restart is pending, the hand-over file naming its launcher.
+    void WriteFinishRecords();
 
     InstallOptions& Options() const { return options_; }
     const HVInstallDescription& Description() const { return description_; }
@@ -48,6 +55,14 @@ public:
     // The frame's own title, translated.
     HVString WizardTitle() const;
 
+    // What the install changed and what it left for the next restart or logon; alive for the
+    // whole run, so the pages after the copy page and the end of the run can read them.
+    CInstallChangeLog& Changes() { return changes_; }
+    CDeferredOperations& Deferred() { return deferred_; }
+    // The copy step has run to its end.
+    void SetInstallCompleted() { installCompleted_ = true; }
+    bool InstallCompleted() const { return installCompleted_; }
+
 protected:
     void OnCancelRequest() override;
 
@@ -59,4 +74,7 @@ private:
     bool autoInstallOffered_ = false;
     std::optional<HVString> earlierFolder_;
     std::optional<std::vector<HVString>> protectedFolders_;
+    CInstallChangeLog changes_;
+    CDeferredOperations deferred_;
+    bool installCompleted_ = false;
 };

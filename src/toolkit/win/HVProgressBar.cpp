@@ -14,6 +14,12 @@ bool HVProgressBar::Create(HVLayoutWnd& parent, const HVPlacement& place, int ra
     return true;
 }
 
+void HVProgressBar::SetRange(int minimum, int maximum)
+{
+    if (hwnd_)
+        ::SendMessageW(hwnd_, PBM_SETRANGE32, minimum, maximum);
+}
+
 void HVProgressBar::SetPosition(int position)
 {
     if (hwnd_)

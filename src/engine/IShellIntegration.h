@@ -1,0 +1,10 @@
+#pragma once
+
+// The product's place in the Windows shell: the registry action table of file types, AutoPlay
+// handlers, MIME types, URL protocols and Default Programs.
+class IShellIntegration
+{
+public:
+    virtual ~IShellIntegration() = default;
+    virtual void ApplyRegistryActions() = 0;
+};
