@@ -225,7 +225,6 @@ bool CCopyAndInstallPpg::RunCopy()
     shell_->ApplyRegistryActions();
     SetProgressPosition(1);
     records_->WriteUninstallEntry();
-    InstallWizard().SetInstallCompleted();
     timer.SetResult(files_->FilesCopied());
     return true;
 }
@@ -385,6 +384,7 @@ void CCopyAndInstallPpg::Finish()
 {
     SetProgressPosition(maximum_);
     nextAllowed_ = true;
+    InstallWizard().SetInstallCompleted();
     InstallWizard().RefreshPage();
     HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::Finish", u"Installed (restart needed %d, %d deferred, %d changes)",
                  InstallWizard().Deferred().RestartNeeded(),

@@ -1,0 +1,246 @@
+// The install itself, end to end: InstallWizard.exe /Silent on the sample setup folder, with
+// earlier versions' leftovers, files in use and broken setup folders arranged beforehand, and
+// the machine read back afterwards.
+#include "E2ESupport.h"
+
+#include "engine/CRetiredFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+const std::wstring kRegistered = L"Software\\Halvard\\Sonora 32\\Registered";
+const std::wstring kJournal = L"Software\\Halvard\\Sonora 32\\Installer\\Finalize";
+const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+const std::wstring kSessionManager = L"System\\CurrentControlSet\\Control\\Session Manager";
+const std::wstring kCopyFailed = L"Install Wizard could not copy necessary files to the destination folder.";
+
+std::wstring Expand(const wchar_t* text)
+{
+    wchar_t buffer[MAX_PATH];
+    ExpandEnvironmentStringsW(text, buffer, MAX_PATH);
+    return buffer;
+}
+
+std::wstring Destination() { return Expand(L"%ProgramFiles%\\Halvard\\Sonora\\"); }
+std::wstring Windows() { return Expand(L"%SystemRoot%\\"); }
+
+std::string Bytes(const std::wstring& path)
+{
+    std::string bytes;
+    return e2e::ReadFileBytes(path, bytes) ? bytes : std::string("<missing>");
+}
+
+bool Put(const std::wstring& path, const std::string& bytes)
+{
+    const size_t slash = path.rfind(L'\\');
+    return e2e::MakeFolder(path.substr(0, slash + 1)) && e2e::WriteFileBytes(path, bytes);
+}
+
+// The version resource's fixed part patched to another major version: a copy of a program that
+// looks newer (or older) to the installer.
+std::string WithMajorVersion(std::string bytes, uint16_t major)
+{
+    const char signature[] = {'\xBD', '\x04', '\xEF', '\xFE'};
+    const size_t at = bytes.find(std::string(signature, 4));
+    if (at != std::string::npos)
+        std::memcpy(&bytes[at + 10], &major, sizeof major);  // high word of the file version
+    return bytes;
+}
+
+struct Install
+{
+    e2e::RunResult run;
+    std::string log;
+    std::string Describe() const { return run.Describe() + "\nLog:\n" + log; }
+};
+
+Install RunSilent(const std::wstring& setupFolder = {}, std::vector<e2e::DialogRule> rules = {})
+{
+    const std::wstring logPath = e2e::ScratchFolder(L"InstallLog") + L"install.log";
+    e2e::RunOptions options;
+    options.setupFolder = setupFolder;
+    options.commandLine = L"/Silent /Log=\"" + logPath + L"\"";
+    options.rules = std::move(rules);
+    Install install;
+    install.run = e2e::ProgramDriver(options).Run();
+    install.log = e2e::ReadFileText(logPath);
+    return install;
+}
+
+class InstallTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::vector<std::wstring> problems;
+        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
+        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+    }
+    void TearDown() override
+    {
+        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_RESTART_REPLACE", nullptr);
+        e2e::ResetToFreshMachine();
+        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+    }
+};
+
+TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
+{
+    const std::wstring media = e2e::MediaFolder();
+    const std::wstring dest = Destination();
+    const std::string codec = Bytes(media + L"System\\Check Version\\HVCodecSupport.dll");  // 2.0
+    const std::string disc = Bytes(media + L"System\\Check Version\\HVDiscSupport.dll");    // 1.5
+    // In both system folders: an older codec library (replaced), a newer disc library (kept)
+    // and old notes (always replaced).
+    for (const wchar_t* system : {L"System32\\", L"SysWOW64\\"}) {
+        ASSERT_TRUE(Put(Windows() + system + L"HVCodecSupport.dll", disc));
+        ASSERT_TRUE(Put(Windows() + system + L"HVDiscSupport.dll", codec));
+        ASSERT_TRUE(Put(Windows() + system + L"HVSystemNotes.txt", "old notes"));
+    }
+    // What earlier versions left in the program folder.
+    const std::vector<std::wstring> leftovers = {
+        L"Plugins\\in_oldtracker.dll", L"Data\\Startup Tips.txt", L"Skins\\Classic View\\main.xml",
+        L"Data\\Saved Views\\Artists.xml", L"Data\\Languages\\Chinese\\Strings.txt", L"Drivers\\64\\HalvardWDM.sys",
+        L"Drivers\\HalvardWDMDriver.inf", L"Setup\\HVService.exe",
+        std::wstring(CRetiredFiles::Entries().front().w()),
+        std::wstring(CRetiredFiles::Entries().back().w()) + L"old.bin",
+    };
+    for (const std::wstring& file : leftovers)
+        ASSERT_TRUE(Put(dest + file, "left behind")) << e2e::Utf8(file);
+    ASSERT_TRUE(Put(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt", "kept"));
+    ASSERT_TRUE(Put(dest + L"License.txt", "old agreement"));
+    SetFileAttributesW((dest + L"License.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournal, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
+
+    const Install install = RunSilent();
+    ASSERT_TRUE(install.run.ExitedWith(0)) << install.Describe();
+
+    // The program files, byte for byte.
+    for (const std::wstring& file : e2e::ListTree(media + L"Listenwell\\"))
+        EXPECT_EQ(Bytes(dest + file), Bytes(media + L"Listenwell\\" + file)) << e2e::Utf8(file);
+    for (const wchar_t* license : {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt"})
+        EXPECT_EQ(Bytes(dest + license), Bytes(media + license)) << e2e::Utf8(license);
+    // System files in both system folders, by version.
+    for (const wchar_t* system : {L"System32\\", L"SysWOW64\\"}) {
+        EXPECT_EQ(Bytes(Windows() + system + L"HVCodecSupport.dll"), codec) << e2e::Utf8(system);
+        EXPECT_EQ(Bytes(Windows() + system + L"HVDiscSupport.dll"), codec) << e2e::Utf8(system);
+        EXPECT_EQ(Bytes(Windows() + system + L"HVSystemNotes.txt"), Bytes(media + L"System\\Check Version\\HVSystemNotes.txt"));
+    }
+    EXPECT_EQ(Bytes(Windows() + L"Fonts\\DejaVuSans.ttf"), Bytes(media + L"Fonts\\DejaVuSans.ttf"));
+    // Fonts go with each of the two passes, so they are added twice.
+    size_t fontsAdded = 0;
+    for (size_t at = install.log.find("DejaVuSans.ttf added"); at != std::string::npos;
+         at = install.log.find("DejaVuSans.ttf added", at + 1))
+        ++fontsAdded;
+    EXPECT_EQ(fontsAdded, 2u) << install.Describe();
+    // Leftovers gone; the simplified Chinese folder stays.
+    for (const std::wstring& file : leftovers)
+        EXPECT_EQ(GetFileAttributesW((dest + file).c_str()), INVALID_FILE_ATTRIBUTES) << e2e::Utf8(file);
+    EXPECT_EQ(GetFileAttributesW((dest + L"Data\\Languages\\Chinese").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(Bytes(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt"), "kept");
+    // The self-registering modules were registered where they were installed.
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"HVShellExt.dll"), dest + L"HVShellExt.dll");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"SampleShell.dll"), dest + L"Plugins\\System\\SampleShell.dll");
+    // Nothing deferred: no journal, no completion command; the launcher handed over.
+    EXPECT_TRUE(e2e::RegValueNames(HKEY_CURRENT_USER, kJournal).empty());
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
+    const std::wstring finish = L"\xFEFFHVFI0001\r\n" + dest + L"Sonora.exe";
+    EXPECT_EQ(Bytes(media + L"Finish.txt"), std::string(reinterpret_cast<const char*>(finish.data()), finish.size() * 2));
+    // Nothing else in the program folder: no temporary file, no staging folder.
+    std::vector<std::wstring> expected = e2e::ListTree(media + L"Listenwell\\");
+    expected.insert(expected.end(), {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt",
+                                     L"Data\\Languages\\Chinese (simplified)\\Strings.txt"});
+    const e2e::TreeDifference difference = e2e::CompareTree(dest, expected);
+    EXPECT_TRUE(difference.Same()) << difference.Describe();
+}
+
+// Files in use: replaced at the next restart when Windows can do it, otherwise staged and left
+// to the journal that the product completes at the next logon.
+TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
+{
+    const std::wstring dest = Destination();
+    for (const bool restartReplace : {true, false}) {
+        SCOPED_TRACE(restartReplace ? "replace at restart" : "journal");
+        SetUp();
+        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_RESTART_REPLACE", restartReplace ? nullptr : L"1");
+        ASSERT_TRUE(Put(dest + L"Data\\Startup Tips.txt", "obsolete"));
+        ASSERT_TRUE(Put(dest + L"Plugins\\in_oldtracker.dll", "obsolete"));
+        {
+            const e2e::HeldFileLock tips(dest + L"Data\\Startup Tips.txt");
+            const e2e::HeldFileLock tracker(dest + L"Plugins\\in_oldtracker.dll");
+            const e2e::HeldFileLock shell(dest + L"HVShellExt.dll");
+            ASSERT_TRUE(tips.IsHeld() && tracker.IsHeld() && shell.IsHeld());
+
+            const Install install = RunSilent();
+            // A deferred program file needs a restart.
+            ASSERT_TRUE(install.run.ExitedWith(3010)) << install.Describe();
+            const auto journal = [&](const wchar_t* name) { return e2e::RegString(HKEY_CURRENT_USER, kJournal, name); };
+            EXPECT_EQ(journal(L"Delete File (0)"), dest + L"Plugins\\in_oldtracker.dll|_DELETEFILE");
+            EXPECT_EQ(journal(L"Delete File (1)"), dest + L"Data\\Startup Tips.txt|_DELETEFILE");
+            EXPECT_EQ(journal(L"Register File (0)"), dest + L"HVShellExt.dll|_REGISTERFILE");
+            EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"),
+                      L"\"" + dest + L"PackageInstaller.exe\" \"/FinishInstall\"");
+            const auto pending = e2e::RegMultiString(HKEY_LOCAL_MACHINE, kSessionManager, L"PendingFileRenameOperations");
+            const std::wstring staged = dest + L"Setup\\HVShellExt.dll";
+            const bool scheduled = pending && std::find_if(pending->begin(), pending->end(), [&](const std::wstring& s) {
+                                                  return s.find(staged) != std::wstring::npos;
+                                              }) != pending->end();
+            EXPECT_EQ(scheduled, restartReplace);
+            EXPECT_EQ(journal(L"Install File (0)"),
+                      restartReplace ? std::optional<std::wstring>() : std::optional<std::wstring>(staged + L"|" + dest + L"HVShellExt.dll"));
+            EXPECT_EQ(Bytes(staged), Bytes(e2e::MediaFolder() + L"Listenwell\\HVShellExt.dll"));
+            // A restart is pending: the product is not started from the hand-over file.
+            EXPECT_EQ(GetFileAttributesW((e2e::MediaFolder() + L"Finish.txt").c_str()), INVALID_FILE_ATTRIBUTES);
+        }
+        TearDown();
+    }
+}
+
+TEST_F(InstallTest, ANewerInstalledVersionIsKept)
+{
+    const std::wstring dest = Destination();
+    const std::string newer = WithMajorVersion(Bytes(e2e::MediaFolder() + L"Listenwell\\Sonora 32.exe"), 40);
+    ASSERT_TRUE(Put(dest + L"Sonora 32.exe", newer));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
+                                  dest + L"Sonora.exe"));
+    const Install install = RunSilent();
+    ASSERT_TRUE(install.run.ExitedWith(0)) << install.Describe();
+    EXPECT_NE(install.log.find("copy and plug-ins left out"), std::string::npos) << install.Describe();
+    EXPECT_EQ(Bytes(dest + L"Sonora 32.exe"), newer);
+    EXPECT_EQ(e2e::ListTree(dest), std::vector<std::wstring>{L"Sonora 32.exe"});
+}
+
+TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)
+{
+    for (const wchar_t* missing : {L"Listenwell", L"System"}) {
+        SCOPED_TRACE(e2e::Utf8(missing));
+        const std::wstring setup = e2e::ScratchFolder(L"BrokenSetup");
+        ASSERT_TRUE(e2e::CopyTree(e2e::MediaFolder(), setup));
+        ASSERT_TRUE(e2e::DeleteTree(setup + missing + L"\\"));
+        const Install install = RunSilent(
+            setup, {{.title = L"Install Error", .text = kCopyFailed, .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
+        EXPECT_TRUE(install.run.ExitedWith(1603)) << install.Describe();
+        EXPECT_EQ(install.run.dialogs.size(), 1u);
+        EXPECT_EQ(GetFileAttributesW(Destination().c_str()), INVALID_FILE_ATTRIBUTES);
+    }
+}
+
+TEST_F(InstallTest, ALauncherInUseAsksToRetryOrCancel)
+{
+    const std::wstring launcher = Destination() + L"Sonora.exe";
+    ASSERT_TRUE(Put(launcher, "running"));
+    const e2e::HeldFileLock lock(launcher);
+    ASSERT_TRUE(lock.IsHeld());
+    const Install install = RunSilent({}, {{.title = L"Failure Copying System File",
+                                            .text = L"Please ensure that the file '" + launcher + L"' is not in use.",
+                                            .button = IDCANCEL, .times = 1}});
+    EXPECT_TRUE(install.run.ExitedWith(1603)) << install.Describe();
+    EXPECT_EQ(GetFileAttributesW((Destination() + L"Sonora 32.exe").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+} // namespace
