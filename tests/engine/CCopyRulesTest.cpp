@@ -1,0 +1,52 @@
+#include "engine/CCopyRules.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+TEST(CCopyRulesTest, OnlyModulesAreVersionChecked)
+{
+    struct Case { const char16_t* path; bool checked; };
+    for (const Case& c : {Case{u"C:\\Windows\\System32\\HVCodec.DLL", true}, Case{u"a\\b.exe", true},
+                          Case{u"x.Ocx", true}, Case{u"filter.ax", true}, Case{u"notes.txt", false},
+                          Case{u"archive.dll.bak", false}, Case{u"max", false}, Case{u"relax", false}})
+        EXPECT_EQ(CCopyRules::IsVersionChecked(c.path), c.checked) << HVString(c.path).ToUtf8();
+}
+
+TEST(CCopyRulesTest, VersionCheckCopiesOnlyOverAnOlderModule)
+{
+    const CVersionInfo v15(1, 5, 0, 0), v2(2, 0, 0, 0), none;
+    struct Case { int32_t mode; const char16_t* path; CVersionInfo source, destination; bool copy; };
+    const Case cases[] = {
+        {kCopyVersionCheck, u"HVCodecSupport.dll", v2, v15, true},    // newer replaces older
+        {kCopyVersionCheck, u"HVCodecSupport.dll", v15, v2, false},   // never a downgrade
+        {kCopyVersionCheck, u"HVCodecSupport.dll", v2, v2, false},    // equal stays
+        {kCopyVersionCheck, u"HVCodecSupport.dll", v15, none, true},  // missing or unversioned is 0
+        {kCopyVersionCheck, u"HVCodecSupport.dll", none, none, false},
+        {kCopyVersionCheck, u"HVSystemNotes.txt", v15, v2, true},     // only modules are checked
+        {kCopyAlwaysOverwrite, u"HVCodecSupport.dll", v15, v2, true},
+        {kCopyFont, u"DejaVuSans.ttf", none, v2, true},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(CCopyRules::ShouldCopy(c.mode, c.path, c.source, c.destination), c.copy)
+            << c.mode << " " << HVString(c.path).ToUtf8() << " " << c.source.GetText().ToUtf8() << " over "
+            << c.destination.GetText().ToUtf8();
+}
+
+TEST(CCopyRulesTest, SpecialNames)
+{
+    EXPECT_TRUE(CCopyRules::IsFontMode(kCopyFont) && CCopyRules::IsFontMode(kCopyFont | kCopyAlwaysOverwrite));
+    EXPECT_FALSE(CCopyRules::IsFontMode(kCopyVersionCheck) || CCopyRules::IsFontMode(kCopyAlwaysOverwrite));
+    EXPECT_TRUE(CCopyRules::IsInFontsFolder(u"C:\\WINDOWS\\fonts\\DejaVuSans.ttf"));
+    EXPECT_FALSE(CCopyRules::IsInFontsFolder(u"C:\\Program Files\\Sonora\\Fonts\\DejaVuSans.ttf"));
+    EXPECT_TRUE(CCopyRules::IsServerProgram(u"C:\\Sonora\\dynamoserver.EXE"));
+    EXPECT_FALSE(CCopyRules::IsServerProgram(u"C:\\Sonora\\DynamoServer.exe.config"));
+    EXPECT_TRUE(CCopyRules::IsShellExtension(u"C:\\Sonora\\hvshellext.dll"));
+    EXPECT_FALSE(CCopyRules::IsShellExtension(u"C:\\Sonora\\OldHVShellExt.dll"));
+    EXPECT_TRUE(CCopyRules::MayRegister(u"a.OCX") && CCopyRules::MayRegister(u"a.dll"));
+    EXPECT_FALSE(CCopyRules::MayRegister(u"a.exe") || CCopyRules::MayRegister(u"a.ax"));
+    EXPECT_TRUE(CCopyRules::IsInputPlugin(u"C:\\Sonora\\Plugins\\IN_cdda.dll"));
+    EXPECT_FALSE(CCopyRules::IsInputPlugin(u"C:\\in_folder\\out_wave.dll"));
+    EXPECT_TRUE(CCopyRules::MentionsServer(u"C:\\Sonora\\Server\\dynamoDB.dll"));
+}
+}
