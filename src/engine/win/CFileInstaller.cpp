@@ -160,8 +160,12 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     if (result == CopyResult::Failed)
         return result;
 
-    if (CCopyRules::IsFontMode(mode) && ::AddFontResourceW(destination.w()) == 0)
-        HVLog::Write(HVLog::kWarning, "CFileInstaller::Copy", u"Could not add the font %s", destination);
+    if (CCopyRules::IsFontMode(mode)) {
+        if (::AddFontResourceW(destination.w()) == 0)
+            HVLog::Write(HVLog::kWarning, "CFileInstaller::Copy", u"Could not add the font %s", destination);
+        else
+            HVLog::Write(HVLog::kInfo, "CFileInstaller::Copy", u"%s added to the font table", destination);
+    }
     if (CCopyRules::MayRegister(source) && CComponentRegistration::IsSelfRegistering(source)) {
         if (result == CopyResult::Deferred)
             deferred_.DeferRegistration(destination);
