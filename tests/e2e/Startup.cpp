@@ -48,7 +48,9 @@ std::wstring ReadLog(const std::wstring& path)
 std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::string>& installXml)
 {
     const std::wstring folder = e2e::ScratchFolder(name);
-    if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE))
+    // The product's two source folders, empty: the install runs through without files to copy.
+    if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
+        !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\"))
         return {};
     if (installXml && !WriteText(folder + L"Install.xml", *installXml))
         return {};
