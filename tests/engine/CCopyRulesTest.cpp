@@ -35,18 +35,16 @@ TEST(CCopyRulesTest, VersionCheckCopiesOnlyOverAnOlderModule)
 
 TEST(CCopyRulesTest, SpecialNames)
 {
-    EXPECT_TRUE(CCopyRules::IsFontMode(kCopyFont) && CCopyRules::IsFontMode(kCopyFont | kCopyAlwaysOverwrite));
-    EXPECT_FALSE(CCopyRules::IsFontMode(kCopyVersionCheck) || CCopyRules::IsFontMode(kCopyAlwaysOverwrite));
-    EXPECT_TRUE(CCopyRules::IsInFontsFolder(u"C:\\WINDOWS\\fonts\\DejaVuSans.ttf"));
-    EXPECT_FALSE(CCopyRules::IsInFontsFolder(u"C:\\Program Files\\Sonora\\Fonts\\DejaVuSans.ttf"));
-    EXPECT_TRUE(CCopyRules::IsServerProgram(u"C:\\Sonora\\dynamoserver.EXE"));
-    EXPECT_FALSE(CCopyRules::IsServerProgram(u"C:\\Sonora\\DynamoServer.exe.config"));
-    EXPECT_TRUE(CCopyRules::IsShellExtension(u"C:\\Sonora\\hvshellext.dll"));
-    EXPECT_FALSE(CCopyRules::IsShellExtension(u"C:\\Sonora\\OldHVShellExt.dll"));
-    EXPECT_TRUE(CCopyRules::MayRegister(u"a.OCX") && CCopyRules::MayRegister(u"a.dll"));
-    EXPECT_FALSE(CCopyRules::MayRegister(u"a.exe") || CCopyRules::MayRegister(u"a.ax"));
-    EXPECT_TRUE(CCopyRules::IsInputPlugin(u"C:\\Sonora\\Plugins\\IN_cdda.dll"));
-    EXPECT_FALSE(CCopyRules::IsInputPlugin(u"C:\\in_folder\\out_wave.dll"));
-    EXPECT_TRUE(CCopyRules::MentionsServer(u"C:\\Sonora\\Server\\dynamoDB.dll"));
+    using Test = bool (*)(const HVString&);
+    struct Case { Test test; const char16_t* yes; const char16_t* no; };
+    for (const Case& c : {Case{CCopyRules::IsInFontsFolder, u"C:\\WINDOWS\\fonts\\a.ttf", u"C:\\Sonora\\Fonts\\a.ttf"},
+                          Case{CCopyRules::IsServerProgram, u"C:\\S\\dynamoserver.EXE", u"C:\\S\\DynamoServer.exe.cfg"},
+                          Case{CCopyRules::IsShellExtension, u"C:\\S\\hvshellext.dll", u"C:\\S\\OldHVShellExt.dll"},
+                          Case{CCopyRules::MayRegister, u"a.OCX", u"a.ax"},
+                          Case{CCopyRules::IsInputPlugin, u"C:\\S\\IN_cdda.dll", u"C:\\in_x\\out_wave.dll"}}) {
+        EXPECT_TRUE(c.test(c.yes)) << HVString(c.yes).ToUtf8();
+        EXPECT_FALSE(c.test(c.no)) << HVString(c.no).ToUtf8();
+    }
+    EXPECT_TRUE(CCopyRules::IsFontMode(kCopyFont | kCopyAlwaysOverwrite) && !CCopyRules::IsFontMode(kCopyAlwaysOverwrite));
 }
 }

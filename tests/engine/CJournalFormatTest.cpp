@@ -18,12 +18,6 @@ TEST(CJournalFormatTest, DeletesAndInstallsAreCountedApart)
     EXPECT_EQ(values[1].name, u"Install File (0)");
     EXPECT_EQ(values[1].data, u"C:\\Sonora\\Setup\\Sonora.exe|C:\\Sonora\\Sonora.exe");
     EXPECT_EQ(values[2].name, u"Delete File (1)");
-
-    const auto registers = CJournalFormat::RegisterValues({CJournalFormat::RegisterEntry(u"C:\\a.dll"),
-                                                          CJournalFormat::RegisterEntry(u"C:\\b.ocx")});
-    ASSERT_EQ(registers.size(), 2u);
-    EXPECT_EQ(registers[1].name, u"Register File (1)");
-    EXPECT_EQ(registers[1].data, u"C:\\b.ocx|_REGISTERFILE");
 }
 
 TEST(CJournalFormatTest, TheDeleteMarkerAnywhereMakesADelete)
@@ -33,12 +27,5 @@ TEST(CJournalFormatTest, TheDeleteMarkerAnywhereMakesADelete)
     EXPECT_TRUE(CJournalFormat::IsDeleteEntry(odd));
     EXPECT_EQ(CJournalFormat::FileValues({odd})[0].name, u"Delete File (0)");
     EXPECT_FALSE(CJournalFormat::IsDeleteEntry(CJournalFormat::RegisterEntry(u"C:\\a.dll")));
-}
-
-TEST(CJournalFormatTest, CommandAndHandOverText)
-{
-    EXPECT_EQ(CJournalFormat::RunOnceCommand(u"C:\\Program Files\\Sonora 32\\"),
-              u"\"C:\\Program Files\\Sonora 32\\PackageInstaller.exe\" \"/FinishInstall\"");
-    EXPECT_EQ(CJournalFormat::FinishText(u"C:\\Sonora\\Sonora.exe"), u"HVFI0001\r\nC:\\Sonora\\Sonora.exe");
 }
 }

@@ -13,7 +13,6 @@
 namespace
 {
 const HVString kProductRoot = u"Software\\Halvard\\Install Wizard Journal Test";
-const HVString kRunOnce = CJournalFormat::kRunOnceKey;
 
 class CDeferredOperationsTest : public ::testing::Test
 {
@@ -21,45 +20,40 @@ protected:
     void SetUp() override
     {
         folder = HVString(e2e::ScratchFolder(L"CDeferredOperations").c_str());
-        ASSERT_FALSE(folder.IsEmpty());
-        HVRegKey(runOnceKey()).QueryString(CJournalFormat::kRunOnceValue, runOnceBefore);
-        RemoveTestKeys();
+        ASSERT_TRUE(runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey));
+        runOnce.QueryString(CJournalFormat::kRunOnceValue, runOnceBefore);
+        TearDown();
     }
     void TearDown() override
-    {
-        RemoveTestKeys();
-        if (!runOnceBefore.IsEmpty())
-            runOnceKey().SetString(CJournalFormat::kRunOnceValue, runOnceBefore);
-    }
-    static HVRegKey runOnceKey()
-    {
-        HVRegKey key;
-        key.Create(HKEY_CURRENT_USER, kRunOnce);
-        return key;
-    }
-    static void RemoveTestKeys()
     {
         HVRegKey halvard;
         if (halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
             halvard.DeleteSubKeyTree(u"Install Wizard Journal Test");
-        runOnceKey().DeleteValue(CJournalFormat::kRunOnceValue);
+        runOnceBefore.IsEmpty() ? runOnce.DeleteValue(CJournalFormat::kRunOnceValue)
+                                : runOnce.SetString(CJournalFormat::kRunOnceValue, runOnceBefore);
     }
-    void Write(const HVString& path, const char* text)
+    void Write(const HVString& path, const char* text, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
     {
         ASSERT_TRUE(HVFileSystem::WriteFile(path, text, strlen(text)));
+        ::SetFileAttributesW(path.w(), attributes);
     }
 
-    HVString folder;
-    HVString runOnceBefore;
+    HVString folder, runOnceBefore;
+    HVRegKey runOnce;
     CInstallChangeLog changes;
 };
 
 TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
 {
     CDeferredOperations deferred(folder, &changes);
+    // Deleted at once where possible; nothing pending, nothing written.
+    Write(folder + u"read-only.dll", "r", FILE_ATTRIBUTE_READONLY);
+    deferred.DeferDelete(folder + u"read-only.dll");
+    deferred.DeferDelete(folder + u"missing.dll");
+    EXPECT_FALSE(HVFileSystem::Exists(folder + u"read-only.dll", true));
     EXPECT_TRUE(deferred.WriteJournal(kProductRoot));
-    EXPECT_FALSE(HVRegKey::KeyExists(HKEY_CURRENT_USER, kProductRoot));
-    EXPECT_FALSE(runOnceKey().HasValue(CJournalFormat::kRunOnceValue));
+    EXPECT_FALSE(HVRegKey::KeyExists(HKEY_CURRENT_USER, kProductRoot) ||
+                 runOnce.HasValue(CJournalFormat::kRunOnceValue));
 
     // Two deletes that can't happen now (held files) around one install.
     Write(folder + u"a.dll", "a");
@@ -86,30 +80,16 @@ TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
     }
     EXPECT_EQ(journal.EnumValueNames().size(), 4u);
     HVString command;
-    EXPECT_TRUE(runOnceKey().QueryString(u"Install Wizard Completion", command));
+    EXPECT_TRUE(runOnce.QueryString(u"Install Wizard Completion", command));
     EXPECT_EQ(command, u"\"" + folder + u"PackageInstaller.exe\" \"/FinishInstall\"");
-    EXPECT_EQ(changes.Count(InstallChange::Kind::FileDeleted), 2u);
-    EXPECT_TRUE(changes.Changes().front().deferred);
-}
-
-TEST_F(CDeferredOperationsTest, DeleteNowWhereItCan)
-{
-    CDeferredOperations deferred(folder, &changes);
-    Write(folder + u"read-only.dll", "r");
-    ::SetFileAttributesW((folder + u"read-only.dll").w(), FILE_ATTRIBUTE_READONLY);
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"folder.dll"));
-    for (const char16_t* name : {u"read-only.dll", u"missing.dll", u"folder.dll"})
-        deferred.DeferDelete(folder + name);
-    EXPECT_FALSE(HVFileSystem::Exists(folder + u"read-only.dll", true));
-    EXPECT_TRUE(HVFileSystem::FolderExists(folder + u"folder.dll"));
-    EXPECT_FALSE(deferred.HasPending());
-    ASSERT_EQ(changes.Changes().size(), 1u);
-    EXPECT_FALSE(changes.Changes()[0].deferred);
+    EXPECT_EQ(changes.Count(InstallChange::Kind::FileDeleted), 3u);
+    EXPECT_FALSE(changes.Changes().front().deferred);
+    EXPECT_TRUE(changes.Changes().back().deferred);
 }
 
 TEST_F(CDeferredOperationsTest, FinishFileNamesTheInstalledLauncher)
 {
-    const HVString setup = folder + u"Setup Medium\\";
+    const HVString setup = folder + u"Medium\\";
     ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(setup));
     EXPECT_FALSE(CDeferredOperations::WriteFinishFile(setup, folder, u"Sonora.exe"));
     EXPECT_FALSE(HVFileSystem::Exists(setup + u"Finish.txt", true));
@@ -117,14 +97,10 @@ TEST_F(CDeferredOperationsTest, FinishFileNamesTheInstalledLauncher)
     Write(folder + u"Sonora.exe", "MZ");
     Write(setup + u"Finish.txt", "an older, longer hand-over file");
     ASSERT_TRUE(CDeferredOperations::WriteFinishFile(setup, folder, u"Sonora.exe"));
-    std::vector<uint8_t> bytes;
+    std::vector<uint8_t> bytes, expected = {0xFF, 0xFE};
     ASSERT_TRUE(HVFileSystem::ReadFile(setup + u"Finish.txt", bytes));
-    const std::u16string text = u"HVFI0001\r\n" + std::u16string((folder + u"Sonora.exe").view());
-    std::vector<uint8_t> expected = {0xFF, 0xFE};
-    for (char16_t ch : text) {
-        expected.push_back(uint8_t(ch & 0xFF));
-        expected.push_back(uint8_t(ch >> 8));
-    }
+    for (char16_t ch : u"HVFI0001\r\n" + std::u16string((folder + u"Sonora.exe").view()))
+        expected.insert(expected.end(), {uint8_t(ch & 0xFF), uint8_t(ch >> 8)});
     EXPECT_EQ(bytes, expected);
 }
 }
