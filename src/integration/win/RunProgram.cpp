@@ -14,26 +14,6 @@ namespace
 {
 const char* const kSource = "RunProgram";
 
-void PumpMessages()
-{
-    if (HVApp* app = HVApp::Get())
-    {
-        app->PumpWaitingMessages();
-        return;
-    }
-    MSG msg;
-    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-    {
-        if (msg.message == WM_QUIT)
-        {
-            ::PostQuitMessage(static_cast<int>(msg.wParam));
-            return;
-        }
-        ::TranslateMessage(&msg);
-        ::DispatchMessageW(&msg);
-    }
-}
-
 bool Start(const HVString& path, const HVString& parameters, int showMode, bool useShell, HVHandle& process,
            HVHandle& thread)
 {
@@ -129,7 +109,7 @@ bool RunProgram(const HVString& path, const HVString& parameters, int showMode, 
             return false;
         }
         if (pumpMessages)
-            PumpMessages();
+            HVApp::PumpWaitingMessages();
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
         if (timeoutMs > 0 && elapsed > timeoutMs)
