@@ -111,10 +111,11 @@ TEST(CrashHandler, AnAccessViolationIsHandedToTheHandlerProgram)
 TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
 {
     ASSERT_TRUE(e2e::ResetToFreshMachine());
-    // The wizard dies on the command message; without the system's crash box, as a deployment
-    // tool would run it.
+    // The wizard dies on the command message. Wine's debugger then ends it without its crash
+    // window, which nobody would close.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_CRASH_ON_COMMAND", L"1");
     const UINT oldMode = ::SetErrorMode(SEM_NOGPFAULTERRORBOX | SEM_FAILCRITICALERRORS);
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, L"Software\\Wine\\WineDbg", L"ShowCrashDialog", 0));
     const std::wstring logPath = e2e::ScratchFolder(L"CrashHandler-wizard") + L"setup.log";
     ULONG_PTR pairAddress = 0;
     e2e::RunOptions options;
@@ -135,6 +136,7 @@ TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
     const e2e::RunResult run = e2e::ProgramDriver(options).Run();
     ::SetErrorMode(oldMode);
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_CRASH_ON_COMMAND", nullptr);
+    e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, L"Software\\Wine\\WineDbg");
     const std::string log = e2e::ReadFileText(logPath);
     const std::string report = TakeReport(e2e::MediaFolder(), run.processId);
     e2e::ResetToFreshMachine();
