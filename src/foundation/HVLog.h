@@ -9,6 +9,9 @@ class HVLog
 {
 public:
     enum Level { kError = 1, kWarning = 2, kInfo = 3, kDetail = 4 };
+    // Longest message a line carries, in characters. A message built from a file (a parser's
+    // list of errors in a junk document) can run to megabytes; its start says what went wrong.
+    static constexpr int32_t kMaxMessageLength = 4096;
 
     static void SetLogger(IHVLogger* logger);
     static IHVLogger* GetLogger();
@@ -17,6 +20,9 @@ public:
     static void Write(int level, const char* source, const char16_t* format, const Args&... args)
     {
         if (IHVLogger* logger = GetLogger())
-            logger->Write(level, source, HVString::Format(format, args...));
+            logger->Write(level, source, Capped(HVString::Format(format, args...)));
     }
+
+    // The message cut to kMaxMessageLength, with a note of how much was left out.
+    static HVString Capped(HVString message);
 };

@@ -7,10 +7,7 @@
 // bytes that are not UTF-8.
 //
 // The file access is the platform's: std::fopen here, CreateFileW with the long-path form and
-// MultiByteToWideChar(CP_ACP) on Windows (foundation/win/HVTextFileReader.cpp). On Windows that
-// implementation lives in the Windows library, which links before the portable core, so
-// portable .cpp files must not call Read: callers in portable code do it from an inline
-// function in their header (see HVXMLDocument::Load), which compiles into the program's side.
+// MultiByteToWideChar(CP_ACP) on Windows (foundation/win/HVTextFileReader.cpp).
 class HVTextFileReader
 {
 public:

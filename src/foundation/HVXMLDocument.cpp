@@ -1,6 +1,7 @@
 #include "HVXMLDocument.h"
 
 #include "HVLog.h"
+#include "HVTextFileReader.h"
 #include "HVXMLEscape.h"
 #include "HVXMLParser.h"
 #include "HVXMLPathQuery.h"
@@ -344,4 +345,14 @@ HVString HVXMLDocument::DecodeText(const char16_t* text, int32_t length)
             ++length;
     }
     return HVXMLEscape::Decode(std::u16string_view(text, static_cast<size_t>(length)));
+}
+
+bool HVXMLDocument::Load(const HVString& path)
+{
+    HVString text;
+    if (!HVTextFileReader::Read(path, text)) {
+        Clear();
+        return false;
+    }
+    return SetDoc(text);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "HVString.h"
-#include "HVTextFileReader.h"
 #include "HVXMLElementRecord.h"
 #include "HVXMLIndex.h"
 #include "HVXMLTokenizer.h"
@@ -134,16 +133,3 @@ private:
     int32_t nodeOffset_ = 0;
     int32_t nodeLength_ = 0;
 };
-
-// Reading the file is defined here, in the caller's object, on purpose: on Windows the file
-// reader lives in the Windows library, which links before the portable core, so the call has
-// to come from the program's side of that order.
-inline bool HVXMLDocument::Load(const HVString& path)
-{
-    HVString text;
-    if (!HVTextFileReader::Read(path, text)) {
-        Clear();
-        return false;
-    }
-    return SetDoc(text);
-}

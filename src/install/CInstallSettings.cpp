@@ -188,3 +188,11 @@ bool CInstallSettings::IsSupportedVersion(std::u16string_view version)
     }
     return digits && i == version.size() && wholeAboveZero;
 }
+
+CInstallSettings CInstallSettings::Read(const HVString& installXmlPath, const FolderExists& folderExists)
+{
+    HVInstallDescription description;
+    if (!description.Load(installXmlPath))
+        return CInstallSettings();
+    return Read(description, installXmlPath, folderExists);
+}

@@ -48,11 +48,3 @@ private:
     bool allowDowngrade_ = false;
     HVString bundledMediaFolder_;
 };
-
-inline CInstallSettings CInstallSettings::Read(const HVString& installXmlPath, const FolderExists& folderExists)
-{
-    HVInstallDescription description;
-    if (!description.Load(installXmlPath))
-        return CInstallSettings();
-    return Read(description, installXmlPath, folderExists);
-}

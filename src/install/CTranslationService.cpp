@@ -1,6 +1,7 @@
 #include "install/CTranslationService.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/HVTextFileReader.h"
 #include "foundation/HVXMLDocument.h"
 
 #include <algorithm>
@@ -278,4 +279,17 @@ std::vector<CLanguageInfo> CTranslationService::ListLanguages(const HVString& fo
         languages.push_back(std::move(info));
     }
     return languages;
+}
+
+bool CTranslationService::Load(const HVString& path)
+{
+    HVString text;
+    if (!HVTextFileReader::Read(path, text))
+        return ReadFailed(path);
+    return LoadText(text, path);
+}
+
+CTranslationService::FileReader CTranslationService::TextFileReader()
+{
+    return [](const HVString& path, HVString& text) { return HVTextFileReader::Read(path, text); };
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "foundation/HVString.h"
-#include "foundation/HVTextFileReader.h"
 #include "foundation/IHVTranslator.h"
 
 #include <functional>
@@ -85,12 +84,8 @@ public:
     using FileLister = std::function<bool(const HVString& folder, std::vector<HVString>& names)>;
     // Reads a whole text file; false (and a log line) when it can't.
     using FileReader = std::function<bool(const HVString& path, HVString& text)>;
-    // HVTextFileReader. Inline, like Load: on Windows the reader lives in the Windows library,
-    // which links before the portable core, so the call has to come from the program's side.
-    static FileReader TextFileReader()
-    {
-        return [](const HVString& path, HVString& text) { return HVTextFileReader::Read(path, text); };
-    }
+    // HVTextFileReader.
+    static FileReader TextFileReader();
 
     // The languages offered in `folder`: English first, always; then every "*.xml" file
     // there that is a language file, sorted by name (without regard to case). Files that
@@ -122,11 +117,3 @@ private:
     HVString code_;
     std::unordered_map<HVString, HVString> entries_;
 };
-
-inline bool CTranslationService::Load(const HVString& path)
-{
-    HVString text;
-    if (!HVTextFileReader::Read(path, text))
-        return ReadFailed(path);
-    return LoadText(text, path);
-}

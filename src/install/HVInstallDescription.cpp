@@ -1,6 +1,7 @@
 #include "HVInstallDescription.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/HVTextFileReader.h"
 
 namespace
 {
@@ -88,5 +89,19 @@ bool HVInstallDescription::ParseInteger(std::u16string_view text, int32_t& value
     if (v > INT32_MAX || v < INT32_MIN)
         return false;
     value = static_cast<int32_t>(v);
+    return true;
+}
+
+bool HVInstallDescription::Load(const HVString& path)
+{
+    HVString text;
+    loaded_ = false;
+    path_ = path;
+    if (!HVTextFileReader::Read(path, text)) {
+        doc_.SetDoc(HVString());
+        return false;
+    }
+    doc_.SetDoc(text);
+    Parsed(path);
     return true;
 }

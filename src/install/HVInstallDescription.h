@@ -1,7 +1,6 @@
 #pragma once
 
 #include "foundation/HVString.h"
-#include "foundation/HVTextFileReader.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVXMLDocument.h"
 
@@ -51,18 +50,3 @@ private:
     HVString path_;
     bool loaded_ = false;
 };
-
-// Reads through the file reader from the caller's object (see HVTextFileReader).
-inline bool HVInstallDescription::Load(const HVString& path)
-{
-    HVString text;
-    loaded_ = false;
-    path_ = path;
-    if (!HVTextFileReader::Read(path, text)) {
-        doc_.SetDoc(HVString());
-        return false;
-    }
-    doc_.SetDoc(text);
-    Parsed(path);
-    return true;
-}

@@ -1,9 +1,12 @@
 // A program that dies on purpose (CrashOnPurpose.exe) with the crash handler installed: the
 // log lines, the crash-info block as HVCrashHandler.exe reads it from outside, and one
-// handler program for two threads crashing at once.
+// handler program for two threads crashing at once. And the wizard itself, dying inside its
+// own message loop: the report names the message it was dispatching.
 #include "E2ESupport.h"
 
 #include "FolderTree.h"
+#include "WizardDriver.h"
+#include "foundation/win/HVCrashHandler.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +54,15 @@ struct Crash
     std::string report;
 };
 
+// The handler program's report beside it, removed once read.
+std::string TakeReport(const std::wstring& handlerFolder, DWORD processId)
+{
+    const std::wstring path = handlerFolder + L"HVCrashInfo" + std::to_wstring(processId) + L".txt";
+    std::string report = e2e::ReadFileText(path);
+    ::DeleteFileW(path.c_str());
+    return report;
+}
+
 Crash RunCrash(const std::wstring& mode)
 {
     Crash crash;
@@ -69,9 +81,7 @@ Crash RunCrash(const std::wstring& mode)
     ::CloseHandle(process.hThread);
     ::CloseHandle(process.hProcess);
     crash.log = e2e::ReadFileText(logPath);
-    const std::wstring report = e2e::TestProgramFolder() + L"HVCrashInfo" + std::to_wstring(crash.processId) + L".txt";
-    crash.report = e2e::ReadFileText(report);
-    ::DeleteFileW(report.c_str());
+    crash.report = TakeReport(e2e::TestProgramFolder(), crash.processId);
     return crash;
 }
 }
@@ -98,12 +108,46 @@ TEST(CrashHandler, AnAccessViolationIsHandedToTheHandlerProgram)
     EXPECT_EQ(fields.count("Error"), 0u) << crash.report;
 }
 
-TEST(CrashHandler, ACrashDuringACommandMessageLogsTheCommand)
+TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
 {
-    const Crash crash = RunCrash(L"command");
-    EXPECT_EQ(Count(crash.log, "TopLevelExceptionFilter: Message: 33769, wParam: "), 1) << crash.log;
-    EXPECT_EQ(Count(crash.log, "TopLevelExceptionFilter: MCC: 7, Param: 42"), 1) << crash.log;
-    EXPECT_EQ(Fields(crash.report)["ExceptionCode"], "0xc0000005") << crash.report;
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    // The wizard dies on the command message. Wine's debugger then ends it without its crash
+    // window, which nobody would close.
+    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_CRASH_ON_COMMAND", L"1");
+    const UINT oldMode = ::SetErrorMode(SEM_NOGPFAULTERRORBOX | SEM_FAILCRITICALERRORS);
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, L"Software\\Wine\\WineDbg", L"ShowCrashDialog", 0));
+    const std::wstring logPath = e2e::ScratchFolder(L"CrashHandler-wizard") + L"setup.log";
+    ULONG_PTR pairAddress = 0;
+    e2e::RunOptions options;
+    options.commandLine = L"/Log=\"" + logPath + L"\"";
+    options.onPoll = [&pairAddress](DWORD processId) {
+        e2e::WizardView view;
+        if (pairAddress || !e2e::FindWizard(processId, view))
+            return true;
+        // The (command, parameter) pair the message points to lives in the wizard's memory.
+        const int pair[2] = {7, 42};
+        HVHandle process(::OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, processId));
+        void* remote = process ? ::VirtualAllocEx(process.Get(), nullptr, sizeof pair, MEM_COMMIT, PAGE_READWRITE) : nullptr;
+        if (!remote || !::WriteProcessMemory(process.Get(), remote, pair, sizeof pair, nullptr))
+            return false;
+        pairAddress = reinterpret_cast<ULONG_PTR>(remote);
+        return ::PostMessageW(view.wizard, HVCrashHandler::kCommandMessage, pairAddress, 0) != FALSE;
+    };
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    ::SetErrorMode(oldMode);
+    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_CRASH_ON_COMMAND", nullptr);
+    e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, L"Software\\Wine\\WineDbg");
+    const std::string log = e2e::ReadFileText(logPath);
+    const std::string report = TakeReport(e2e::MediaFolder(), run.processId);
+    e2e::ResetToFreshMachine();
+
+    ASSERT_TRUE(run.Exited()) << run.Describe();
+    EXPECT_NE(run.exitCode, 0u);
+    EXPECT_EQ(Count(log, "TopLevelExceptionFilter: Message: 33769, wParam: " + std::to_string(pairAddress) + ", lParam: 0"), 1)
+        << log;
+    EXPECT_EQ(Count(log, "TopLevelExceptionFilter: MCC: 7, Param: 42"), 1) << log;
+    EXPECT_EQ(Fields(report)["ProcessId"], std::to_string(run.processId)) << report;
+    EXPECT_EQ(Fields(report)["ExceptionCode"], "0xc0000005") << report;
 }
 
 TEST(CrashHandler, APureVirtualCallFillsTheBlockWithACapturedContext)
@@ -132,6 +176,7 @@ TEST(CrashHandler, TwoThreadsCrashingAtOnceStartOneHandler)
 TEST(CrashHandler, WithoutALoggerNothingIsStarted)
 {
     const Crash crash = RunCrash(L"nologger");
-    EXPECT_NE(crash.processId, 0u);
+    // The process went through the installed filter (which ends it with 3) and no handler ran.
+    EXPECT_EQ(crash.exitCode, 3u);
     EXPECT_EQ(crash.report, "");
 }

@@ -18,7 +18,10 @@ namespace
 const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
 const std::wstring kProgramFiles = L"C:\\Program Files\\";
 const std::wstring kDefaultFolder = kProgramFiles + L"Halvard\\Sonora\\";
-const std::wstring kOtherProgramKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\IW Test Other Program";
+const std::wstring kUninstallKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+const std::wstring kOtherProgramKey = kUninstallKey + L"IW Test Other Program";
+const std::wstring kOwnEntry = L"IW Test Sonora Entry";
+const std::wstring kEarlierFolder = L"C:\\IW Test\\Earlier Sonora\\";
 
 struct Description
 {
@@ -64,6 +67,8 @@ protected:
     void TearDown() override
     {
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
+        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallKey + kOwnEntry);
+        e2e::DeleteTree(L"C:\\IW Test\\");
         ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", nullptr);
         e2e::ResetToFreshMachine();
     }
@@ -144,28 +149,32 @@ TEST_F(WizardTest, CancelAsksFirstNoStaysYesEndsWithoutChanges)
     EXPECT_EQ(run.dialogs[1].pressed, L"Yes");
     EXPECT_EQ(run.dialogs[0].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
     EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}));
-    // Nothing was installed or remembered.
     EXPECT_FALSE(FolderExists(kDefaultFolder));
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"));
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory"));
 }
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
 {
     const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
     ASSERT_FALSE(setup.empty());
-    std::vector<std::wstring> welcome, setupType, custom;
+    std::vector<std::wstring> welcome, setupType, custom, frame;
     std::wstring acceptCaption, subtitle;
+    RECT smallest = {};
+    auto caption = [](const e2e::WizardView& v, int id) { return e2e::StripAccelerator(e2e::ControlText(v.Button(id))); };
     e2e::WizardUser user({
         {L"Welcome",
          [&](const e2e::WizardView& v) {
              welcome = v.Texts();
              subtitle = v.subtitle;
-             acceptCaption = e2e::StripAccelerator(e2e::ControlText(v.Button(e2e::WizardView::kNextId)));
+             acceptCaption = caption(v, e2e::WizardView::kNextId);
+             // The frame can't be made smaller than its minimum client size.
+             ::SetWindowPos(v.wizard, nullptr, 0, 0, 100, 100, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+             ::GetClientRect(v.wizard, &smallest);
              e2e::ClickNext(v);
          }},
         {L"Setup Type",
          [&](const e2e::WizardView& v) {
+             frame = {v.windowTitle, caption(v, e2e::WizardView::kBackId), caption(v, e2e::WizardView::kNextId),
+                      caption(v, IDCANCEL)};
              setupType = v.Texts();
              e2e::Choose(v, L"Custom");
              e2e::ClickNext(v);
@@ -179,12 +188,22 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
     const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
     ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
     EXPECT_EQ(acceptCaption, L"Accept");
+    EXPECT_EQ(frame, (std::vector<std::wstring>{L"Install Wizard", L"< Back", L"Next >", L"Cancel"}));
+    EXPECT_EQ(smallest.right, 500);
+    EXPECT_EQ(smallest.bottom, 300);
     EXPECT_EQ(subtitle, L"Welcome to the Install Wizard.");
     ASSERT_EQ(welcome.size(), 2u);
     EXPECT_EQ(welcome[0], L"Please read the following license agreement carefully.");
-    std::string agreement;
-    e2e::ReadFileBytes(e2e::MediaFolder() + L"license.txt", agreement);
+    // The agreement as the file has it, in the edit control's line breaks.
+    std::wstring agreement = ReadText(e2e::MediaFolder() + L"license.txt");
+    if (!agreement.empty() && agreement[0] == L'\xFEFF')
+        agreement.erase(0, 1);
+    std::wstring lines;
+    for (wchar_t c : agreement)
+        if (c != L'\r')
+            lines += c == L'\n' ? std::wstring(L"\r\n") : std::wstring(1, c);
     EXPECT_NE(welcome[1].find(L"Sonora"), std::wstring::npos) << e2e::Utf8(welcome[1]);
+    EXPECT_EQ(welcome[1], lines);
     EXPECT_EQ(setupType, (std::vector<std::wstring>{
                              L"Please select a setup type.", L"Express",
                              L"Most common set of program features will be installed.", L"Custom",
@@ -246,6 +265,35 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
     EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome"}));
     EXPECT_NE(Log().find(L"express 1"), std::wstring::npos) << e2e::Utf8(Log());
     EXPECT_TRUE(FolderExists(kDefaultFolder));
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
+}
+
+TEST_F(WizardTest, CancelDuringTheCountdownEndsItAndNoKeepsTheWelcomePage)
+{
+    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+    // The countdown takes 3 s; the question stays open for 5.
+    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
+    std::wstring titleAfterNo;
+    e2e::WizardUser user({
+        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }, false,
+         [](const e2e::WizardView& v) { return v.windowTitle.find(L"Auto Install in") != std::wstring::npos; }},
+        {L"Welcome",
+         [&](const e2e::WizardView& v) {
+             titleAfterNo = v.windowTitle;
+             e2e::ClickCancel(v);
+         },
+         true},
+    });
+    e2e::DialogRule no = ConfirmCancel(IDNO, 1);
+    no.answerAfterMs = 5000;
+    const e2e::RunResult run = Run(setup, L"", user, {no, ConfirmCancel(IDYES, 1)});
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome"}));
+    EXPECT_EQ(titleAfterNo, L"Install Wizard");
+    EXPECT_EQ(Log().find(L"Auto install starts"), std::wstring::npos) << e2e::Utf8(Log());
+    EXPECT_NE(Log().find(L"cancelled (destination , express 0"), std::wstring::npos) << e2e::Utf8(Log());
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
 }
 
@@ -361,6 +409,54 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
     EXPECT_TRUE(FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
     EXPECT_NE(Log().find(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,"), std::wstring::npos)
         << e2e::Utf8(Log());
+}
+
+TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
+{
+    struct Row
+    {
+        const char* name;
+        std::wstring location;     // of the uninstall entry that the installations record names
+        std::wstring remembered;   // "Install Directory"
+        std::wstring destination;
+        bool pageShown;
+    } rows[] = {
+        {"the record's uninstall entry, quoted", L"\"" + kEarlierFolder + L"\"", L"", kEarlierFolder, false},
+        {"a recorded folder that is gone", L"C:\\IW Test\\Gone Sonora", L"", kDefaultFolder, true},
+        {"a remembered 32-bit folder", L"", L"C:\\Program Files (x86)\\Halvard\\Sonora\\", kDefaultFolder, true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        e2e::ResetToFreshMachine();
+        ASSERT_TRUE(e2e::MakeFolder(kEarlierFolder));
+        const std::wstring setup = MakeSetup({});
+        ASSERT_FALSE(setup.empty());
+        if (!row.location.empty()) {
+            ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32",
+                                          L"Uninstall Key", kOwnEntry));
+            ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kUninstallKey + kOwnEntry, L"InstallLocation", row.location));
+        }
+        if (!row.remembered.empty()) {
+            ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory", row.remembered));
+        }
+        std::wstring proposed = L"(not shown)";
+        e2e::WizardUser user({
+            Next(L"Welcome"),
+            {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+            Next(L"Setup Type"),
+            {L"Destination Folder",
+             [&](const e2e::WizardView& v) {
+                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                 e2e::ClickNext(v);
+             }},
+        });
+        const e2e::RunResult run = Run(setup, L"", user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
+        const std::wstring earlier = L"Earlier installation: " + (row.pageShown ? L"none" : kEarlierFolder);
+        EXPECT_NE(Log().find(earlier), std::wstring::npos) << e2e::Utf8(Log());
+        EXPECT_NE(Log().find(L"(destination " + row.destination + L", express 0"), std::wstring::npos) << e2e::Utf8(Log());
+    }
 }
 
 TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom)

@@ -1,6 +1,8 @@
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
 
+#include "RecordingLogger.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,25 +10,6 @@
 
 namespace
 {
-struct Line
-{
-    int level;
-    std::string source;
-    std::string message;
-};
-
-class RecordingLogger : public IHVLogger
-{
-public:
-    RecordingLogger() { HVLog::SetLogger(this); }
-    ~RecordingLogger() { HVLog::SetLogger(nullptr); }
-    void Write(int level, const char* source, const HVString& message) override
-    {
-        lines.push_back({level, source, message.ToUtf8()});
-    }
-    std::vector<Line> lines;
-};
-
 TEST(HVLogTest, NothingIsWrittenWithoutALogger)
 {
     HVLog::SetLogger(nullptr);
@@ -38,10 +21,23 @@ TEST(HVLogTest, LineCarriesLevelSourceAndFormattedMessage)
 {
     RecordingLogger log;
     HVLog::Write(HVLog::kError, "HVFileSystem::DeleteFile", u"Error %d deleting existing file: %s", 5, u"C:\\x");
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0].level, 1);
-    EXPECT_EQ(log.lines[0].source, "HVFileSystem::DeleteFile");
-    EXPECT_EQ(log.lines[0].message, "Error 5 deleting existing file: C:\\x");
+    const auto lines = log.Lines();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].level, 1);
+    EXPECT_EQ(lines[0].Text(), "HVFileSystem::DeleteFile: Error 5 deleting existing file: C:\\x");
+}
+
+TEST(HVLogTest, ALongMessageIsCutWithANoteOfHowMuch)
+{
+    RecordingLogger log;
+    const HVString junk(std::u16string(HVLog::kMaxMessageLength + 1000, u'x'));
+    HVLog::Write(HVLog::kError, "A::B", u"%s", junk);
+    HVLog::Write(HVLog::kError, "A::B", u"%s", junk.Left(HVLog::kMaxMessageLength));
+    const auto lines = log.Lines();
+    ASSERT_EQ(lines.size(), 2u);
+    const std::string kept(HVLog::kMaxMessageLength, 'x');
+    EXPECT_EQ(lines[0].message, kept + " [... 1000 more characters cut]");
+    EXPECT_EQ(lines[1].message, kept);
 }
 
 TEST(HVLogTest, TimerLogsStartAndFinish)
@@ -55,13 +51,14 @@ TEST(HVLogTest, TimerLogsStartAndFinish)
         HVLogTimer timer("RunProgram");
         timer.SetResult(7);
     }
-    ASSERT_EQ(log.lines.size(), 4u);
-    EXPECT_EQ(log.lines[0].message, "Start");
-    EXPECT_EQ(log.lines[1].message.rfind("Finish (", 0), 0u);
-    EXPECT_EQ(log.lines[1].message.find("result"), std::string::npos);
-    EXPECT_EQ(log.lines[1].message.substr(log.lines[1].message.size() - 4), " ms)");
-    EXPECT_EQ(log.lines[3].message.rfind("Finish (result: 7) (", 0), 0u);
-    for (const auto& line : log.lines)
+    const auto lines = log.Lines();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[0].message, "Start");
+    EXPECT_EQ(lines[1].message.rfind("Finish (", 0), 0u);
+    EXPECT_EQ(lines[1].message.find("result"), std::string::npos);
+    EXPECT_EQ(lines[1].message.substr(lines[1].message.size() - 4), " ms)");
+    EXPECT_EQ(lines[3].message.rfind("Finish (result: 7) (", 0), 0u);
+    for (const auto& line : lines)
         EXPECT_EQ(line.source, "RunProgram");
 }
 }   // namespace

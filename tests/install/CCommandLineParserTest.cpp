@@ -89,11 +89,12 @@ TEST(CCommandLineParser, ReportsThePiecesItIgnored)
 
 TEST(CCommandLineParser, JunkNeverSetsAnything)
 {
-    // Every byte value once, and long runs of slashes: parsing must neither fail nor crash.
+    // Pieces of every kind of character, cut by slashes, and long runs of slashes: parsing
+    // must neither fail nor crash nor take a piece for an option.
     std::u16string junk;
     for (char16_t c = 1; c < 0x3000; c += 7)
-        junk += c;
-    junk += std::u16string(10000, u'/');
+        junk += (junk.size() % 5 == 4) ? u'/' : c;
+    junk += std::u16string(10000, u'/') + u"/Silen/NoRu/Distributor";
     InstallOptions options;
     CCommandLineParser::Parse(HVString(junk), options);
     EXPECT_EQ(Flags(options), "");

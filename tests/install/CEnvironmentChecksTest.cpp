@@ -112,8 +112,3 @@ TEST(CEnvironmentChecks, BrowserVersionsCompareAsNumbers)
             << HVString(c.installed).ToUtf8() << " vs " << HVString(c.minimum).ToUtf8();
 }
 
-TEST(CEnvironmentChecks, SkipNeedsAllThreeKeys)
-{
-    for (int keys = 0; keys < 8; ++keys)
-        EXPECT_EQ(CEnvironmentChecks::SkipRequested(keys & 1, keys & 2, keys & 4), keys == 7) << keys;
-}

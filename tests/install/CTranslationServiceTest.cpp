@@ -3,6 +3,8 @@
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 
+#include "RecordingLogger.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -22,31 +24,6 @@ HVString Doc(const char* body, const char* root = "<HVLanguage name=\"Deutsch\" 
     text += "</HVLanguage>\n";
     return H(text.c_str());
 }
-
-class CapturingLogger : public IHVLogger
-{
-public:
-    void Write(int level, const char* source, const HVString& message) override
-    {
-        lines.push_back(std::to_string(level) + " " + source + " " + message.ToUtf8());
-    }
-    std::vector<std::string> lines;
-};
-
-class LogCapture
-{
-public:
-    LogCapture() { HVLog::SetLogger(&logger); }
-    ~LogCapture() { HVLog::SetLogger(nullptr); }
-    bool Has(int level, const std::string& part) const
-    {
-        for (const std::string& line : logger.lines)
-            if (line.rfind(std::to_string(level) + " ", 0) == 0 && line.find(part) != std::string::npos)
-                return true;
-        return false;
-    }
-    CapturingLogger logger;
-};
 
 TEST(CTranslationService, StartsEnglishAndGivesTextsBack)
 {
@@ -165,7 +142,7 @@ TEST(CTranslationService, FormatMarkersAreReadInOrder)
 
 TEST(CTranslationService, EntriesThatWouldBreakAMessageAreLeftOut)
 {
-    LogCapture log;
+    RecordingLogger log;
     CTranslationService service;
     ASSERT_TRUE(service.LoadText(Doc(R"(
       <Text><English>%s needs %d MB</English><Translation>%d MB braucht %s</Translation></Text>
@@ -202,7 +179,7 @@ TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
         {"empty", HVString()},
     };
     for (const auto& row : rows) {
-        LogCapture log;
+        RecordingLogger log;
         CTranslationService service;
         ASSERT_TRUE(service.LoadText(Doc("<Text><English>a</English><Translation>b</Translation></Text>"), u"good"));
         EXPECT_FALSE(service.LoadText(row.text, u"bad.xml")) << row.name;
@@ -270,7 +247,7 @@ std::string LanguageFile(const char* name, const char* code)
 
 TEST_F(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
 {
-    LogCapture log;
+    RecordingLogger log;
     Write("Deutsch.xml", LanguageFile("Deutsch", "de"));
     Write("francais.XML", LanguageFile("Français", "fr"));
     Write("aa.xml", LanguageFile("Afrikaans", "af"));
@@ -312,7 +289,7 @@ TEST_F(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
     ASSERT_EQ(languages.size(), 1u);
     EXPECT_EQ(U8(languages[0].name), "English");
 
-    LogCapture log;
+    RecordingLogger log;
     CTranslationService service;
     EXPECT_FALSE(service.Load(Folder() + u"Gone.xml"));
     EXPECT_TRUE(service.IsEnglish());
@@ -338,12 +315,12 @@ TEST(CTranslationService, SampleGermanFileTranslatesTheWizardsTexts)
 #else
     const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"/sample/Languages/Deutsch.xml";
 #endif
-    LogCapture log;
+    RecordingLogger log;
     CTranslationService service;
     ASSERT_TRUE(service.Load(path));
     EXPECT_EQ(U8(service.LanguageName()), "Deutsch");
     EXPECT_EQ(U8(service.LanguageCode()), "de");
-    EXPECT_FALSE(log.Has(HVLog::kWarning, "")) << (log.logger.lines.empty() ? "" : log.logger.lines[0]);
+    EXPECT_FALSE(log.Has(HVLog::kWarning, "")) << (log.Texts().empty() ? "" : log.Texts()[0]);
 
     const char* texts[] = {
         "< Back", "Next >", "Finish", "Cancel", "Accept", "Install Wizard", "Welcome", "Welcome to the Install Wizard.",

@@ -5,7 +5,6 @@
 // of HVCrashHandler.exe from this program's folder. Modes:
 //   access       writes through a null pointer
 //   purevirtual  enters the runtime's pure-virtual-call entry (no exception information)
-//   command      crashes while a 0x83E9 command message (code 7, parameter 42) is dispatched
 //   twothreads   two threads crash at the same moment
 //   nologger     crashes with no logger: the handler must do nothing
 #include "foundation/win/HVApp.h"
@@ -42,35 +41,6 @@ class CrashApp : public HVApp
 {
     volatile int* volatile nowhere = nullptr;
     *nowhere = 1;
-}
-
-struct CommandPair
-{
-    int code;
-    int param;
-};
-
-LRESULT CALLBACK CommandWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message == HVCrashHandler::kCommandMessage)
-        WriteThroughNull();
-    return ::DefWindowProcW(window, message, wParam, lParam);
-}
-
-void CrashInCommand(CrashApp& app)
-{
-    WNDCLASSW windowClass = {};
-    windowClass.lpfnWndProc = CommandWindowProc;
-    windowClass.hInstance = ::GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"CrashOnPurposeCommand";
-    ::RegisterClassW(&windowClass);
-    const HWND window = ::CreateWindowW(L"CrashOnPurposeCommand", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                        windowClass.hInstance, nullptr);
-    static CommandPair pair = {7, 42};
-    ::PostMessageW(window, HVCrashHandler::kCommandMessage, reinterpret_cast<WPARAM>(&pair), 0);
-    MSG msg;
-    while (::GetMessageW(&msg, nullptr, 0, 0) > 0)
-        app.DispatchTracked(msg);
 }
 
 // The system calls the filter that Install set through this one, which notes what it
@@ -137,8 +107,6 @@ int wmain(int argc, wchar_t** argv)
         WriteThroughNull();
     else if (mode == L"purevirtual")
         CallPure();
-    else if (mode == L"command")
-        CrashInCommand(app);
     else if (mode == L"twothreads")
         CrashTwoThreads();
     else

@@ -25,7 +25,18 @@ void HVApp::SetLogger(IHVLogger* logger)
     HVLog::SetLogger(logger);
 }
 
-void HVApp::DispatchTracked(const MSG& msg)
+namespace
+{
+void DispatchPlain(const MSG& msg, const HVApp::OwnHandling& ownHandling)
+{
+    if (ownHandling && ownHandling(msg))
+        return;
+    ::TranslateMessage(&msg);
+    ::DispatchMessageW(&msg);
+}
+}
+
+void HVApp::DispatchTracked(const MSG& msg, const OwnHandling& ownHandling)
 {
     const UINT outerMessage = currentMessage_;
     const WPARAM outerWParam = currentWParam_;
@@ -33,30 +44,19 @@ void HVApp::DispatchTracked(const MSG& msg)
     currentMessage_ = msg.message;
     currentWParam_ = msg.wParam;
     currentLParam_ = msg.lParam;
-    ::TranslateMessage(&msg);
-    ::DispatchMessageW(&msg);
+    DispatchPlain(msg, ownHandling);
     // Dispatching may pump nested loops (modal boxes): the outer message is current again.
     currentMessage_ = outerMessage;
     currentWParam_ = outerWParam;
     currentLParam_ = outerLParam;
 }
 
-bool HVApp::PumpThreadMessages()
+void HVApp::Dispatch(const MSG& msg, const OwnHandling& ownHandling)
 {
-    if (HVApp* app = Get())
-        return app->PumpWaitingMessages();
-    MSG msg;
-    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-    {
-        if (msg.message == WM_QUIT)
-        {
-            ::PostQuitMessage(static_cast<int>(msg.wParam));
-            return false;
-        }
-        ::TranslateMessage(&msg);
-        ::DispatchMessageW(&msg);
-    }
-    return true;
+    if (g_app)
+        g_app->DispatchTracked(msg, ownHandling);
+    else
+        DispatchPlain(msg, ownHandling);
 }
 
 bool HVApp::PumpWaitingMessages()
@@ -69,7 +69,7 @@ bool HVApp::PumpWaitingMessages()
             ::PostQuitMessage(static_cast<int>(msg.wParam));
             return false;
         }
-        DispatchTracked(msg);
+        Dispatch(msg);
     }
     return true;
 }

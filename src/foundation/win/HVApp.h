@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 class IHVLogger;
 
 // The application object: one per process, alive from the entry point to its end. It owns
@@ -27,14 +29,19 @@ public:
     WPARAM GetCurrentWParam() const { return currentWParam_; }
     LPARAM GetCurrentLParam() const { return currentLParam_; }
 
+    // A message loop's own handling of a message (a dialog's keyboard navigation), tried
+    // before the plain dispatch; true: handled.
+    using OwnHandling = std::function<bool(const MSG&)>;
+
     // Translates and dispatches one message, keeping it as the current message meanwhile.
-    void DispatchTracked(const MSG& msg);
+    void DispatchTracked(const MSG& msg, const OwnHandling& ownHandling = nullptr);
+    // The dispatch of every message loop in the program, the toolkit's modal loops included:
+    // tracked through the application object when there is one, so that a crash report names
+    // the message; plain before the object exists and after it is gone.
+    static void Dispatch(const MSG& msg, const OwnHandling& ownHandling = nullptr);
     // Dispatches every waiting message of the calling thread; false when WM_QUIT was among
     // them (it is posted again, so an outer loop still sees it).
-    bool PumpWaitingMessages();
-    // The same for any caller, with or without an application object (tests): the application's
-    // tracked dispatch when there is one.
-    static bool PumpThreadMessages();
+    static bool PumpWaitingMessages();
 
 private:
     IHVLogger* logger_ = nullptr;

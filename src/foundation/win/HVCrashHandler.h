@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 
 class HVApp;
@@ -20,7 +21,7 @@ public:
         uint64_t exceptionPointers;  // EXCEPTION_POINTERS* in the crashed process
     };
 #pragma pack(pop)
-    static_assert(sizeof(CrashInfo) == 16);
+    static_assert(sizeof(CrashInfo) == 16 && offsetof(CrashInfo, threadId) == 4 && offsetof(CrashInfo, exceptionPointers) == 8);
 
     static constexpr UINT kCommandMessage = 0x83E9;
 

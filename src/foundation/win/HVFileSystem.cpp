@@ -107,11 +107,8 @@ bool HVFileSystem::IsDirectoryWritable(const HVString& folderPath)
 {
     if (folderPath.IsEmpty())
         return false;
-    HVString stripped = folderPath;
-    int32_t length = stripped.GetLength();
-    while (length > 0 && stripped[length - 1] == u'\\')
-        --length;
-    stripped.Truncate(length);
+    // A drive root keeps its backslash: "D:" alone is the current folder of that drive.
+    const HVString stripped = Path::RemoveBackslash(folderPath);
     if (stripped.IsEmpty())
         return false;
 
@@ -139,8 +136,15 @@ bool HVFileSystem::IsDirectoryWritable(const HVString& folderPath)
 bool HVFileSystem::IsFolderEmpty(const HVString& folderPath, bool recurse)
 {
     std::vector<Entry> entries;
-    if (!EnumerateFolder(folderPath, entries))
-        return true;
+    if (!EnumerateFolder(folderPath, entries)) {
+        // A missing folder holds nothing; one that is there but can't be read may hold
+        // anything, and callers remove folders they were told are empty.
+        const DWORD error = ::GetLastError();
+        if (!FolderExists(folderPath))
+            return true;
+        HVLog::Write(HVLog::kError, "HVFileSystem::IsFolderEmpty", u"Error %d reading folder: %s", error, folderPath);
+        return false;
+    }
     const HVString folder = Path::AddBackslash(folderPath);
     for (const Entry& entry : entries) {
         if (entry.isFolder) {

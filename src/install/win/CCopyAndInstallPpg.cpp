@@ -117,7 +117,7 @@ void CCopyAndInstallPpg::SetProgressPosition(int32_t position)
 
 void CCopyAndInstallPpg::DrainMessages()
 {
-    HVApp::PumpThreadMessages();
+    HVApp::PumpWaitingMessages();
 }
 
 // ---- the sequence's host

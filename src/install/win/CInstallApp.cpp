@@ -9,6 +9,7 @@
 #include "install/win/CLanguageSelectionDlg.h"
 #include "install/win/CStartupProbe.h"
 
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/win/HVFileSystem.h"
@@ -199,20 +200,15 @@ bool CInstallApp::ShowHelpIfAsked()
 
 void CInstallApp::PrepareLook()
 {
-    // The skin is the product's standard one, or the one whose file the description names.
-    HVString skinFolder = GetSetupFolder() + u"Listenwell\\Skins\\Standard View\\";
+    // The skin is the product's standard one, or the skin file the description names. Its
+    // icon is in place before the toolkit starts, so the first window already wears it.
+    HVString skinFile = GetSetupFolder() + u"Listenwell\\Skins\\Standard View\\main.xml";
     const HVString megaSkin = description_.GetText(u"/*/General/MegaSkin").Trim();
-    if (!megaSkin.IsEmpty()) {
-        const HVString file = HVFileSystem::NormalizeFolderPath(megaSkin.Find(u':') >= 0 || megaSkin.StartsWith(u"\\")
-                                                                    ? megaSkin
-                                                                    : GetSetupFolder() + megaSkin);
-        HVString folder = file;
-        folder.TrimRight(u"\\");
-        const int32_t slash = folder.ReverseFind(u'\\');
-        skinFolder = slash > 0 ? folder.Left(slash + 1) : skinFolder;
-    }
+    if (!megaSkin.IsEmpty())
+        skinFile = HVFileSystemPath::ResolveDots(HVFileSystemPath::IsAbsolute(megaSkin.view()) ? megaSkin
+                                                                                              : GetSetupFolder() + megaSkin);
+    HVToolkit::ApplySkin(skinFile);
     HVToolkit::Initialize();
-    HVToolkit::ApplySkin(skinFolder);
 }
 
 void CInstallApp::PrepareLanguage()

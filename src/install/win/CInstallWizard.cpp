@@ -2,6 +2,7 @@
 
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
+#include "foundation/win/HVCrashHandler.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
@@ -65,37 +66,42 @@ CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
     return outcome;
 }
 
+const HVString& CInstallWizard::OwnUninstallKey()
+{
+    if (!ownUninstallKey_) {
+        HVString name;
+        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+            HVRegKey record;
+            if (name.IsEmpty() &&
+                record.Open(HKEY_LOCAL_MACHINE, HVProductPaths::kInstallationsKey + HVString(u"\\") + product_.GetInstallationKeyName(),
+                            KEY_READ, view))
+                record.QueryString(u"Uninstall Key", name);
+        }
+        ownUninstallKey_ = name.Trim();
+    }
+    return *ownUninstallKey_;
+}
+
 const HVString& CInstallWizard::EarlierInstallationFolder()
 {
     if (earlierFolder_)
         return *earlierFolder_;
     // The installation record names the folder; failing that, the uninstall entry that the
     // record names.
-    HVString folder = product_.GetEarlierInstallationFolder();
-    if (folder.IsEmpty()) {
-        HVString uninstallKey;
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
-            HVRegKey record;
-            if (uninstallKey.IsEmpty() &&
-                record.Open(HKEY_LOCAL_MACHINE, HVProductPaths::kInstallationsKey + HVString(u"\\") + product_.GetInstallationKeyName(),
-                            KEY_READ, view))
-                record.QueryString(u"Uninstall Key", uninstallKey);
-        }
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
-            HVRegKey entry;
-            if (!uninstallKey.IsEmpty() && folder.IsEmpty() &&
-                entry.Open(HKEY_LOCAL_MACHINE, CProtectedFolders::kUninstallKey + HVString(u"\\") + uninstallKey, KEY_READ, view))
-                entry.QueryString(u"InstallLocation", folder);
-        }
+    HVString folder = HVFileSystem::NormalizeFolderPath(product_.GetEarlierInstallationFolder().Trim());
+    for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
+        HVRegKey entry;
+        HVString location;
+        if (folder.IsEmpty() && !OwnUninstallKey().IsEmpty() &&
+            entry.Open(HKEY_LOCAL_MACHINE, CProtectedFolders::kUninstallKey + HVString(u"\\") + OwnUninstallKey(), KEY_READ, view) &&
+            entry.QueryString(u"InstallLocation", location))
+            folder = CProtectedFolders::LocationFolder(location);
     }
-    folder.Trim();
     // A record whose folder was removed by hand is no earlier installation to install over.
     if (!folder.IsEmpty() && !HVFileSystem::FolderExists(folder)) {
         HVLog::Write(HVLog::kInfo, "CInstallWizard::EarlierInstallationFolder", u"Recorded folder %s is gone", folder);
         folder.Empty();
     }
-    if (!folder.IsEmpty())
-        folder = HVFileSystem::NormalizeFolderPath(folder);
     options_.earlierInstallationFound = !folder.IsEmpty();
     HVLog::Write(HVLog::kInfo, "CInstallWizard::EarlierInstallationFolder", u"Earlier installation: %s",
                  folder.IsEmpty() ? HVString(u"none") : folder);
@@ -106,8 +112,7 @@ const HVString& CInstallWizard::EarlierInstallationFolder()
 const std::vector<HVString>& CInstallWizard::ProtectedFolders()
 {
     if (!protectedFolders_) {
-        const CProtectedFolders::Context context =
-            CProtectedFolders::ThisMachine(product_.GetDisplayName(), EarlierInstallationFolder());
+        const CProtectedFolders::Context context = CProtectedFolders::ThisMachine(OwnUninstallKey(), EarlierInstallationFolder());
         protectedFolders_ = CProtectedFolders::Read(context);
         HVLog::Write(HVLog::kInfo, "CInstallWizard::ProtectedFolders", u"%d protected folders",
                      static_cast<int>(protectedFolders_->size()));
@@ -125,6 +130,8 @@ void CInstallWizard::OnCancelRequest()
         HVMessageBox::Show(Hwnd(), text, HVTranslator::Translate(u"Cancel Unavailable"), MB_OK | MB_ICONINFORMATION);
         return;
     }
+    if (CurrentPage())
+        CurrentPage()->OnCancelAsked();
     const HVString question =
         HVString::Format(HVTranslator::Translate(u"Are you sure you want to cancel %s installation?").c_str(), name);
     if (HVMessageBox::Show(Hwnd(), question, HVTranslator::Translate(u"Confirm Cancellation"),
@@ -145,4 +152,16 @@ void CInstallWizard::WriteFinishRecords()
         deferred_.WriteJournal(product_.GetRegistryRoot());
     if (!options_.noRun && !deferred_.RestartNeeded())
         CDeferredOperations::WriteFinishFile(setupFolder_, deferred_.InstallFolder(), product_.GetLauncherName());
+}
+
+LRESULT CInstallWizard::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    // Test-only: with IW_TEST_ONLY_CRASH_ON_COMMAND set, the product's command message makes
+    // the wizard die as a fault in a page would, so that end-to-end tests can follow a crash
+    // out of the wizard's own message loop into the crash report. Unset on every user's
+    // machine, where the wizard has no use for the message.
+    static const bool crashOnCommand = ::_wgetenv(L"IW_TEST_ONLY_CRASH_ON_COMMAND") != nullptr;
+    if (message == HVCrashHandler::kCommandMessage && crashOnCommand)
+        ::RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+    return HVWizardPopupWnd::OnMessage(message, wParam, lParam);
 }

@@ -49,6 +49,9 @@ public:
     // The earlier installation's folder, read once (the first call sets "earlier installation
     // found" of the options); empty when there is none.
     const HVString& EarlierInstallationFolder();
+    // The name of the product's own uninstall entry, as the installations record gives it
+    // ("Uninstall Key"); empty when there is no record.
+    const HVString& OwnUninstallKey();
     // Folders of other programs, read from the uninstall entries on first use and kept.
     const std::vector<HVString>& ProtectedFolders();
 
@@ -65,6 +68,7 @@ public:
 
 protected:
     void OnCancelRequest() override;
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
     InstallOptions& options_;
@@ -72,6 +76,7 @@ private:
     const CProductIdentity& product_;
     HVString setupFolder_;
     bool autoInstallOffered_ = false;
+    std::optional<HVString> ownUninstallKey_;
     std::optional<HVString> earlierFolder_;
     std::optional<std::vector<HVString>> protectedFolders_;
     CInstallChangeLog changes_;

@@ -75,6 +75,18 @@ void CLicensePpg::OnShowPage()
 
 void CLicensePpg::OnHidePage()
 {
+    EndCountdown();
+}
+
+void CLicensePpg::OnCancelAsked()
+{
+    // Otherwise the last timer could go off under the question and start an install that
+    // the user, answering "No", never asked for.
+    EndCountdown();
+}
+
+void CLicensePpg::EndCountdown()
+{
     // Left before the start timer went off (a quick Accept): its reading and its clean-up
     // still happen, without moving on or counting down.
     const bool startPending = started_ && !startDone_;

@@ -27,6 +27,7 @@ public:
     HVString NextButtonText() const override;
     void OnShowPage() override;
     void OnHidePage() override;
+    void OnCancelAsked() override;
 
     // Test-only: the environment variable IW_TEST_ONLY_TIMER_DIVISOR (a whole number from 2
     // to 1000), read once, divides the countdown's two intervals so that end-to-end tests
@@ -41,6 +42,9 @@ private:
     // Timer 1's work; `leaving`: the page is being left, so neither move on nor count down.
     void Start(bool leaving);
     void StopTimers();
+    // Leaving the page or asking about Cancel: the countdown ends for good, and a start
+    // still pending does its reading without moving on.
+    void EndCountdown();
 
     HVStaticText heading_;
     HVTextBox license_;

@@ -24,11 +24,11 @@ HVString Expand(const HVString& text)
 HVString Normalize(const HVString& path) { return HVFileSystemPath::NormalizeFolderPath(path); }
 }
 
-CProtectedFolders::Context CProtectedFolders::ThisMachine(const HVString& displayName,
+CProtectedFolders::Context CProtectedFolders::ThisMachine(const HVString& ownUninstallKey,
                                                           const HVString& earlierInstallationFolder)
 {
     Context context;
-    context.displayName = displayName;
+    context.ownUninstallKey = ownUninstallKey;
     context.earlierInstallationFolder = earlierInstallationFolder;
 
     wchar_t windows[MAX_PATH] = {};
@@ -48,20 +48,22 @@ CProtectedFolders::Context CProtectedFolders::ThisMachine(const HVString& displa
     return context;
 }
 
-bool CProtectedFolders::Accept(const HVString& entryName, const HVString& location, const Context& context,
-                               HVString& folder)
+HVString CProtectedFolders::LocationFolder(const HVString& location)
 {
-    if (!context.displayName.IsEmpty() && entryName.StartsWithNoCase(context.displayName.view()))
-        return false;
-
     HVString value = location;
     value.Trim();
     value.Trim(u"\"");
     value.Trim();
-    if (value.IsEmpty())
+    return value.IsEmpty() ? HVString() : Normalize(Expand(value));
+}
+
+bool CProtectedFolders::Accept(const HVString& entryName, const HVString& location, const Context& context,
+                               HVString& folder)
+{
+    if (!context.ownUninstallKey.IsEmpty() && entryName.EqualsNoCase(context.ownUninstallKey.view()))
         return false;
-    folder = Normalize(Expand(value));
-    if (!HVFileSystemPath::IsAbsolute(folder.view()))
+    folder = LocationFolder(location);
+    if (folder.IsEmpty() || !HVFileSystemPath::IsAbsolute(folder.view()))
         return false;
     if (folder.GetLength() <= HVFileSystemPath::RootLength(folder.view()))
         return false;   // a drive root or a share

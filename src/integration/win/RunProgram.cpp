@@ -109,7 +109,7 @@ bool RunProgram(const HVString& path, const HVString& parameters, int showMode, 
             return false;
         }
         if (pumpMessages)
-            HVApp::PumpThreadMessages();
+            HVApp::PumpWaitingMessages();
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
         if (timeoutMs > 0 && elapsed > timeoutMs)

@@ -1,6 +1,7 @@
 #include "toolkit/win/HVPopupWnd.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/win/HVApp.h"
 #include "toolkit/win/HVDpi.h"
 #include "toolkit/win/HVImageFile.h"
 
@@ -19,6 +20,11 @@ HVString& TitlebarIconFile()
 void HVPopupWnd::SetTitlebarIconFile(const HVString& path)
 {
     TitlebarIconFile() = path;
+}
+
+HVString HVPopupWnd::GetTitlebarIconFile()
+{
+    return TitlebarIconFile();
 }
 
 void HVPopupWnd::LoadIcons()
@@ -132,20 +138,7 @@ int HVPopupWnd::DoModal(HWND owner)
         }
         if (got < 0)
             break;
-        if (hwnd_ && MoveInRadioGroup(msg))
-            continue;
-        if (hwnd_ && IsEnterInReadOnlyText(msg)) {
-            // A multi-line edit takes Enter for itself even when it is read-only; there it
-            // can only mean the default button.
-            HWND button = ::GetDlgItem(hwnd_, DefaultButtonId());
-            if (button && ::IsWindowEnabled(button))
-                ::SendMessageW(hwnd_, WM_COMMAND, MAKEWPARAM(DefaultButtonId(), BN_CLICKED), reinterpret_cast<LPARAM>(button));
-            continue;
-        }
-        if (hwnd_ && ::IsDialogMessageW(hwnd_, &msg))
-            continue;
-        ::TranslateMessage(&msg);
-        ::DispatchMessageW(&msg);
+        HVApp::Dispatch(msg, [this](const MSG& m) { return HandleDialogKeys(m); });
     }
     if (ownerWasEnabled)
         ::EnableWindow(owner_, TRUE);
@@ -166,6 +159,24 @@ bool IsRadioButton(HWND hwnd)
     return _wcsicmp(className, L"Button") == 0 && (type == BS_AUTORADIOBUTTON || type == BS_RADIOBUTTON);
 }
 }   // namespace
+
+bool HVPopupWnd::HandleDialogKeys(const MSG& msg)
+{
+    if (!hwnd_)
+        return false;
+    if (MoveInRadioGroup(msg))
+        return true;
+    if (IsEnterInReadOnlyText(msg)) {
+        // A multi-line edit takes Enter for itself even when it is read-only; there it
+        // can only mean the default button.
+        HWND button = ::GetDlgItem(hwnd_, DefaultButtonId());
+        if (button && ::IsWindowEnabled(button))
+            ::SendMessageW(hwnd_, WM_COMMAND, MAKEWPARAM(DefaultButtonId(), BN_CLICKED), reinterpret_cast<LPARAM>(button));
+        return true;
+    }
+    MSG copy = msg;
+    return ::IsDialogMessageW(hwnd_, &copy) != FALSE;
+}
 
 bool HVPopupWnd::MoveInRadioGroup(const MSG& msg) const
 {

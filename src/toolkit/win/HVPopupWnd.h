@@ -20,6 +20,7 @@ public:
     // "Titlebar Icon"); when none is
     // set or it can't be read, the program's own icon (resource 1, "Application.ico").
     static void SetTitlebarIconFile(const HVString& path);
+    static HVString GetTitlebarIconFile();
 
     // The title bar's text; kept until the window exists.
     void SetTitle(const HVString& title);
@@ -52,6 +53,8 @@ protected:
 
 private:
     void LoadIcons();
+    // The modal loop's own keys (arrows in a radio group, Enter, Tab): true when handled.
+    bool HandleDialogKeys(const MSG& msg);
     bool IsEnterInReadOnlyText(const MSG& msg) const;
     bool MoveInRadioGroup(const MSG& msg) const;
 

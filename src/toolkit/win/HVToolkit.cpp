@@ -1,6 +1,9 @@
 #include "toolkit/win/HVToolkit.h"
 
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
+#include "foundation/HVXMLDocument.h"
+#include "foundation/win/HVFileSystem.h"
 #include "toolkit/win/HVPopupWnd.h"
 #include "toolkit/win/HVTheme.h"
 
@@ -19,20 +22,19 @@ bool HVToolkit::Initialize()
     return ok;
 }
 
-bool HVToolkit::ApplySkin(const HVString& skinFolder)
+bool HVToolkit::ApplySkin(const HVString& skinFile)
 {
-    HVString folder = skinFolder;
-    if (!folder.IsEmpty() && !folder.EndsWith(u"\\"))
-        folder += u'\\';
+    HVXMLDocument skin;
     HVString icon;
-    for (const char16_t* name : {u"Titlebar Icon.ico", u"Titlebar Icon.png"}) {
-        const DWORD attributes = ::GetFileAttributesW((folder + name).w());
-        if (icon.IsEmpty() && !folder.IsEmpty() && attributes != INVALID_FILE_ATTRIBUTES &&
-            !(attributes & FILE_ATTRIBUTE_DIRECTORY))
-            icon = folder + name;
+    if (skin.Load(skinFile)) {
+        const HVXMLDocument::Elem resource = skin.Select(u"/*/Resource[@name='Titlebar Icon']");
+        const HVString file = resource ? skin.GetElemAttrib(resource, u"file") : HVString();
+        const HVString path = HVFileSystemPath::GetFolder(skinFile) + file;
+        if (!file.IsEmpty() && HVFileSystem::Exists(path, false))
+            icon = path;
     }
     if (icon.IsEmpty()) {
-        HVLog::Write(HVLog::kInfo, "HVToolkit::ApplySkin", u"No title-bar icon in %s: the program's own is used", folder);
+        HVLog::Write(HVLog::kInfo, "HVToolkit::ApplySkin", u"No title-bar icon in the skin %s: the program's own is used", skinFile);
         HVPopupWnd::SetTitlebarIconFile(HVString());
         return false;
     }

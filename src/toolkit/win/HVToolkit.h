@@ -10,8 +10,10 @@ public:
     // built-in theme in place. Safe to call again.
     static bool Initialize();
 
-    // The look of a skin folder: its "Titlebar Icon" (.ico or .png) becomes the title-bar icon of every
-    // pop-up. A folder without one leaves the program's own icon. Returns whether the skin
-    // had an icon.
-    static bool ApplySkin(const HVString& skinFolder);
+    // The look of a skin: the file its resource "Titlebar Icon" names (an .ico or a .png,
+    // relative to the skin file's folder) becomes the title-bar icon of every pop-up.
+    //   <Skin><Resource name="Titlebar Icon" file="Titlebar Icon.png" /></Skin>
+    // A skin that can't be read, names no such resource or names a missing file leaves the
+    // program's own icon. Returns whether the skin gave an icon.
+    static bool ApplySkin(const HVString& skinFile);
 };

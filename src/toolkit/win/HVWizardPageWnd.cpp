@@ -54,6 +54,10 @@ void HVWizardPageWnd::OnHidePage()
 {
 }
 
+void HVWizardPageWnd::OnCancelAsked()
+{
+}
+
 bool HVWizardPageWnd::CreatePage(HVWizardPopupWnd& wizard)
 {
     wizard_ = &wizard;

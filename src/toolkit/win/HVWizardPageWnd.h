@@ -37,6 +37,9 @@ public:
     // Called after the page became the current page and before it left.
     virtual void OnShowPage();
     virtual void OnHidePage();
+    // Cancel was pressed on the page and the wizard is about to ask whether to end: whatever
+    // the page does by itself stops, so the question is answered on a page that holds still.
+    virtual void OnCancelAsked();
 
     // Made hidden, as a child of the wizard.
     bool CreatePage(HVWizardPopupWnd& wizard);

@@ -124,6 +124,17 @@ void ProgramDriver::EndProgram(RunResult& result, RunOutcome outcome, const std:
     WaitForSingleObject(process_.Get(), 10000);
 }
 
+bool ProgramDriver::DueForAnswer(HWND dialog, const DialogRule& rule)
+{
+    if (rule.answerAfterMs == 0)
+        return true;
+    const ULONGLONG now = GetTickCount64();
+    auto seen = std::find_if(firstSeen_.begin(), firstSeen_.end(), [dialog](const auto& s) { return s.first == dialog; });
+    if (seen == firstSeen_.end())
+        seen = firstSeen_.insert(firstSeen_.end(), {dialog, now});
+    return now - seen->second >= rule.answerAfterMs;
+}
+
 bool ProgramDriver::AnswerDialogs(RunResult& result)
 {
     for (const WindowInfo& window : ListTopLevelWindows(result.processId, true))
@@ -135,8 +146,6 @@ bool ProgramDriver::AnswerDialogs(RunResult& result)
         // A dialog that shows no text and no button yet is still being built: next round.
         if (window.buttons.empty() && window.statics.empty())
             continue;
-        answered_.push_back(window.hwnd);
-
         DialogRecord record;
         record.title = window.title;
         record.text = window.text;
@@ -155,6 +164,9 @@ bool ProgramDriver::AnswerDialogs(RunResult& result)
             record.rule = static_cast<int>(i);
             break;
         }
+        if (record.rule >= 0 && !DueForAnswer(window.hwnd, options_.rules[record.rule]))
+            continue;
+        answered_.push_back(window.hwnd);
         if (record.rule < 0)
         {
             result.dialogs.push_back(record);

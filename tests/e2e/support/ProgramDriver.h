@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace e2e
@@ -33,6 +34,9 @@ struct DialogRule
     // How many dialogs this rule may answer (0: any number). A dialog seen after that is
     // unexpected, so a test can insist that a question is asked only once.
     int times = 0;
+    // The dialog stays open this long before it is answered, for tests that let time pass
+    // while a question waits.
+    DWORD answerAfterMs = 0;
 };
 
 struct RunOptions
@@ -106,11 +110,13 @@ private:
     bool Start(RunResult& result);
     // Answers the dialogs that appeared since the last round; false ends the run.
     bool AnswerDialogs(RunResult& result);
+    bool DueForAnswer(HWND dialog, const DialogRule& rule);
     void EndProgram(RunResult& result, RunOutcome outcome, const std::wstring& why);
 
     RunOptions options_;
     HVHandle process_;
     std::vector<HWND> answered_;
     std::vector<int> ruleUses_;
+    std::vector<std::pair<HWND, ULONGLONG>> firstSeen_;
 };
 }

@@ -169,7 +169,7 @@ void WizardUser::Poll(DWORD processId)
     if (!view.enabled || Finished())
         return;
     const WizardStep& step = steps_[next_];
-    if (view.title != step.title || (view.page == actedOn_) != step.samePage)
+    if (view.title != step.title || (view.page == actedOn_) != step.samePage || (step.when && !step.when(view)))
         return;
     ++next_;
     actedOn_ = view.page;

@@ -63,6 +63,8 @@ struct WizardStep
     std::wstring title;
     std::function<void(const WizardView&)> act;
     bool samePage = false;
+    // When given, the step also waits until this holds (the countdown shows in the title).
+    std::function<bool(const WizardView&)> when{};
 };
 
 // Plays the steps as the ProgramDriver polls (RunOptions::onPoll = user.Poller()), and keeps

@@ -4,6 +4,7 @@
 #include "foundation/win/HVRegKey.h"
 
 #include "HeldFileLock.h"
+#include "RecordingLogger.h"
 #include "TestPaths.h"
 
 #include <gtest/gtest.h>
@@ -13,25 +14,6 @@
 
 namespace
 {
-struct Line
-{
-    int level;
-    std::string source;
-    std::string message;
-};
-
-class RecordingLogger : public IHVLogger
-{
-public:
-    RecordingLogger() { HVLog::SetLogger(this); }
-    ~RecordingLogger() { HVLog::SetLogger(nullptr); }
-    void Write(int level, const char* source, const HVString& message) override
-    {
-        lines.push_back({level, source, message.ToUtf8()});
-    }
-    std::vector<Line> lines;
-};
-
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 
 class HVFileSystemTest : public ::testing::Test
@@ -87,7 +69,7 @@ TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirst)
     ASSERT_TRUE(::SetFileAttributesW(file.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
     EXPECT_TRUE(HVFileSystem::DeleteFile(file));
     EXPECT_FALSE(HVFileSystem::Exists(file, true));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, DeletingWhatIsNotThereFailsSilently)
@@ -96,7 +78,7 @@ TEST_F(HVFileSystemTest, DeletingWhatIsNotThereFailsSilently)
     EXPECT_FALSE(HVFileSystem::DeleteFile(root + u"missing folder\\missing.txt"));
     EXPECT_FALSE(HVFileSystem::DeleteFile(u""));
     EXPECT_FALSE(HVFileSystem::DeleteFile(u"relative\\missing.txt"));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged)
@@ -108,10 +90,10 @@ TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged
 
     EXPECT_FALSE(HVFileSystem::DeleteFile(file));
     EXPECT_TRUE(HVFileSystem::Exists(file, false));
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0].level, 1);
-    EXPECT_EQ(log.lines[0].source, "HVFileSystem::DeleteFile");
-    EXPECT_EQ(log.lines[0].message, "Error 32 deleting existing file: " + U8(file));
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines()[0].level, 1);
+    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::DeleteFile");
+    EXPECT_EQ(log.Lines()[0].message, "Error 32 deleting existing file: " + U8(file));
 
     DWORD error = 0;
     EXPECT_FALSE(HVFileSystem::CopyFile(file, root + u"copy.dll", false, &error));
@@ -130,7 +112,7 @@ TEST_F(HVFileSystemTest, SafeReplaceOnAMissingOriginalIsAMove)
     EXPECT_TRUE(HVFileSystem::SafeReplaceFile(original, incoming));
     EXPECT_EQ(Read(original), "new");
     EXPECT_FALSE(HVFileSystem::Exists(incoming, true));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, SafeReplacePutsTheNewFileInPlaceAndLeavesNoBackup)
@@ -147,7 +129,7 @@ TEST_F(HVFileSystemTest, SafeReplacePutsTheNewFileInPlaceAndLeavesNoBackup)
     EXPECT_EQ(Read(original), "new");
     EXPECT_EQ(Read(root + u"Sonora - 1.exe"), "somebody else's");
     EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora - 1.exe", "Sonora.exe", "staged"}));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, SafeReplaceKeepsTheOriginalWhenTheNewFileCannotBeMoved)
@@ -158,9 +140,9 @@ TEST_F(HVFileSystemTest, SafeReplaceKeepsTheOriginalWhenTheNewFileCannotBeMoved)
     EXPECT_FALSE(HVFileSystem::SafeReplaceFile(original, root + u"not there.exe"));
     EXPECT_EQ(Read(original), "old");
     EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe"}));
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0].source, "HVFileSystem::SafeReplaceFile");
-    EXPECT_EQ(log.lines[0].message, "Error moving new file into place of original name");
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::SafeReplaceFile");
+    EXPECT_EQ(log.Lines()[0].message, "Error moving new file into place of original name");
 }
 
 TEST_F(HVFileSystemTest, SafeReplaceChangesNothingWhenTheOriginalCannotBeRenamed)
@@ -177,15 +159,15 @@ TEST_F(HVFileSystemTest, SafeReplaceChangesNothingWhenTheOriginalCannotBeRenamed
     EXPECT_EQ(Read(original), "old");
     EXPECT_EQ(Read(incoming), "new");
     EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe", "Sonora.new"}));
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0].message, "Error renaming original file");
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines()[0].message, "Error renaming original file");
 }
 
 TEST_F(HVFileSystemTest, DirectoryTreeNeedsAnAbsolutePath)
 {
     for (const char16_t* bad : {u"", u"relative\\path", u"\\rooted\\path", u"C:drive-relative", u"C:/forward"})
         EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad)) << U8(bad);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOutermostFirst)
@@ -198,7 +180,7 @@ TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOutermostFirst)
     EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\c"));
     EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\..\\d\\.\\e"));
     EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\d\\e"));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, DirectoryTreeFailuresAreLoggedWithThePlainPath)
@@ -209,11 +191,11 @@ TEST_F(HVFileSystemTest, DirectoryTreeFailuresAreLoggedWithThePlainPath)
     const HVString reserved = root + u"bad<name>\\x";
     EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(reserved));
     EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(u"Q:\\no such drive\\x"));
-    ASSERT_EQ(log.lines.size(), 3u);
-    EXPECT_EQ(log.lines[0].source, "HVFileSystem::MakeDirectoryTree");
-    EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(blocked));
-    EXPECT_EQ(log.lines[1].message, "Failed! Path=" + U8(reserved));
-    EXPECT_EQ(log.lines[2].message, "Failed! Path=Q:\\no such drive\\x");
+    ASSERT_EQ(log.Lines().size(), 3u);
+    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::MakeDirectoryTree");
+    EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(blocked));
+    EXPECT_EQ(log.Lines()[1].message, "Failed! Path=" + U8(reserved));
+    EXPECT_EQ(log.Lines()[2].message, "Failed! Path=Q:\\no such drive\\x");
 }
 
 TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
@@ -224,15 +206,15 @@ TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
     const HVString network = u"\\\\no-such-server\\share\\folder\\";
     const HVString reserved = root + u"what?.txt";
     for (const HVString& bad : {overlong, network, reserved}) {
-        log.lines.clear();
+        log.Clear();
         EXPECT_FALSE(HVFileSystem::DeleteFile(bad)) << U8(bad);
         EXPECT_FALSE(HVFileSystem::Exists(bad, true));
         EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(bad));
         EXPECT_FALSE(HVFileSystem::WriteFile(bad, "x", 1));
-        EXPECT_TRUE(log.lines.empty()) << log.lines[0].message;
+        EXPECT_TRUE(log.Lines().empty()) << log.Lines()[0].message;
         EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad));
-        ASSERT_EQ(log.lines.size(), 1u);
-        EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(bad));
+        ASSERT_EQ(log.Lines().size(), 1u);
+        EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(bad));
         HVString unique = bad;
         EXPECT_TRUE(HVFileSystem::MakeUniqueName(unique));   // nothing there: the name stays
         EXPECT_EQ(unique, bad);
@@ -241,16 +223,29 @@ TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
     EXPECT_FALSE(HVFileSystem::CopyFile(u"", root + u"x", false));
 }
 
+// A folder held open without sharing: it can't be opened or listed, but files can still be
+// made in it.
+HVFileHandle HoldWithoutSharing(const HVString& folder)
+{
+    return HVFileHandle(::CreateFileW(folder.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
 TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
 {
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(root));
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(HVFileSystemPath::RemoveBackslash(root)));
+    {
+        // The folder itself can't be opened, so a test file is made in it; it is gone after.
+        const HVFileHandle held = HoldWithoutSharing(root);
+        ASSERT_TRUE(held);
+        EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(root));
+    }
     EXPECT_TRUE(Names(root).empty()) << "the test file was left behind";
     EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(root + u"missing\\"));
     EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u""));
     EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u"\\\\"));
     EXPECT_FALSE(HVFileSystem::FolderExists(root + u"missing"));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
@@ -269,6 +264,16 @@ TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
     Write(folder + u"cover.jpg", "");
     EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder + u"sub", false));
     EXPECT_TRUE(HVFileSystem::IsFolderEmpty(root + u"missing", true));
+    EXPECT_TRUE(log.Lines().empty());
+    // An empty folder that can't be listed may not be called empty.
+    const HVString unreadable = root + u"unreadable\\";
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(unreadable));
+    const HVFileHandle held = HoldWithoutSharing(unreadable);
+    ASSERT_TRUE(held);
+    EXPECT_FALSE(HVFileSystem::IsFolderEmpty(unreadable, true));
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines()[0].Text().rfind("HVFileSystem::IsFolderEmpty: Error 32 reading folder: " + U8(unreadable), 0), 0u)
+        << log.Lines()[0].Text();
 }
 
 TEST_F(HVFileSystemTest, UniqueNameSkipsEverythingThatExists)
@@ -302,10 +307,10 @@ TEST_F(HVFileSystemTest, CopyMoveEnumerateAndSizes)
     EXPECT_FALSE(HVFileSystem::Exists(root + u"a.txt", false));
     EXPECT_EQ(Read(root + u"b.txt"), "12345");
     // The failures were warnings naming the plain paths.
-    ASSERT_EQ(log.lines.size(), 2u);
-    EXPECT_EQ(log.lines[0].level, 2);
-    EXPECT_EQ(log.lines[0].message, "Error 80 copying " + U8(root) + "a.txt to " + U8(root) + "b.txt");
-    EXPECT_EQ(log.lines[1].source, "HVFileSystem::MoveFile");
+    ASSERT_EQ(log.Lines().size(), 2u);
+    EXPECT_EQ(log.Lines()[0].level, 2);
+    EXPECT_EQ(log.Lines()[0].message, "Error 80 copying " + U8(root) + "a.txt to " + U8(root) + "b.txt");
+    EXPECT_EQ(log.Lines()[1].source, "HVFileSystem::MoveFile");
 
     ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"sub"));
     Write(root + u"c.log", "");
@@ -369,12 +374,12 @@ TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
     EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(folder, free));
     EXPECT_TRUE(HVFileSystem::DeleteFile(file));
     EXPECT_FALSE(HVFileSystem::Exists(file, false));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 
     // A failure on a long path is logged in the caller's form, never the prefixed one.
     EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(folder + u"a|b"));
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0].message, "Failed! Path=" + U8(folder) + "a|b");
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(folder) + "a|b");
 
     EXPECT_TRUE(HVFileSystem::DeleteFolderTree(root + u"level 0 of a path far longer than the old limit"));
     EXPECT_TRUE(Names(root).empty());

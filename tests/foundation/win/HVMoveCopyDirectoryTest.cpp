@@ -4,6 +4,7 @@
 #include "foundation/win/HVFileSystem.h"
 
 #include "HeldFileLock.h"
+#include "RecordingLogger.h"
 #include "TestPaths.h"
 
 #include <gtest/gtest.h>
@@ -14,18 +15,6 @@
 
 namespace
 {
-class CountingLogger : public IHVLogger
-{
-public:
-    CountingLogger() { HVLog::SetLogger(this); }
-    ~CountingLogger() { HVLog::SetLogger(nullptr); }
-    void Write(int, const char* source, const HVString& message) override
-    {
-        lines.push_back(std::string(source) + ": " + message.ToUtf8());
-    }
-    std::vector<std::string> lines;
-};
-
 class HVMoveCopyDirectoryTest : public ::testing::Test
 {
 protected:
@@ -62,10 +51,10 @@ protected:
     const std::vector<std::string> expected = {"Empty\\", "Skins\\", "Skins\\Standard View\\",
                                                "Skins\\Standard View\\c.txt", "Skins\\b.txt", "a.txt"};
     HVString root, source, target;
-    CountingLogger log;
+    RecordingLogger log;
 };
 
-TEST_F(HVMoveCopyDirectoryTest, TreeIsListedFoldersFirstPerLevel)
+TEST_F(HVMoveCopyDirectoryTest, TreeIsListedDepthFirstEachFolderBeforeItsContents)
 {
     HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
     ASSERT_TRUE(job.AddTree(source, target));
@@ -85,7 +74,7 @@ TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
     EXPECT_TRUE(job.Run());
     EXPECT_EQ(Tree(target), expected);
     EXPECT_EQ(Tree(source), expected);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVMoveCopyDirectoryTest, MoveEmptiesTheSourceAndReplacesReadOnlyTargets)
@@ -118,8 +107,8 @@ TEST_F(HVMoveCopyDirectoryTest, ALockedFileStaysAndIsReported)
     EXPECT_TRUE(HVFileSystem::Exists(target + u"Skins\\Standard View\\c.txt", false));
     EXPECT_FALSE(HVFileSystem::Exists(target + u"Skins\\b.txt", false));
     EXPECT_EQ(Tree(source), (std::vector<std::string>{"Skins\\", "Skins\\b.txt"}));
-    ASSERT_FALSE(log.lines.empty());
-    EXPECT_EQ(log.lines.back(), "HVMoveCopyDirectory::Run: Error 32 moving " + locked.ToUtf8() + " to " +
+    ASSERT_FALSE(log.Lines().empty());
+    EXPECT_EQ(log.Texts().back(), "HVMoveCopyDirectory::Run: Error 32 moving " + locked.ToUtf8() + " to " +
                                     (target + u"Skins\\b.txt").ToUtf8());
 }
 }

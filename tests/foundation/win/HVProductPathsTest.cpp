@@ -5,6 +5,7 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 
+#include "RecordingLogger.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
@@ -119,18 +120,6 @@ TEST_F(HVProductPathsTest, UserAndProductFolders)
 
 // --- the library loader ---
 
-class RecordingLogger : public IHVLogger
-{
-public:
-    RecordingLogger() { HVLog::SetLogger(this); }
-    ~RecordingLogger() { HVLog::SetLogger(nullptr); }
-    void Write(int level, const char* source, const HVString& message) override
-    {
-        lines.push_back(std::to_string(level) + " " + source + ": " + message.ToUtf8());
-    }
-    std::vector<std::string> lines;
-};
-
 class Pseudo : public IHVTranslator
 {
 public:
@@ -146,17 +135,17 @@ TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
     HVModule module = HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error);
     EXPECT_TRUE(module.IsValid());
     EXPECT_EQ(error, 0u);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.Lines().empty());
 
     const HVString missing = HVString(e2e::TestProgramFolder().c_str()) + u"Missing Helper.dll";
     EXPECT_FALSE(HVLoadLibrary::Load(missing, &error).IsValid());
     EXPECT_EQ(error, static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines[0], "1 HVLoadLibrary: Loading " + missing.ToUtf8() + " failed, error: 126");
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(std::to_string(log.Lines()[0].level) + " " + log.Lines()[0].Text(), "1 HVLoadLibrary: Loading " + missing.ToUtf8() + " failed, error: 126");
 
     EXPECT_FALSE(HVLoadLibrary::LoadProductLibrary(u"C:\\Sonora", u"Helper.dll").IsValid());
-    ASSERT_EQ(log.lines.size(), 2u);
-    EXPECT_NE(log.lines[1].find("Loading C:\\Sonora\\x64\\Helper.dll failed"), std::string::npos) << log.lines[1];
+    ASSERT_EQ(log.Lines().size(), 2u);
+    EXPECT_NE(log.Texts()[1].find("Loading C:\\Sonora\\x64\\Helper.dll failed"), std::string::npos) << log.Texts()[1];
 }
 
 TEST(HVLoadLibraryTest, CriticalErrorTextIsTranslatedBeforeFilling)

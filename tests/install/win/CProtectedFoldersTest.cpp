@@ -16,7 +16,7 @@ std::string U8(const HVString& s) { return s.ToUtf8(); }
 CProtectedFolders::Context TestContext()
 {
     CProtectedFolders::Context c;
-    c.displayName = u"Sonora";
+    c.ownUninstallKey = u"Sonora 32";
     c.earlierInstallationFolder = u"C:\\Program Files\\Halvard\\Sonora";
     c.windowsFolder = u"C:\\windows";
     c.programFilesFolders = {u"C:\\Program Files\\", u"C:\\Program Files (x86)"};
@@ -51,9 +51,11 @@ TEST(CProtectedFolders, DecidesEachEntry)
         {u"Other", u"C:\\PROGRAM FILES (X86)\\", nullptr},
         {u"Other", u"C:\\Program Files\\Halvard\\Sonora", nullptr},
         {u"Other", u"c:\\program files\\halvard\\", nullptr},
-        {u"Sonora", u"D:\\X", nullptr},
-        {u"sonora 5.1", u"D:\\X", nullptr},
-        {u"Sono", u"D:\\X", u"D:\\X\\"},
+        {u"Sonora 32", u"D:\\X", nullptr},
+        {u"SONORA 32", u"D:\\X", nullptr},
+        // Only the key the installations record names is the product's own.
+        {u"Sonora Synth", u"D:\\X", u"D:\\X\\"},
+        {u"Sonora", u"D:\\X", u"D:\\X\\"},
     };
     for (const auto& row : rows) {
         HVString folder;
@@ -112,32 +114,23 @@ TEST_F(UninstallEntries, ReadsBothRootsAndViews)
     Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, u"Sonora " + prefix, u"D:\\IW Test\\Own Entry");
     Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Earlier", u"D:\\IW Test\\Earlier Sonora");
 
-    CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", u"D:\\IW Test\\Earlier Sonora\\");
+    CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora " + prefix, u"D:\\IW Test\\Earlier Sonora\\");
+    ASSERT_FALSE(c.windowsFolder.IsEmpty());
+    ASSERT_FALSE(c.programFilesFolders.empty());
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Win", c.windowsFolder);
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"PF", c.programFilesFolders[0]);
+    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Root", u"C:\\");
     const std::vector<HVString> folders = CProtectedFolders::Read(c);
     EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\Machine64\\"));   // once, though listed twice
     EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\Machine32\\"));
     EXPECT_TRUE(Contains(folders, u"D:\\IW Test\\User\\"));
     EXPECT_TRUE(Contains(folders, u"C:\\IW Test\\Expanded\\"));
     for (const HVString& f : folders) {
-        EXPECT_TRUE(f.EndsWith(u"\\")) << U8(f);
         EXPECT_GT(f.GetLength(), 3) << U8(f);
         EXPECT_EQ(f.FindNoCase(u"Own Entry"), HVString::npos) << U8(f);
         EXPECT_EQ(f.FindNoCase(u"Earlier Sonora"), HVString::npos) << U8(f);
-    }
-}
-
-TEST_F(UninstallEntries, MachineFoldersAreLeftOut)
-{
-    CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", HVString());
-    ASSERT_FALSE(c.windowsFolder.IsEmpty());
-    ASSERT_FALSE(c.programFilesFolders.empty());
-    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Win", c.windowsFolder);
-    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"PF", c.programFilesFolders[0]);
-    Add(HKEY_LOCAL_MACHINE, HVRegView::Key64, prefix + u"Root", u"C:\\");
-    for (const HVString& f : CProtectedFolders::Read(c)) {
         EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.windowsFolder).view())) << U8(f);
         EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.programFilesFolders[0]).view())) << U8(f);
-        EXPECT_FALSE(f.EqualsNoCase(u"C:\\")) << U8(f);
     }
 }
 
@@ -168,7 +161,7 @@ TEST_F(UninstallEntries, DestinationChecksOnThisMachine)
     const HVString base = HVString(temp) + prefix + u"Destinations\\";
     Add(HKEY_LOCAL_MACHINE, HVRegView::Key32, prefix + u"Other Player", base + u"Other Player");
 
-    const CProtectedFolders::Context c = CProtectedFolders::ThisMachine(u"Sonora", HVString());
+    const CProtectedFolders::Context c = CProtectedFolders::ThisMachine(HVString(), HVString());
     ThisMachine machine(c);
     const struct
     {

@@ -4,6 +4,7 @@
 #include "foundation/IHVLogger.h"
 
 #include "FolderTree.h"
+#include "RecordingLogger.h"
 
 #include <gtest/gtest.h>
 
@@ -14,40 +15,24 @@
 
 namespace
 {
-class LineCollector : public IHVLogger
+// The lines of RunProgram with the numbers that vary from run to run (times) blanked.
+std::vector<std::string> RunProgramLines(const RecordingLogger& log)
 {
-public:
-    LineCollector() { HVLog::SetLogger(this); }
-    ~LineCollector() { HVLog::SetLogger(nullptr); }
-    void Write(int, const char* source, const HVString& message) override
+    std::vector<std::string> out;
+    for (std::string line : log.Texts())
     {
-        std::lock_guard lock(mutex_);
-        lines_.push_back(std::string(source) + ": " + message.ToUtf8());
-    }
-    // The lines of RunProgram with the numbers that vary from run to run (times) blanked.
-    std::vector<std::string> Lines()
-    {
-        std::lock_guard lock(mutex_);
-        std::vector<std::string> out;
-        for (std::string line : lines_)
+        if (line.rfind("RunProgram: ", 0) != 0)
+            continue;
+        const size_t ms = line.find(" ms)");
+        if (ms != std::string::npos)
         {
-            if (line.rfind("RunProgram: ", 0) != 0)
-                continue;
-            const size_t ms = line.find(" ms)");
-            if (ms != std::string::npos)
-            {
-                size_t open = line.rfind('(', ms);
-                line.replace(open + 1, ms - open - 1, "N");
-            }
-            out.push_back(line);
+            size_t open = line.rfind('(', ms);
+            line.replace(open + 1, ms - open - 1, "N");
         }
-        return out;
+        out.push_back(line);
     }
-
-private:
-    std::mutex mutex_;
-    std::vector<std::string> lines_;
-};
+    return out;
+}
 
 HVString BinFolder()
 {
@@ -70,7 +55,7 @@ std::string Joined(const std::vector<std::string>& lines)
 
 TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
 {
-    LineCollector log;
+    RecordingLogger log;
     int exitCode = 12345;
     const HVString path = ExitLater();
     ASSERT_TRUE(RunProgram(path, u"7 50", SW_HIDE, true, false, &exitCode));
@@ -84,7 +69,7 @@ TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
         "RunProgram: Finished",
         "RunProgram: Finish (result: 7) (N ms)",
     };
-    EXPECT_EQ(Joined(log.Lines()), Joined(expected));
+    EXPECT_EQ(Joined(RunProgramLines(log)), Joined(expected));
 }
 
 TEST(RunProgram, ExitCodesAcrossTheRange)
@@ -99,19 +84,19 @@ TEST(RunProgram, ExitCodesAcrossTheRange)
 
 TEST(RunProgram, WithoutAnExitCodePlaceTheFinishLineHasNoResult)
 {
-    LineCollector log;
+    RecordingLogger log;
     ASSERT_TRUE(RunProgram(ExitLater(), u"3 0", SW_HIDE, true, false));
-    ASSERT_FALSE(log.Lines().empty());
-    EXPECT_EQ(log.Lines().back(), "RunProgram: Finish (N ms)");
+    ASSERT_FALSE(RunProgramLines(log).empty());
+    EXPECT_EQ(RunProgramLines(log).back(), "RunProgram: Finish (N ms)");
 }
 
 TEST(RunProgram, TimeoutEndsAProgramThatRunsForever)
 {
-    LineCollector log;
+    RecordingLogger log;
     int exitCode = 0;
     EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, true, &exitCode, 300));
     EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(log.Lines());
+    const std::string text = Joined(RunProgramLines(log));
     EXPECT_NE(text.find("RunProgram: Timeout\n"), std::string::npos) << text;
     EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
 }
@@ -128,13 +113,13 @@ TEST(RunProgram, TimeoutZeroWaitsWithoutLimit)
 
 TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRuns)
 {
-    LineCollector log;
+    RecordingLogger log;
     const HVString marker = BinFolder() + u"RunProgramNoWait.txt";
     ::DeleteFileW(marker.w());
     int exitCode = 0;
     ASSERT_TRUE(RunProgram(ExitLater(), HVString::Format(u"0 0 \"%s\"", marker), SW_HIDE, false, false, &exitCode));
     EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(log.Lines());
+    const std::string text = Joined(RunProgramLines(log));
     EXPECT_EQ(text.find("Waiting for completion"), std::string::npos) << text;
     for (int i = 0; i < 500 && ::GetFileAttributesW(marker.w()) == INVALID_FILE_ATTRIBUTES; ++i)
         ::Sleep(10);
@@ -164,11 +149,11 @@ TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
 {
     for (bool useShell : {false, true})
     {
-        LineCollector log;
+        RecordingLogger log;
         int exitCode = 0;
         EXPECT_FALSE(RunProgram(BinFolder() + u"NoSuchProgram.exe", u"", SW_HIDE, true, false, &exitCode, 0, useShell));
         EXPECT_EQ(exitCode, -1);
-        const std::string text = Joined(log.Lines());
+        const std::string text = Joined(RunProgramLines(log));
         EXPECT_NE(text.find("RunProgram: Failed to start (error 2)"), std::string::npos) << text;
         EXPECT_EQ(text.find("Running process"), std::string::npos) << text;
         EXPECT_EQ(text.find("Performing ShellExecute") != std::string::npos, useShell) << text;
@@ -177,11 +162,11 @@ TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
 
 TEST(RunProgram, ThroughTheShell)
 {
-    LineCollector log;
+    RecordingLogger log;
     int exitCode = 0;
     ASSERT_TRUE(RunProgram(ExitLater(), u"6 0", SW_HIDE, true, false, &exitCode, 0, true));
     EXPECT_EQ(exitCode, 6);
-    const auto lines = log.Lines();
+    const auto lines = RunProgramLines(log);
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(lines[1], "RunProgram: Performing ShellExecute...");
     EXPECT_EQ(lines[2], "RunProgram: Running process...");
@@ -189,13 +174,13 @@ TEST(RunProgram, ThroughTheShell)
 
 TEST(RunProgram, CancelEndsTheProgram)
 {
-    LineCollector log;
+    RecordingLogger log;
     const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
     int exitCode = 0;
     EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, false, &exitCode, 0, false, cancel));
     ::CloseHandle(cancel);
     EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(log.Lines());
+    const std::string text = Joined(RunProgramLines(log));
     EXPECT_NE(text.find("RunProgram: Cancel\n"), std::string::npos) << text;
 }
 
@@ -212,9 +197,9 @@ TEST(RunProgram, PumpsTheCallersMessagesWhileWaiting)
 
     // And without pumping they wait.
     ticks = 0;
-    LineCollector log;
+    RecordingLogger log;
     const UINT_PTR second = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
-    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode)) << Joined(log.Lines());
+    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode)) << Joined(RunProgramLines(log));
     ::KillTimer(nullptr, second);
     EXPECT_EQ(ticks, 0);
     MSG msg;

@@ -2,6 +2,10 @@
 #include "toolkit/win/HVImageCtrl.h"
 #include "toolkit/win/HVImageFile.h"
 #include "toolkit/win/HVOkCancelPopupWnd.h"
+#include "toolkit/win/HVToolkit.h"
+
+#include "FolderTree.h"
+#include "TestPaths.h"
 
 #include <gtest/gtest.h>
 
@@ -93,5 +97,39 @@ TEST(HVImageFileTest, PictureBecomesAnIconOfTheAskedSize)
     }
     EXPECT_EQ(HVImageFile::MakeIcon(data + u"Broken.png", 32), nullptr);
     EXPECT_EQ(HVImageFile::MakeIcon(data + u"Sample.png", 0), nullptr);
+}
+
+// The skin file's "Titlebar Icon" resource names the icon, relative to the skin's folder; a
+// loose icon file beside the skin counts for nothing.
+TEST(HVToolkitTest, TheSkinsTitlebarIconResourceNamesTheIcon)
+{
+    const std::wstring folder = e2e::ScratchFolder(L"HVToolkit");
+    ASSERT_FALSE(folder.empty());
+    ASSERT_TRUE(e2e::WriteFileBytes(folder + L"Titlebar Icon.png", "loose"));
+    ASSERT_TRUE(::CreateDirectoryW((folder + L"Icons").c_str(), nullptr));
+    ASSERT_TRUE(e2e::WriteFileBytes(folder + L"Icons\\Bar.png", "icon"));
+    struct Row
+    {
+        const char* skin;       // nullptr: no skin file
+        const wchar_t* icon;    // relative to the folder; empty: the program's own
+    } rows[] = {
+        {R"(<Skin><Color name="TextColor"/><Resource name="Titlebar Icon" file="Icons\Bar.png"/></Skin>)", L"Icons\\Bar.png"},
+        {R"(<Skin><Resource name="Titlebar Icon" file="Icons\Gone.png"/></Skin>)", L""},
+        {R"(<Skin><Resource name="Logo" file="Icons\Bar.png"/></Skin>)", L""},
+        {nullptr, L""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.skin ? row.skin : "no skin file");
+        const std::wstring skin = folder + L"skin.xml";
+        ::DeleteFileW(skin.c_str());
+        if (row.skin) {
+            ASSERT_TRUE(e2e::WriteFileBytes(skin, row.skin));
+        }
+        HVPopupWnd::SetTitlebarIconFile(u"before");
+        const std::wstring expected = *row.icon ? folder + row.icon : L"";
+        EXPECT_EQ(HVToolkit::ApplySkin(HVString(skin.c_str())), !expected.empty());
+        EXPECT_EQ(HVPopupWnd::GetTitlebarIconFile(), HVString(expected.c_str()));
+    }
+    HVPopupWnd::SetTitlebarIconFile(HVString());
 }
 }   // namespace
