@@ -84,7 +84,7 @@ fi
 
 # Where the wizard went and where it stopped.
 if [ -f "$log" ]; then
-  pages=$(tr -d '\r' < "$log" | grep -E 'HVWizardPopupWnd::ShowPage|CInstallWizard::RunWizard' | sed 's/^/   /')
+  pages=$(tr -d '\r' < "$log" | grep -E 'HVWizardPopupWnd::ShowPage|CInstallWizard::RunWizard|CFileInstaller::CopyTree: [0-9]+ files|CCopyAndInstallPpg::Finish' | sed 's/^/   /')
   if [ -n "$pages" ]; then
     echo "== the wizard (from $log):"
     echo "$pages"
