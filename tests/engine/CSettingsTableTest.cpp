@@ -6,6 +6,7 @@
 
 #include <iterator>
 #include <map>
+#include <memory>
 #include <set>
 
 namespace
@@ -108,10 +109,11 @@ const struct
     {u"DBLCLICK_IMG_PREVIEW", u"General - Image Double Click Preview"},
 };
 
-HVInstallDescription Description(const HVString& defaultSettings)
+// Not movable: each test keeps its description where it was made.
+std::unique_ptr<HVInstallDescription> Description(const HVString& defaultSettings)
 {
-    HVInstallDescription description;
-    description.SetText(u"<HVIC version=\"1.0\"><Product/>" + defaultSettings + u"</HVIC>");
+    auto description = std::make_unique<HVInstallDescription>();
+    description->SetText(u"<HVIC version=\"1.0\"><Product/>" + defaultSettings + u"</HVIC>");
     return description;
 }
 
@@ -127,14 +129,14 @@ TEST(CSettingsTableTest, EveryIdentifierHasItsKeyNameAndDefaults)
     const std::map<int32_t, HVString> texts = {{0, kMachine.musicFolder}, {9, u"en"},         {21, u"Video;Data"},
                                                {55, u"chord.wav"},        {56, u"chord.wav"}, {82, u"0"}};
     const std::set<int32_t> storedAsText = {0, 9, 21, 55, 56, 60, 73, 82};
-    const HVInstallDescription none = Description(u"");
+    const auto none = Description(u"");
     for (int32_t id = 0; id < CSettingsTable::kCount; ++id) {
         SCOPED_TRACE(id);
         EXPECT_EQ(CSettingsTable::KeyName(id), kExpected[id].key);
         EXPECT_EQ(CSettingsTable::SettingName(id), kExpected[id].name);
         const int32_t integer = ones.count(id) ? 1 : others.count(id) ? others.at(id) : 0;
-        EXPECT_EQ(CSettingsTable::IntegerValue(id, none, kMachine), integer);
-        EXPECT_EQ(CSettingsTable::TextValue(id, none, kMachine), texts.count(id) ? texts.at(id) : HVString());
+        EXPECT_EQ(CSettingsTable::IntegerValue(id, *none, kMachine), integer);
+        EXPECT_EQ(CSettingsTable::TextValue(id, *none, kMachine), texts.count(id) ? texts.at(id) : HVString());
         EXPECT_EQ(CSettingsTable::StoredAs(id), storedAsText.count(id) ? Stored::Text : Stored::Number);
     }
     EXPECT_EQ(CSettingsTable::IntegerDefault(5, {}), 0);
@@ -142,15 +144,15 @@ TEST(CSettingsTableTest, EveryIdentifierHasItsKeyNameAndDefaults)
 
 TEST(CSettingsTableTest, UnknownIdentifiersYieldNothingWhateverTheDescriptionSays)
 {
-    const HVInstallDescription description = Description(u"<DefaultSettings><MEDIALOCATION>D:\\</MEDIALOCATION>"
+    const auto description = Description(u"<DefaultSettings><MEDIALOCATION>D:\\</MEDIALOCATION>"
                                                          u"<MAKEDEFAULTPLAYER>5</MAKEDEFAULTPLAYER></DefaultSettings>");
     for (int32_t id : {-1, 88, 89, 1000, INT32_MAX, INT32_MIN}) {
         SCOPED_TRACE(id);
         EXPECT_FALSE(CSettingsTable::IsKnown(id));
         EXPECT_EQ(CSettingsTable::KeyName(id), u"");
         EXPECT_EQ(CSettingsTable::SettingName(id), u"");
-        EXPECT_EQ(CSettingsTable::IntegerValue(id, description, kMachine), 0);
-        EXPECT_EQ(CSettingsTable::TextValue(id, description, kMachine), u"");
+        EXPECT_EQ(CSettingsTable::IntegerValue(id, *description, kMachine), 0);
+        EXPECT_EQ(CSettingsTable::TextValue(id, *description, kMachine), u"");
     }
 }
 
@@ -164,15 +166,15 @@ TEST(CSettingsTableTest, APresentKeyOverridesAndKeylessSettingsCanNotBePreset)
         presets += key.IsEmpty() ? HVString::Format(u"<Setting%d>42</Setting%d>", id, id)
                                  : HVString::Format(u"<%s>42</%s>", key, key);
     }
-    const HVInstallDescription preset = Description(u"<DefaultSettings>" + presets + u"</DefaultSettings>");
-    const HVInstallDescription none = Description(u"");
+    const auto preset = Description(u"<DefaultSettings>" + presets + u"</DefaultSettings>");
+    const auto none = Description(u"");
     for (int32_t id = 0; id < CSettingsTable::kCount; ++id) {
         SCOPED_TRACE(id);
         const bool keyed = !CSettingsTable::KeyName(id).IsEmpty();
-        EXPECT_EQ(CSettingsTable::IntegerValue(id, preset, kMachine),
-                  keyed ? 42 : CSettingsTable::IntegerValue(id, none, kMachine));
-        EXPECT_EQ(CSettingsTable::TextValue(id, preset, kMachine),
-                  keyed ? HVString(u"42") : CSettingsTable::TextValue(id, none, kMachine));
+        EXPECT_EQ(CSettingsTable::IntegerValue(id, *preset, kMachine),
+                  keyed ? 42 : CSettingsTable::IntegerValue(id, *none, kMachine));
+        EXPECT_EQ(CSettingsTable::TextValue(id, *preset, kMachine),
+                  keyed ? HVString(u"42") : CSettingsTable::TextValue(id, *none, kMachine));
     }
 }
 
@@ -188,15 +190,15 @@ TEST(CSettingsTableTest, ABadNumberLeavesTheBuiltInDefault)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(HVString(row.text).ToUtf8());
-        const HVInstallDescription description = Description(
+        const auto description = Description(
             HVString::Format(u"<DefaultSettings><START_LOCATION>%s</START_LOCATION></DefaultSettings>", row.text));
-        EXPECT_EQ(CSettingsTable::IntegerValue(11, description, kMachine), row.expected);
-        EXPECT_EQ(CSettingsTable::ValueText(11, description, kMachine), HVString::Format(u"%d", row.expected));
+        EXPECT_EQ(CSettingsTable::IntegerValue(11, *description, kMachine), row.expected);
+        EXPECT_EQ(CSettingsTable::ValueText(11, *description, kMachine), HVString::Format(u"%d", row.expected));
     }
     // A text setting takes its text as it stands; an empty one leaves the default.
-    EXPECT_EQ(CSettingsTable::ValueText(55, Description(u"<DefaultSettings><RIP_SOUNDFILE>tada.wav</RIP_SOUNDFILE>"
+    EXPECT_EQ(CSettingsTable::ValueText(55, *Description(u"<DefaultSettings><RIP_SOUNDFILE>tada.wav</RIP_SOUNDFILE>"
                                                         u"</DefaultSettings>"), kMachine), u"tada.wav");
-    EXPECT_EQ(CSettingsTable::ValueText(55, Description(u"<DefaultSettings><RIP_SOUNDFILE/></DefaultSettings>"),
+    EXPECT_EQ(CSettingsTable::ValueText(55, *Description(u"<DefaultSettings><RIP_SOUNDFILE/></DefaultSettings>"),
                                         kMachine), u"chord.wav");
 }
 }  // namespace

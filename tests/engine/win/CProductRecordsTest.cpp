@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace
 {
@@ -39,7 +40,7 @@ public:
 
 void Clean()
 {
-    for (const std::wstring& key : {kRoot, k31, k30, L"Software\\Halvard\\IW Test Writer"})
+    for (const std::wstring& key : {kRoot, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
         e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, key);
     for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
         e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
@@ -147,8 +148,9 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
     };
     for (const auto& row : rows) {
         ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Properties", row.name, row.earlier));
-        if (row.current)
+        if (row.current) {
             ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, row.name, row.current));
+        }
     }
     // A value of a type the product never wrote goes over as it is.
     HVRegKey odd;
