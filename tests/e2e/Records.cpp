@@ -76,12 +76,11 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
     ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
     const std::wstring dest = Destination();
 
-    // The uninstall entry: the values in the order written, all strings but the last four.
+    // The uninstall entry: exactly these values (the registry lists them by name).
     EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kUninstall, k64),
-              (std::vector<std::wstring>{L"DisplayName", L"HelpLink", L"URLUpdateInfo", L"URLInfoAbout",
-                                         L"InstallLocation", L"Publisher", L"DisplayVersion", L"DisplayIcon",
-                                         L"UninstallString", L"EstimatedSize", L"InstallDate", L"NoModify",
-                                         L"NoRepair"}));
+              (std::vector<std::wstring>{L"DisplayIcon", L"DisplayName", L"DisplayVersion", L"EstimatedSize",
+                                         L"HelpLink", L"InstallDate", L"InstallLocation", L"NoModify", L"NoRepair",
+                                         L"Publisher", L"UninstallString", L"URLInfoAbout", L"URLUpdateInfo"}));
     const std::pair<const wchar_t*, std::wstring> strings[] = {
         {L"DisplayName", L"Sonora (64-bit)"},  {L"HelpLink", kSupport},
         {L"URLUpdateInfo", kSupport},          {L"URLInfoAbout", kSupport},
@@ -105,7 +104,7 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
     // The installations record and the product's "Installer" key.
     const std::wstring record = kInstallations + L"\\Sonora 32";
     EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, record, k64),
-              (std::vector<std::wstring>{L"Path", L"Version", L"OS Version", L"Launcher Name", L"Uninstall Key", L"GUID"}));
+              (std::vector<std::wstring>{L"GUID", L"Launcher Name", L"OS Version", L"Path", L"Uninstall Key", L"Version"}));
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Path", k64), dest + L"Sonora.exe");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Version", k64), ProductVersion());
     EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, record, L"OS Version", k64),

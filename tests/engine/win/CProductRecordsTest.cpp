@@ -5,6 +5,7 @@
 #include "engine/CInstallChangeLog.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
+#include "engine/win/CInstallationRecords.h"
 #include "engine/win/CRegistryWriter.h"
 #include "engine/win/CSettingsHelper.h"
 #include "install/HVInstallDescription.h"
@@ -25,6 +26,8 @@ const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
 const std::wstring kProperties = kRoot + L"\\Properties";
 const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
 const std::wstring k30 = L"Software\\Halvard\\Sonora 30";
+const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
+const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
 const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
 
@@ -45,6 +48,8 @@ void Clean()
     for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
         e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
     e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kHandler);
+    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstall, HVRegView::Key64);
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64);
 }
 
 class CProductRecordsTest : public ::testing::Test
@@ -177,6 +182,23 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
               L"\"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe\" /Boot");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRun, L"Sonora 31"));
     EXPECT_EQ(progress_.positions, (std::vector<int32_t>{0, 1}));
+}
+
+// The registry lists values by name; the change log shows the order they were written in.
+TEST_F(CProductRecordsTest, RecordsAreWrittenInTheirOrder)
+{
+    CInstallationRecords records(Context());
+    ASSERT_TRUE(records.Record());
+    records.WriteUninstallEntry();
+    std::vector<std::wstring> written;
+    for (const InstallChange& change : changes_.Changes())
+        if (change.kind == InstallChange::Kind::ValueWritten)
+            written.push_back(reinterpret_cast<const wchar_t*>(change.name.c_str()));
+    EXPECT_EQ(written, (std::vector<std::wstring>{
+                           L"Path", L"Version", L"OS Version", L"Launcher Name", L"Uninstall Key", L"GUID",
+                           L"Distributor ID", L"Install Directory", L"DisplayName", L"HelpLink", L"URLUpdateInfo",
+                           L"URLInfoAbout", L"InstallLocation", L"Publisher", L"DisplayVersion", L"DisplayIcon",
+                           L"UninstallString", L"EstimatedSize", L"InstallDate", L"NoModify", L"NoRepair"}));
 }
 
 TEST_F(CProductRecordsTest, NoUpgradeLeavesTheEarlierVersionBehind)
