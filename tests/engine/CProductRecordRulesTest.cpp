@@ -48,14 +48,6 @@ TEST(CProductRecordRulesTest, PortableCopiesAreRecordedByFolderTheInstallationBy
     EXPECT_NE(name(true, u"E:\\Sonora 2\\"), stick);
 }
 
-TEST(CProductRecordRulesTest, EarlierVersionsNewestFirst)
-{
-    const std::vector<HVString> roots = CProductRecordRules::EarlierVersionRoots(u"Sonora", 32);
-    ASSERT_EQ(roots.size(), 31u);
-    EXPECT_EQ(roots.front(), u"Software\\Halvard\\Sonora 31");
-    EXPECT_EQ(roots.back(), u"Software\\Halvard\\Sonora 1");
-}
-
 TEST(CProductRecordRulesTest, PreviousDataInRegFileForm)
 {
     const struct
@@ -65,11 +57,9 @@ TEST(CProductRecordRulesTest, PreviousDataInRegFileForm)
         const char16_t* expected;
     } rows[] = {
         {1, {'a', 0, '\\', 0, '"', 0, 0, 0}, u"\"a\\\\\\\"\""},
-        {1, {}, u"\"\""},
         {4, {0x2a, 0, 0, 0x80}, u"dword:8000002a"},
         {4, {1, 2}, u"hex(4):01,02"},
         {3, {0xde, 0xad}, u"hex(3):de,ad"},
-        {7, {}, u"hex(7):"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(CProductRecordRules::DescribeData(row.type, row.data), row.expected);
