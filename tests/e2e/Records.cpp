@@ -153,8 +153,6 @@ TEST_F(RecordsTest, APortableCopyHasNoUninstallEntryAndARecordOfItsOwn)
     EXPECT_EQ(records[0].rfind(L"Sonora 32 Portable ", 0), 0u) << e2e::Utf8(records[0]);
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kInstallations + L"\\" + records[0], L"Path", k64), folder + L"Sonora.exe");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kInstallations + L"\\" + records[0], L"Uninstall Key", k64), L"");
-    // The next ordinary install doesn't propose the portable copy's folder.
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRoot + L"\\Installer", L"Install Directory"));
 }
 
 TEST_F(RecordsTest, SettingsOfAnEarlierMajorVersionAreCarriedOverUnlessNoUpgrade)

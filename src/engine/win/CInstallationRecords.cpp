@@ -49,10 +49,8 @@ bool CInstallationRecords::Record()
         }
     }
     CRegistryWriter installer(context_.changes, product.GetRegistryHive(), product.GetInstallerKey());
-    // The destination page proposes "Install Directory" next time: a portable copy (on a
-    // stick, say) must not become the machine's proposed program folder.
     if (!installer.Open() || !installer.SetString(u"Distributor ID", context_.options.distributorId) ||
-        (!context_.options.portable && !installer.SetString(u"Install Directory", context_.installFolder)))
+        !installer.SetString(u"Install Directory", context_.installFolder))
         return false;
     HVLog::Write(HVLog::kInfo, "CInstallationRecords::Record", u"Recorded as %s (%s)", record.NotedPath(), guid);
     return true;

@@ -20,8 +20,8 @@ public:
 
     // "Path", "Version", "OS Version", "Launcher Name", "Uninstall Key" (empty for a portable
     // copy, which has no uninstall entry) and "GUID" (kept when there is one), then the
-    // "Installer" key's "Distributor ID" and "Install Directory" (not for a portable copy).
-    // False when a key can't be made or a value not written.
+    // "Installer" key's "Distributor ID" and "Install Directory". False when a key can't be
+    // made or a value not written.
     bool Record();
     // Nothing for a portable copy. A key that can't be made leaves the entry out (logged).
     void WriteUninstallEntry();
