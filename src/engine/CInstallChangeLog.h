@@ -37,6 +37,8 @@ class CInstallChangeLog
 {
 public:
     void Note(const InstallChange& change);
+    // A change that is only a kind and a path (folders, keys).
+    void Note(InstallChange::Kind kind, const HVString& path);
     void NoteFile(const HVString& path, bool existedBefore, bool deferred = false);
     void NoteDeleted(const HVString& path, bool deferred = false);
 

@@ -40,6 +40,10 @@ public:
     // Appends the register entry.
     void DeferRegistration(const HVString& path);
 
+    // Off: behave as on a Windows without MoveFileExW, so everything deferred goes to the
+    // journal (how the journal path is exercised on systems that have it).
+    void SetReplaceAtRestartAvailable(bool available) { replaceAtRestartAvailable_ = available; }
+
     bool RestartNeeded() const { return restartNeeded_; }
     void SetRestartNeeded() { restartNeeded_ = true; }
     // False once "HVShellExt.dll" was deferred: the journal registers it at the next logon.
@@ -57,10 +61,15 @@ public:
     static bool WriteFinishFile(const HVString& setupFolder, const HVString& installFolder, const HVString& launcherName);
 
 private:
+    // A whole copy of `source` in the staging folder under its own name; empty when that
+    // can't be made (nothing partial is left).
+    HVString Stage(const HVString& source);
+
     HVString installFolder_;
     CInstallChangeLog* changes_ = nullptr;
     std::vector<HVString> pendingFiles_;
     std::vector<HVString> pendingRegistrations_;
     bool restartNeeded_ = false;
     bool shellExtensionRegistered_ = true;
+    bool replaceAtRestartAvailable_ = true;
 };

@@ -3,8 +3,8 @@
 #include "engine/CCopyRules.h"
 #include "foundation/HVString.h"
 
-// <windows.h> first, as for HVFileSystem: it maps CopyFile to CopyFileW, and every user of
-// this header must see the same member names.
+// <windows.h> first, as for HVFileSystem.h: it maps CopyFile to CopyFileW, and every user of
+// this class must see the member under the same name.
 #include <windows.h>
 
 #include <cstdint>
@@ -70,6 +70,22 @@ public:
     static HVString TemporaryName(const HVString& destination);
 
 private:
+    static constexpr uint64_t kUnknownSize = ~uint64_t(0);
+
+    // The rule for one file. sourceAttributes and size are what the tree's listing knew
+    // (INVALID_FILE_ATTRIBUTES / kUnknownSize when nothing), so no file is asked twice.
+    CopyResult Copy(const HVString& source, const HVString& destination, int32_t mode, bool allowDeferral,
+                    DWORD sourceAttributes, uint64_t size, bool* inUse);
+    // A whole copy at the temporary name, then one rename over the destination. On failure the
+    // destination is as it was, no temporary is left, and `error` says why.
+    bool PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes, DWORD& error);
+    // The destination's folder and its missing parents, each noted; once per folder in a row.
+    void MakeFolderFor(const HVString& destination);
+    // The installed "DynamoServer.exe" is asked to stop, so that its file can be replaced.
+    void StopServer();
+    // A folder of the install folder with its contents.
+    void DeleteFolder(const HVString& relativeFolder);
+
     CDeferredOperations& deferred_;
     CInstallChangeLog& changes_;
     HVString installFolder_;

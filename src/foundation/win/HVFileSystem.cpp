@@ -21,6 +21,19 @@ bool IsAtRoot(const HVString& path)
 }
 
 constexpr int kMaximumUniqueNameTries = 100000;
+
+using MoveFileExFunction = BOOL(WINAPI*)(LPCWSTR, LPCWSTR, DWORD);
+
+MoveFileExFunction LookUpMoveFileEx()
+{
+    static const MoveFileExFunction function = [] {
+        const HMODULE kernel = ::GetModuleHandleW(L"kernel32.dll");
+        return kernel ? reinterpret_cast<MoveFileExFunction>(
+                            reinterpret_cast<void*>(::GetProcAddress(kernel, "MoveFileExW")))
+                      : nullptr;
+    }();
+    return function;
+}
 }
 
 bool HVFileSystem::DeleteFile(const HVString& path)
@@ -219,13 +232,50 @@ bool HVFileSystem::MoveFile(const HVString& source, const HVString& target, bool
     return code == ERROR_SUCCESS;
 }
 
+bool HVFileSystem::CopyFileWhole(const HVString& source, const HVString& target, DWORD* error)
+{
+    DWORD code = ERROR_INVALID_PARAMETER;
+    if (!CopyFile(source, target, false, &code) && code == ERROR_ACCESS_DENIED && Exists(target, false) &&
+        DeleteFile(target))
+        CopyFile(source, target, false, &code);
+    // A partial copy would pass for the file itself to whoever finds it later.
+    if (code != ERROR_SUCCESS && code != ERROR_INVALID_PARAMETER)
+        DeleteFile(target);
+    if (error)
+        *error = code;
+    return code == ERROR_SUCCESS;
+}
+
+bool HVFileSystem::IsSameFile(const HVString& first, const HVString& second)
+{
+    BY_HANDLE_FILE_INFORMATION info[2];
+    const HVString* paths[2] = {&first, &second};
+    for (int i = 0; i < 2; ++i) {
+        // No access at all is asked for, so a file held open without sharing can still be compared.
+        HVFileHandle file = OpenFile(*paths[i], 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+        if (!file || !::GetFileInformationByHandle(file.Get(), &info[i]))
+            return false;
+    }
+    return info[0].dwVolumeSerialNumber == info[1].dwVolumeSerialNumber &&
+           info[0].nFileIndexHigh == info[1].nFileIndexHigh && info[0].nFileIndexLow == info[1].nFileIndexLow;
+}
+
+bool HVFileSystem::CanMoveFileAtRestart()
+{
+    return LookUpMoveFileEx() != nullptr;
+}
+
 bool HVFileSystem::MoveFileAtRestart(const HVString& source, const HVString& target, DWORD* error)
 {
     DWORD code = ERROR_INVALID_PARAMETER;
-    if (!source.IsEmpty()) {
+    const MoveFileExFunction moveFileEx = LookUpMoveFileEx();
+    if (!moveFileEx) {
+        code = ERROR_CALL_NOT_IMPLEMENTED;
+    } else if (!source.IsEmpty()) {
         const HVString longTarget = target.IsEmpty() ? HVString() : Path::ToLongPath(target);
         const DWORD flags = MOVEFILE_DELAY_UNTIL_REBOOT | (target.IsEmpty() ? 0 : MOVEFILE_REPLACE_EXISTING);
-        code = ::MoveFileExW(Path::ToLongPath(source).w(), target.IsEmpty() ? nullptr : longTarget.w(), flags)
+        code = moveFileEx(Path::ToLongPath(source).w(), target.IsEmpty() ? nullptr : longTarget.w(), flags)
                    ? ERROR_SUCCESS
                    : ::GetLastError();
     }

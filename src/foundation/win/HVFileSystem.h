@@ -59,10 +59,21 @@ public:
     // CopyFileW. `error` receives the system's error code (0 on success); a failure is logged
     // as a warning because callers usually have a fall-back (copy at restart, a retry box).
     static bool CopyFile(const HVString& source, const HVString& target, bool failIfExists, DWORD* error = nullptr);
+    // CopyFileW over whatever is at `target`, for copies that must be whole or absent: a copy
+    // that fails part way (a full disk) removes what it wrote, and a read-only leftover at the
+    // target is removed and the copy tried once more.
+    static bool CopyFileWhole(const HVString& source, const HVString& target, DWORD* error = nullptr);
+    // Whether two paths name one file (the same volume and file index), through links,
+    // short names and different spellings. False when either can't be opened.
+    static bool IsSameFile(const HVString& first, const HVString& second);
     // A rename, or with `allowCopy` a copy and delete across volumes.
     static bool MoveFile(const HVString& source, const HVString& target, bool replaceExisting, bool allowCopy,
                          DWORD* error = nullptr);
+    // Whether this Windows can replace files at the next restart: MoveFileExW is looked up in
+    // kernel32 at run time, because the oldest systems the product ran on lack it.
+    static bool CanMoveFileAtRestart();
     // Replaces `target` by `source` at the next restart; an empty target deletes `source` then.
+    // Fails with ERROR_CALL_NOT_IMPLEMENTED where CanMoveFileAtRestart is false.
     static bool MoveFileAtRestart(const HVString& source, const HVString& target, DWORD* error = nullptr);
 
     // Free bytes for the caller on the drive of a path. The path need not exist yet: the

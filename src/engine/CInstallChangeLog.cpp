@@ -1,0 +1,57 @@
+#include "engine/CInstallChangeLog.h"
+
+#include <algorithm>
+
+void CInstallChangeLog::Note(const InstallChange& change)
+{
+    changes_.push_back(change);
+}
+
+void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
+{
+    InstallChange change;
+    change.kind = kind;
+    change.path = path;
+    changes_.push_back(std::move(change));
+}
+
+void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred)
+{
+    InstallChange change;
+    change.kind = InstallChange::Kind::FileWritten;
+    change.path = path;
+    change.existedBefore = existedBefore;
+    change.deferred = deferred;
+    changes_.push_back(std::move(change));
+}
+
+void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
+{
+    InstallChange change;
+    change.kind = InstallChange::Kind::FileDeleted;
+    change.path = path;
+    change.existedBefore = true;
+    change.deferred = deferred;
+    changes_.push_back(std::move(change));
+}
+
+size_t CInstallChangeLog::Count(InstallChange::Kind kind) const
+{
+    return static_cast<size_t>(
+        std::count_if(changes_.begin(), changes_.end(), [kind](const InstallChange& c) { return c.kind == kind; }));
+}
+
+const char16_t* CInstallChangeLog::KindName(InstallChange::Kind kind)
+{
+    switch (kind) {
+    case InstallChange::Kind::FileWritten: return u"FileWritten";
+    case InstallChange::Kind::FileDeleted: return u"FileDeleted";
+    case InstallChange::Kind::FolderCreated: return u"FolderCreated";
+    case InstallChange::Kind::FolderDeleted: return u"FolderDeleted";
+    case InstallChange::Kind::KeyCreated: return u"KeyCreated";
+    case InstallChange::Kind::KeyDeleted: return u"KeyDeleted";
+    case InstallChange::Kind::ValueWritten: return u"ValueWritten";
+    case InstallChange::Kind::ValueDeleted: return u"ValueDeleted";
+    }
+    return u"";
+}

@@ -1,0 +1,272 @@
+#include "engine/win/CFileInstaller.h"
+
+#include "engine/CInstallChangeLog.h"
+#include "engine/CRetiredFiles.h"
+#include "engine/IInstallProgress.h"
+#include "engine/win/CDeferredOperations.h"
+#include "foundation/CVersionInfo.h"
+#include "foundation/HVLog.h"
+#include "foundation/HVLogTimer.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVRegKey.h"
+#include "integration/win/CComponentRegistration.h"
+#include "integration/win/RunProgram.h"
+
+#include <string>
+
+namespace
+{
+// Attributes a copy brings along that would stop the next install from replacing the file.
+constexpr DWORD kBlockingAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+constexpr DWORD kUnknownAttributes = INVALID_FILE_ATTRIBUTES;
+
+// The files of a tree, relative to its root, in one character pool: a large tree costs a few
+// dozen bytes per file instead of a string object each.
+struct SourceList
+{
+    struct Item
+    {
+        uint32_t offset;
+        uint32_t length;
+        DWORD attributes;
+        uint64_t size;
+    };
+    std::u16string names;
+    std::vector<Item> items;
+    uint64_t totalBytes = 0;
+
+    std::u16string_view Name(const Item& item) const { return std::u16string_view(names).substr(item.offset, item.length); }
+};
+
+// Files of a folder before its subfolders, so that each destination folder is made once.
+bool Collect(const HVString& root, const HVString& relative, SourceList& list)
+{
+    std::vector<HVFileSystem::Entry> entries;
+    if (!HVFileSystem::EnumerateFolder(root + relative, entries, u"*.*"))
+        return false;
+    std::vector<HVString> folders;
+    for (HVFileSystem::Entry& entry : entries) {
+        if (entry.isFolder) {
+            folders.push_back(relative + entry.name + u"\\");
+            continue;
+        }
+        const auto offset = static_cast<uint32_t>(list.names.size());
+        list.names.append(relative.view()).append(entry.name.view());
+        list.items.push_back({offset, static_cast<uint32_t>(list.names.size() - offset), entry.attributes, entry.size});
+        list.totalBytes += entry.size;
+    }
+    entries = {};
+    bool ok = true;
+    for (const HVString& folder : folders)
+        ok = Collect(root, folder, list) && ok;
+    return ok;
+}
+
+bool IsInUseError(DWORD error)
+{
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED ||
+           error == ERROR_USER_MAPPED_FILE;
+}
+}
+
+CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes)
+    : deferred_(deferred), changes_(changes)
+{
+}
+
+HVString CFileInstaller::TemporaryName(const HVString& destination)
+{
+    return destination + u".iwnew";
+}
+
+bool CFileInstaller::CopyTree(const HVString& sourceFolder, const HVString& destinationFolder, int32_t mode,
+                              IInstallProgress& progress)
+{
+    HVLogTimer timer("CFileInstaller::CopyTree");
+    const HVString sourceRoot = HVFileSystem::NormalizeFolderPath(sourceFolder);
+    const HVString destinationRoot = HVFileSystem::NormalizeFolderPath(destinationFolder);
+    SourceList list;
+    const bool listed = Collect(sourceRoot, HVString(), list);
+    if (!listed)
+        HVLog::Write(HVLog::kError, "CFileInstaller::CopyTree", u"Could not read all of %s", sourceRoot);
+
+    progress.SetProgressRange(0, 100);
+    progress.SetProgressPosition(0);
+    uint64_t copied = 0;
+    HVString relative;
+    for (const SourceList::Item& item : list.items) {
+        progress.DrainMessages();
+        relative = HVString(list.Name(item));
+        Copy(sourceRoot + relative, destinationRoot + relative, mode, true, item.attributes, item.size, nullptr);
+        copied += item.size;
+        if (list.totalBytes > 0)
+            progress.SetProgressPosition(static_cast<int32_t>(copied * 100 / list.totalBytes));
+    }
+    HVLog::Write(HVLog::kInfo, "CFileInstaller::CopyTree", u"%d files, %I64u bytes from %s", int(list.items.size()),
+                 list.totalBytes, sourceRoot);
+    return listed;
+}
+
+CFileInstaller::CopyResult CFileInstaller::CopyFile(const HVString& source, const HVString& destination, int32_t mode)
+{
+    return Copy(source, destination, mode, true, kUnknownAttributes, kUnknownSize, nullptr);
+}
+
+CFileInstaller::CopyResult CFileInstaller::CopyCoreFile(const HVString& source, const HVString& destination,
+                                                        bool* inUse)
+{
+    return Copy(source, destination, kCopyAlwaysOverwrite, false, kUnknownAttributes, kUnknownSize, inUse);
+}
+
+CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HVString& destination, int32_t mode,
+                                                bool allowDeferral, DWORD sourceAttributes, uint64_t size,
+                                                bool* inUse)
+{
+    if (inUse)
+        *inUse = false;
+    MakeFolderFor(destination);
+    if (CCopyRules::IsServerProgram(destination))
+        StopServer();
+
+    const DWORD destinationAttributes = HVFileSystem::GetAttributes(destination);
+    const bool existed = destinationAttributes != INVALID_FILE_ATTRIBUTES;
+    if (existed && HVFileSystem::IsSameFile(source, destination))
+        return CopyResult::Skipped;
+    // Versions only where they decide something: reading them costs a load of the file.
+    if (mode == kCopyVersionCheck && CCopyRules::IsVersionChecked(destination)) {
+        CVersionInfo installed;
+        if (existed)
+            installed.Read(destination);
+        if (!CCopyRules::ShouldCopy(mode, destination, CVersionInfo(source), installed))
+            return CopyResult::Skipped;
+    }
+
+    DWORD error = ERROR_SUCCESS;
+    const bool placed = PutInPlace(source, destination, destinationAttributes, error);
+    CopyResult result = CopyResult::Copied;
+    if (placed) {
+        if (sourceAttributes == kUnknownAttributes || (sourceAttributes & kBlockingAttributes))
+            HVFileSystem::SetNormalAttributes(destination);
+        changes_.NoteFile(destination, existed);
+        ++filesCopied_;
+        if (size == kUnknownSize && !HVFileSystem::GetFileSize(destination, size))
+            size = 0;
+        bytesCopied_ += size;
+    } else {
+        if (inUse)
+            *inUse = IsInUseError(error);
+        result = allowDeferral && deferred_.DeferCopy(source, destination) ? CopyResult::Deferred : CopyResult::Failed;
+    }
+    if (result == CopyResult::Failed)
+        return result;
+
+    if (CCopyRules::IsFontMode(mode) && ::AddFontResourceW(destination.w()) == 0)
+        HVLog::Write(HVLog::kWarning, "CFileInstaller::Copy", u"Could not add the font %s", destination);
+    if (CCopyRules::MayRegister(source) && CComponentRegistration::IsSelfRegistering(source)) {
+        if (result == CopyResult::Deferred)
+            deferred_.DeferRegistration(destination);
+        else
+            filesToRegister_.push_back(destination);
+    }
+    return result;
+}
+
+bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes,
+                                DWORD& error)
+{
+    // The new file is whole beside the old one before the old one goes, and a rename within one
+    // folder replaces it in one step: whenever the process ends, the destination is old or new.
+    const HVString temporary = TemporaryName(destination);
+    if (!HVFileSystem::CopyFileWhole(source, temporary, &error))
+        return false;
+    if (destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes))
+        HVFileSystem::SetNormalAttributes(destination);
+    if (HVFileSystem::MoveFile(temporary, destination, true, false, &error))
+        return true;
+    HVFileSystem::DeleteFile(temporary);
+    return false;
+}
+
+void CFileInstaller::MakeFolderFor(const HVString& destination)
+{
+    const HVString folder = destination.Left(destination.ReverseFind(u'\\') + 1);
+    if (folder.IsEmpty() || folder == lastFolderMade_)
+        return;
+    // The folders that are missing, innermost first, so the change log can name each one made.
+    std::vector<HVString> missing;
+    for (HVString at = folder; !at.IsEmpty() && !HVFileSystem::FolderExists(at);) {
+        missing.push_back(at);
+        const HVString parent = at.Left(at.GetLength() - 1);
+        at = parent.Left(parent.ReverseFind(u'\\') + 1);
+    }
+    if (!missing.empty() && !HVFileSystem::MakeDirectoryTree(folder))
+        return;
+    for (auto it = missing.rbegin(); it != missing.rend(); ++it)
+        changes_.Note(InstallChange::Kind::FolderCreated, *it);
+    lastFolderMade_ = folder;
+}
+
+void CFileInstaller::StopServer()
+{
+    if (installFolder_.IsEmpty())
+        return;
+    const HVString server = installFolder_ + u"DynamoServer.exe";
+    if (HVFileSystem::Exists(server, false))
+        RunProgram(server, u"stop", SW_HIDE, true, true);
+}
+
+void CFileInstaller::DeleteFolder(const HVString& relativeFolder)
+{
+    const HVString folder = installFolder_ + relativeFolder;
+    if (!HVFileSystem::FolderExists(folder))
+        return;
+    if (!HVFileSystem::DeleteFolderTree(folder))
+        HVLog::Write(HVLog::kWarning, "CFileInstaller::DeleteFolder", u"Could not remove all of %s", folder);
+    changes_.Note(InstallChange::Kind::FolderDeleted, folder);
+}
+
+void CFileInstaller::CleanInstallFolder(bool cleanData, const HVString& obsoleteFiles,
+                                        const HVString& productRegistryRoot, IInstallProgress& progress,
+                                        const std::function<void()>& removeRetiredRecords)
+{
+    progress.SetStatusText(u"Cleaning installation directory...");
+    progress.SetProgressRange(0, 1);
+    progress.SetProgressPosition(0);
+    // Every path below is relative to the install folder; without one they would name files
+    // wherever the process happens to stand.
+    if (installFolder_.IsEmpty()) {
+        HVLog::Write(HVLog::kError, "CFileInstaller::CleanInstallFolder", u"No install folder");
+        return;
+    }
+
+    for (const HVString& entry : CRetiredFiles::Entries()) {
+        if (entry.EndsWith(u"\\"))
+            DeleteFolder(entry);
+        else
+            deferred_.DeferDelete(installFolder_ + entry);
+    }
+    if (removeRetiredRecords)
+        removeRetiredRecords();
+    if (cleanData)
+        for (const HVString& folder : CRetiredFiles::DataFolders())
+            DeleteFolder(folder);
+    for (const HVString& folder : CRetiredFiles::AlwaysCleanedFolders())
+        DeleteFolder(folder);
+
+    DeleteFolder(u"Setup\\");
+    const HVString journalKey = productRegistryRoot + u"\\Installer\\Finalize";
+    HVRegKey root;
+    if (!productRegistryRoot.IsEmpty() && HVRegKey::KeyExists(HKEY_CURRENT_USER, journalKey) &&
+        root.Open(HKEY_CURRENT_USER, productRegistryRoot, KEY_READ | KEY_WRITE) &&
+        root.DeleteSubKeyTree(u"Installer\\Finalize"))
+        changes_.Note(InstallChange::Kind::KeyDeleted, u"HKCU\\" + journalKey);
+
+    std::vector<HVString> refused;
+    for (const HVString& item : CRetiredFiles::SplitObsoleteFiles(obsoleteFiles, &refused))
+        deferred_.DeferDelete(installFolder_ + item);
+    for (const HVString& item : refused)
+        HVLog::Write(HVLog::kWarning, "CFileInstaller::CleanInstallFolder",
+                     u"Obsolete file refused, it lies outside the install folder: %s", item);
+
+    progress.SetProgressPosition(1);
+}
