@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <string>
 #include <vector>
 
@@ -15,6 +17,10 @@ enum class TreeEntries
 
 // Relative paths below `folder`, sorted without regard to case. Empty when the folder is missing.
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries = TreeEntries::Files);
+
+// How many files below `folder` have this last-write time: copies keep it, so a test that
+// stamped its new files can follow a copy's progress from a listing alone.
+int CountFilesWritten(const std::wstring& folder, const FILETIME& lastWrite);
 
 struct TreeDifference
 {

@@ -48,9 +48,16 @@ struct RunOptions
     std::vector<DialogRule> rules;
     // After this the program is ended and the run counts as timed out.
     DWORD timeoutMs = 60000;
-    // Called on every round of the watch loop (about every 50 ms) while the program runs, for
+    // Called on every round of the watch loop (every `roundMs`) while the program runs, for
     // tests that drive windows other than dialogs. Return false to end the program and fail.
     std::function<bool(DWORD processId)> onPoll;
+    // Asked after onPoll: true ends the program at once, as a crash or a power cut would, and
+    // the run's outcome is EndedByTest.
+    std::function<bool(DWORD processId)> endWhen;
+    DWORD roundMs = 50;
+    // Off for measurements: looking at the program's windows sends them messages, which would
+    // be counted as the program's own time. A dialog then waits until the time limit.
+    bool watchDialogs = true;
 };
 
 enum class RunOutcome
@@ -61,6 +68,7 @@ enum class RunOutcome
     NoSuchButton,      // a rule named a button the dialog doesn't have; the program was ended
     PollFailed,        // onPoll returned false; the program was ended
     TimedOut,          // the time limit passed; the program was ended
+    EndedByTest,       // endWhen asked for it; the program was ended
 };
 
 struct DialogRecord
@@ -81,6 +89,10 @@ struct RunResult
     // Windows of the program open when it was ended (unexpected dialog, time-out, poll failure).
     std::vector<std::wstring> openWindows;
     std::wstring failure;
+    // From just before the start to the end (or to being ended).
+    double seconds = 0;
+    // The largest working set the program had, as seen once a round and at its end.
+    uint64_t peakWorkingSetBytes = 0;
 
     bool Exited() const { return outcome == RunOutcome::Exited; }
     bool ExitedWith(DWORD code) const { return Exited() && exitCode == code; }
@@ -107,10 +119,12 @@ private:
     // Answers the dialogs that appeared since the last round; false ends the run.
     bool AnswerDialogs(RunResult& result);
     void EndProgram(RunResult& result, RunOutcome outcome, const std::wstring& why);
+    void Measure(RunResult& result) const;
 
     RunOptions options_;
     HVHandle process_;
     std::vector<HWND> answered_;
     std::vector<int> ruleUses_;
+    LARGE_INTEGER started_{};
 };
 }
