@@ -6,7 +6,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace e2e
 {
@@ -75,11 +74,11 @@ std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entri
     return out;
 }
 
-int CountFilesWritten(const std::wstring& folder, const FILETIME& lastWrite)
+int CountFiles(const std::wstring& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& which)
 {
     int count = 0;
     Walk(WithSlash(folder), L"", [&](const std::wstring&, const WIN32_FIND_DATAW& data) {
-        count += !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && CompareFileTime(&data.ftLastWriteTime, &lastWrite) == 0;
+        count += !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && which(data);
     });
     return count;
 }

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,10 @@ enum class TreeEntries
 // Relative paths below `folder`, sorted without regard to case. Empty when the folder is missing.
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries = TreeEntries::Files);
 
-// How many files below `folder` have this last-write time: copies keep it, so a test that
-// stamped its new files can follow a copy's progress from a listing alone.
-int CountFilesWritten(const std::wstring& folder, const FILETIME& lastWrite);
+// How many files below `folder` pass `which`, from a listing alone (names, sizes, times): fast
+// enough to follow a running copy. Copies keep a file's last-write time, so a test that stamps
+// the files it gives the installer can tell them apart in the destination.
+int CountFiles(const std::wstring& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& which);
 
 struct TreeDifference
 {
