@@ -12,7 +12,7 @@ if [ ! -f "$exe" ]; then
   echo "bench: $exe is missing; run 'make bench'" >&2
   exit 1
 fi
-wineserver -p 60
+wineserver -p 60 </dev/null >/dev/null 2>&1 || true
 # Wine's services start with the first program; started here, they are not timed as ours.
 wine cmd.exe /c exit 0 </dev/null >/dev/null 2>&1 || true
 wine "$exe" "${IW_INSTALL_BENCH_RUNS:-5}" "${IW_INSTALL_BENCH_SCALE_RUNS:-3}"

@@ -103,9 +103,18 @@ bool ProgramDriver::Start(RunResult& result)
     QueryPerformanceCounter(&started_);
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
+    HVFileHandle nul;
+    if (options_.discardOutput)
+    {
+        SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
+        nul.Reset(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                              OPEN_EXISTING, 0, nullptr));
+        startup.dwFlags = STARTF_USESTDHANDLES;
+        startup.hStdInput = startup.hStdOutput = startup.hStdError = nul.Get();
+    }
     PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(options_.program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        options_.workingFolder.c_str(), &startup, &info))
+    if (!CreateProcessW(options_.program.c_str(), commandLine.data(), nullptr, nullptr, options_.discardOutput, 0,
+                        nullptr, options_.workingFolder.c_str(), &startup, &info))
     {
         result.failure = L"cannot start " + commandLine + L" (error " + std::to_wstring(GetLastError()) + L")";
         return false;

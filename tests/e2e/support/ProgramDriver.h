@@ -58,6 +58,8 @@ struct RunOptions
     // Off for measurements: looking at the program's windows sends them messages, which would
     // be counted as the program's own time. A dialog then waits until the time limit.
     bool watchDialogs = true;
+    // A console program's output goes nowhere instead of into the test's own.
+    bool discardOutput = false;
 };
 
 enum class RunOutcome
