@@ -1,0 +1,39 @@
+#include "integration/win/CComponentRegistration.h"
+
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVRegKey.h"
+
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+TEST(CComponentRegistrationTest, FindsAndCallsDllRegisterServer)
+{
+    const HVString media(e2e::MediaFolder().c_str());
+    const HVString folder(e2e::ScratchFolder(L"CComponentRegistration").c_str());
+    const HVString shell = folder + u"HVShellExt.dll";
+    const bool productKeyExisted = HVRegKey::KeyExists(HKEY_CURRENT_USER, u"Software\\Halvard\\Sonora 32");
+    ASSERT_TRUE(HVFileSystem::CopyFile(media + u"Listenwell\\HVShellExt.dll", shell, false));
+    ASSERT_TRUE(HVFileSystem::CopyFile(shell, folder + u"HVShellExt.exe", false));
+    struct Case { HVString path; bool selfRegistering; bool registers; };
+    for (const Case& c : {Case{shell, true, true}, Case{folder + u"HVShellExt.exe", true, false},
+                          Case{media + u"System\\Check Version\\HVCodecSupport.dll", false, false},
+                          Case{media + u"License.txt", false, false}, Case{folder + u"missing.dll", false, false}}) {
+        EXPECT_EQ(CComponentRegistration::IsSelfRegistering(c.path), c.selfRegistering) << c.path.ToUtf8();
+        EXPECT_EQ(CComponentRegistration::RegisterServer(c.path), c.registers) << c.path.ToUtf8();
+    }
+    // The sample component leaves its path behind when it is registered.
+    HVRegKey marker;
+    HVString registered;
+    ASSERT_TRUE(marker.Open(HKEY_CURRENT_USER, u"Software\\Halvard\\Sonora 32\\Registered", KEY_READ | KEY_WRITE));
+    EXPECT_TRUE(marker.QueryString(u"HVShellExt.dll", registered));
+    EXPECT_EQ(registered, shell);
+    marker.DeleteValue(u"HVShellExt.dll");
+    marker.Close();
+    HVRegKey halvard;
+    if (!productKeyExisted && halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
+        halvard.DeleteSubKeyTree(u"Sonora 32");
+}
+}
