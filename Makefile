@@ -53,7 +53,7 @@ test: native tsan win prefix
 demo: win prefix
 	@scripts/demo.sh
 
-bench: release
+bench: release win prefix
 	@scripts/bench.sh
 
 FUZZ_SECONDS ?= 60

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Runs the benchmarks of the release tree (make bench). The XML benchmark writes its documents
+# Runs the benchmarks (make bench). The XML benchmark of the release tree writes its documents
 # under the build tree and ends with one summary line per document and operation:
 #   xml <document> <operation> ours=<MB/s> pugixml=<MB/s> ratio=<ours/pugixml>
-# Extra arguments go to Google Benchmark (e.g. --benchmark_filter=catalogue-1MB).
+# Extra arguments go to Google Benchmark (e.g. --benchmark_filter=catalogue-1MB). Then the
+# install benchmark runs under Wine (install-bench.sh) and prints its "install ..." lines.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 build="${IW_BUILD:-$here/../build}"
@@ -14,3 +15,4 @@ fi
 data="$build/release/bench-data"
 mkdir -p "$data"
 "$exe" --data-dir="$data" "$@"
+"$here/install-bench.sh"

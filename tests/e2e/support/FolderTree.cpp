@@ -42,7 +42,9 @@ bool IsDots(const wchar_t* name)
     return wcscmp(name, L".") == 0 || wcscmp(name, L"..") == 0;
 }
 
-void Walk(const std::wstring& root, const std::wstring& relative, TreeEntries entries, std::vector<std::wstring>& out)
+// Every file and folder below root + relative, parents before their contents.
+void Walk(const std::wstring& root, const std::wstring& relative,
+          const std::function<void(const std::wstring& path, const WIN32_FIND_DATAW& data)>& visit)
 {
     WIN32_FIND_DATAW data;
     HVFindHandle find(FindFirstFileW((root + relative + L"*").c_str(), &data));
@@ -53,16 +55,10 @@ void Walk(const std::wstring& root, const std::wstring& relative, TreeEntries en
         if (IsDots(data.cFileName))
             continue;
         const std::wstring path = relative + data.cFileName;
-        if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-        {
-            if (entries == TreeEntries::FilesAndFolders)
-                out.push_back(path + L"\\");
-            Walk(root, path + L"\\", entries, out);
-        }
-        else
-        {
-            out.push_back(path);
-        }
+        const bool folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        visit(folder ? path + L"\\" : path, data);
+        if (folder)
+            Walk(root, path + L"\\", visit);
     } while (FindNextFileW(find.Get(), &data));
 }
 }
@@ -70,9 +66,21 @@ void Walk(const std::wstring& root, const std::wstring& relative, TreeEntries en
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries)
 {
     std::vector<std::wstring> out;
-    Walk(WithSlash(folder), L"", entries, out);
+    Walk(WithSlash(folder), L"", [&](const std::wstring& path, const WIN32_FIND_DATAW&) {
+        if (entries == TreeEntries::FilesAndFolders || path.back() != L'\\')
+            out.push_back(path);
+    });
     std::sort(out.begin(), out.end(), LessNoCase);
     return out;
+}
+
+int CountFiles(const std::wstring& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& which)
+{
+    int count = 0;
+    Walk(WithSlash(folder), L"", [&](const std::wstring&, const WIN32_FIND_DATAW& data) {
+        count += !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && which(data);
+    });
+    return count;
 }
 
 std::string TreeDifference::Describe() const

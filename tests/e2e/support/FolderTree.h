@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,11 @@ enum class TreeEntries
 
 // Relative paths below `folder`, sorted without regard to case. Empty when the folder is missing.
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries = TreeEntries::Files);
+
+// How many files below `folder` pass `which`, from a listing alone (names, sizes, times): fast
+// enough to follow a running copy. Copies keep a file's last-write time, so a test that stamps
+// the files it gives the installer can tell them apart in the destination.
+int CountFiles(const std::wstring& folder, const std::function<bool(const WIN32_FIND_DATAW&)>& which);
 
 struct TreeDifference
 {

@@ -2,14 +2,14 @@
 
 #include "TestPaths.h"
 
+#include <psapi.h>
+
 #include <algorithm>
 
 namespace e2e
 {
 namespace
 {
-constexpr DWORD kRoundMs = 50;
-
 bool SameNoCase(const std::wstring& a, const std::wstring& b)
 {
     return CompareStringOrdinal(a.c_str(), static_cast<int>(a.size()), b.c_str(), static_cast<int>(b.size()),
@@ -37,6 +37,7 @@ const char* ToString(RunOutcome outcome)
     case RunOutcome::NoSuchButton: return "no such button";
     case RunOutcome::PollFailed: return "poll failed";
     case RunOutcome::TimedOut: return "timed out";
+    case RunOutcome::EndedByTest: return "ended by the test";
     }
     return "?";
 }
@@ -99,11 +100,21 @@ bool ProgramDriver::Start(RunResult& result)
     std::wstring commandLine = L"\"" + options_.program + L"\"";
     if (!options_.commandLine.empty())
         commandLine += L" " + options_.commandLine;
+    QueryPerformanceCounter(&started_);
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
+    HVFileHandle nul;
+    if (options_.discardOutput)
+    {
+        SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
+        nul.Reset(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                              OPEN_EXISTING, 0, nullptr));
+        startup.dwFlags = STARTF_USESTDHANDLES;
+        startup.hStdInput = startup.hStdOutput = startup.hStdError = nul.Get();
+    }
     PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(options_.program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        options_.workingFolder.c_str(), &startup, &info))
+    if (!CreateProcessW(options_.program.c_str(), commandLine.data(), nullptr, nullptr, options_.discardOutput, 0,
+                        nullptr, options_.workingFolder.c_str(), &startup, &info))
     {
         result.failure = L"cannot start " + commandLine + L" (error " + std::to_wstring(GetLastError()) + L")";
         return false;
@@ -114,14 +125,31 @@ bool ProgramDriver::Start(RunResult& result)
     return true;
 }
 
+void ProgramDriver::Measure(RunResult& result) const
+{
+    LARGE_INTEGER now;
+    LARGE_INTEGER frequency;
+    QueryPerformanceCounter(&now);
+    QueryPerformanceFrequency(&frequency);
+    result.seconds = static_cast<double>(now.QuadPart - started_.QuadPart) / static_cast<double>(frequency.QuadPart);
+    // Wine can only read a process's counters while it runs, hence once a round as well.
+    PROCESS_MEMORY_COUNTERS counters = {};
+    counters.cb = sizeof(counters);
+    if (GetProcessMemoryInfo(process_.Get(), &counters, sizeof(counters)))
+        result.peakWorkingSetBytes = std::max<uint64_t>(result.peakWorkingSetBytes, counters.PeakWorkingSetSize);
+}
+
 void ProgramDriver::EndProgram(RunResult& result, RunOutcome outcome, const std::wstring& why)
 {
     result.outcome = outcome;
     result.failure = why;
-    for (const WindowInfo& w : ListTopLevelWindows(result.processId, true))
-        result.openWindows.push_back(w.Describe());
+    // A deliberate end must come at once, where the test chose it.
+    if (outcome != RunOutcome::EndedByTest)
+        for (const WindowInfo& w : ListTopLevelWindows(result.processId, true))
+            result.openWindows.push_back(w.Describe());
     TerminateProcess(process_.Get(), 0xDEAD);
     WaitForSingleObject(process_.Get(), 10000);
+    Measure(result);
 }
 
 bool ProgramDriver::DueForAnswer(HWND dialog, const DialogRule& rule)
@@ -200,18 +228,25 @@ RunResult ProgramDriver::Run()
     const ULONGLONG started = GetTickCount64();
     for (;;)
     {
-        if (WaitForSingleObject(process_.Get(), kRoundMs) == WAIT_OBJECT_0)
+        if (WaitForSingleObject(process_.Get(), options_.roundMs) == WAIT_OBJECT_0)
         {
             // A dialog answered in the last round may still be recorded; the program is done.
+            Measure(result);
             GetExitCodeProcess(process_.Get(), &result.exitCode);
             result.outcome = RunOutcome::Exited;
             return result;
         }
-        if (!AnswerDialogs(result))
+        Measure(result);
+        if (options_.watchDialogs && !AnswerDialogs(result))
             return result;
         if (options_.onPoll && !options_.onPoll(result.processId))
         {
             EndProgram(result, RunOutcome::PollFailed, L"the test's poll check failed");
+            return result;
+        }
+        if (options_.endWhen && options_.endWhen(result.processId))
+        {
+            EndProgram(result, RunOutcome::EndedByTest, L"");
             return result;
         }
         if (GetTickCount64() - started > options_.timeoutMs)

@@ -52,9 +52,18 @@ struct RunOptions
     std::vector<DialogRule> rules;
     // After this the program is ended and the run counts as timed out.
     DWORD timeoutMs = 60000;
-    // Called on every round of the watch loop (about every 50 ms) while the program runs, for
+    // Called on every round of the watch loop (every `roundMs`) while the program runs, for
     // tests that drive windows other than dialogs. Return false to end the program and fail.
     std::function<bool(DWORD processId)> onPoll;
+    // Asked after onPoll: true ends the program at once, as a crash or a power cut would, and
+    // the run's outcome is EndedByTest.
+    std::function<bool(DWORD processId)> endWhen;
+    DWORD roundMs = 50;
+    // Off for measurements: looking at the program's windows sends them messages, which would
+    // be counted as the program's own time. A dialog then waits until the time limit.
+    bool watchDialogs = true;
+    // A console program's output goes nowhere instead of into the test's own.
+    bool discardOutput = false;
 };
 
 enum class RunOutcome
@@ -65,6 +74,7 @@ enum class RunOutcome
     NoSuchButton,      // a rule named a button the dialog doesn't have; the program was ended
     PollFailed,        // onPoll returned false; the program was ended
     TimedOut,          // the time limit passed; the program was ended
+    EndedByTest,       // endWhen asked for it; the program was ended
 };
 
 struct DialogRecord
@@ -85,6 +95,10 @@ struct RunResult
     // Windows of the program open when it was ended (unexpected dialog, time-out, poll failure).
     std::vector<std::wstring> openWindows;
     std::wstring failure;
+    // From just before the start to the end (or to being ended).
+    double seconds = 0;
+    // The largest working set the program had, as seen once a round and at its end.
+    uint64_t peakWorkingSetBytes = 0;
 
     bool Exited() const { return outcome == RunOutcome::Exited; }
     bool ExitedWith(DWORD code) const { return Exited() && exitCode == code; }
@@ -112,11 +126,13 @@ private:
     bool AnswerDialogs(RunResult& result);
     bool DueForAnswer(HWND dialog, const DialogRule& rule);
     void EndProgram(RunResult& result, RunOutcome outcome, const std::wstring& why);
+    void Measure(RunResult& result) const;
 
     RunOptions options_;
     HVHandle process_;
     std::vector<HWND> answered_;
     std::vector<int> ruleUses_;
     std::vector<std::pair<HWND, ULONGLONG>> firstSeen_;
+    LARGE_INTEGER started_{};
 };
 }

@@ -1,0 +1,143 @@
+// The installer ended at any moment of a large copy (a crash, a power cut, the task manager)
+// leaves every installed file whole, as it was or as it is meant to be, and the next run
+// completes the install and leaves nothing of its own behind.
+#include "E2ESupport.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace
+{
+constexpr uint32_t kOldEdition = 1;
+constexpr uint32_t kNewEdition = 2;
+
+FILETIME Stamp(WORD year)
+{
+    const SYSTEMTIME time = {year, 3, 0, 1, 12, 0, 0, 0};
+    FILETIME stamp = {};
+    SystemTimeToFileTime(&time, &stamp);
+    return stamp;
+}
+
+bool Written(const WIN32_FIND_DATAW& file, const FILETIME& stamp)
+{
+    return CompareFileTime(&file.ftLastWriteTime, &stamp) == 0;
+}
+
+std::vector<e2e::GeneratedFile> OldEdition()
+{
+    std::vector<e2e::GeneratedFile> files = e2e::PlanTree({.files = 300, .totalBytes = 30 << 20});
+    // Files that take a while to copy, so that the test can catch one half copied.
+    for (int i = 0; i < 2; ++i)
+        files.push_back({L"Bulk\\Video\\Intro" + std::to_wstring(i) + L".bin", 48u << 20});
+    return files;
+}
+
+class InterruptedCopy : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::vector<std::wstring> problems;
+        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
+        setup_ = e2e::MakeSetupFolder(L"InterruptedCopy");
+        installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
+        ASSERT_FALSE(setup_.empty());
+        ASSERT_FALSE(installed_.empty());
+        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Product/InstallToPath", e2e::Utf8(installed_)));
+        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/PromoMinimumMilliseconds", "1000"));
+    }
+
+    void TearDown() override { e2e::ResetToFreshMachine(); }
+
+    e2e::RunResult Install(std::function<bool(DWORD)> endWhen = {})
+    {
+        e2e::RunOptions options;
+        options.setupFolder = setup_;
+        options.commandLine = L"/Silent";
+        options.endWhen = std::move(endWhen);
+        // Fine rounds that only look at the files, so that the end comes close to the moment
+        // the test waited for. A silent run asks nothing.
+        options.roundMs = 5;
+        options.watchDialogs = false;
+        options.timeoutMs = 60000;
+        return e2e::ProgramDriver(options).Run();
+    }
+
+    // Every generated file as installed: its edition, or 0 when it is neither.
+    std::vector<uint32_t> InstalledEditions() const
+    {
+        std::vector<uint32_t> editions;
+        for (size_t i = 0; i < oldFiles_.size(); ++i) {
+            std::string bytes;
+            e2e::ReadFileBytes(installed_ + oldFiles_[i].path, bytes);
+            editions.push_back(bytes == e2e::GeneratedContent(oldFiles_[i], kOldEdition)   ? kOldEdition
+                               : bytes == e2e::GeneratedContent(newFiles_[i], kNewEdition) ? kNewEdition
+                                                                                           : 0);
+        }
+        return editions;
+    }
+
+    std::wstring setup_;
+    std::wstring installed_;
+    const std::vector<e2e::GeneratedFile> oldFiles_ = OldEdition();
+    // A third of the files change their size.
+    const std::vector<e2e::GeneratedFile> newFiles_ = e2e::ResizeSome(oldFiles_, 3);
+    const FILETIME oldStamp_ = Stamp(2020);
+    const FILETIME newStamp_ = Stamp(2024);
+};
+
+TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
+{
+    ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", oldFiles_, kOldEdition, &oldStamp_));
+    const e2e::RunResult first = Install();
+    ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
+    const std::vector<std::wstring> cleanInstall = e2e::ListTree(installed_, e2e::TreeEntries::FilesAndFolders);
+    const std::vector<uint32_t> before = InstalledEditions();
+    ASSERT_EQ(std::count(before.begin(), before.end(), kOldEdition), static_cast<long>(before.size()));
+
+    ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", newFiles_, kNewEdition, &newStamp_));
+    const std::wstring bulk = installed_ + L"Bulk\\";
+    const auto newFilesInPlace = [&](DWORD) { return e2e::CountFiles(bulk, [&](auto& f) { return Written(f, newStamp_); }); };
+    // A file of neither edition is being written just now; among the big ones, the end comes
+    // before it is done.
+    const auto bigFileBeingWritten = [&](DWORD) {
+        return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !Written(f, oldStamp_) && !Written(f, newStamp_); }) > 0;
+    };
+    const struct
+    {
+        const char* when;
+        std::function<bool(DWORD)> reached;
+    } ends[] = {
+        // A later count each time: the files already new from the run before count again.
+        {"after 30 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 30; }},
+        {"after 270 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 270; }},
+        {"while a big file is being written", bigFileBeingWritten},
+    };
+    bool sawMixture = false;
+    for (const auto& end : ends) {
+        SCOPED_TRACE(std::string("ended ") + end.when);
+        const e2e::RunResult run = Install(end.reached);
+        ASSERT_EQ(run.outcome, e2e::RunOutcome::EndedByTest) << run.Describe();
+
+        const std::vector<uint32_t> editions = InstalledEditions();
+        for (size_t i = 0; i < editions.size(); ++i)
+            EXPECT_NE(editions[i], 0u) << e2e::Utf8(oldFiles_[i].path) << " is neither old nor new";
+        sawMixture = sawMixture || std::count(editions.begin(), editions.end(), kNewEdition) < static_cast<long>(editions.size());
+        const e2e::TreeDifference diff = e2e::CompareTree(installed_, cleanInstall, e2e::TreeEntries::FilesAndFolders);
+        EXPECT_TRUE(diff.missing.empty()) << diff.Describe();
+    }
+    EXPECT_TRUE(sawMixture) << "every end came after the copy: the test proves nothing";
+
+    const e2e::RunResult rerun = Install();
+    ASSERT_TRUE(rerun.ExitedWith(0)) << rerun.Describe();
+    const std::vector<uint32_t> editions = InstalledEditions();
+    EXPECT_EQ(std::count(editions.begin(), editions.end(), kNewEdition), static_cast<long>(editions.size()));
+    // The same files and folders as after an install that was never ended: no temporary copy
+    // is left anywhere.
+    EXPECT_TRUE(e2e::TreeMatches(installed_, cleanInstall, e2e::TreeEntries::FilesAndFolders));
+}
+}

@@ -1,0 +1,41 @@
+#include "SetupFolder.h"
+
+#include "FolderTree.h"
+#include "TestPaths.h"
+
+namespace e2e
+{
+std::wstring MakeSetupFolder(const std::wstring& name)
+{
+    const std::wstring folder = ScratchFolder(name);
+    if (folder.empty() || !CopyTree(MediaFolder(), folder))
+        return {};
+    return folder;
+}
+
+bool SetDescriptionText(const std::wstring& setupFolder, const std::string& elementPath, const std::string& value)
+{
+    const std::wstring path = setupFolder + L"Install.xml";
+    std::string xml;
+    if (!ReadFileBytes(path, xml))
+        return false;
+    // Each step of the path is looked for after the previous one, so "Product/InstallToPath"
+    // finds the element inside <Product> even when another element of that name comes earlier.
+    size_t at = 0;
+    std::string name;
+    for (size_t start = 0; start <= elementPath.size();) {
+        const size_t slash = std::min(elementPath.find('/', start), elementPath.size());
+        name = elementPath.substr(start, slash - start);
+        at = xml.find("<" + name + ">", at);
+        if (at == std::string::npos)
+            return false;
+        at += name.size() + 2;
+        start = slash + 1;
+    }
+    const size_t end = xml.find("</" + name + ">", at);
+    if (end == std::string::npos)
+        return false;
+    xml.replace(at, end - at, value);
+    return WriteFileBytes(path, xml);
+}
+}

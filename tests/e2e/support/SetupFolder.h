@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace e2e
+{
+// A setup folder of a test's own: a copy of the sample setup folder (InstallWizard.exe
+// included) in ScratchFolder(name), which the test may change freely. Empty on failure.
+std::wstring MakeSetupFolder(const std::wstring& name);
+
+// Sets the text of an element of the setup folder's Install.xml, named by its path from the
+// root ("Product/InstallToPath"). The element must already be there: a test that sets an
+// element the sample doesn't have would silently test nothing. `value` is written as given
+// (escape "&" and "<" yourself).
+bool SetDescriptionText(const std::wstring& setupFolder, const std::string& elementPath, const std::string& value);
+}
