@@ -61,7 +61,8 @@ Crash RunCrash(const std::wstring& mode)
     const std::wstring folder = e2e::ScratchFolder(L"CrashHandler-" + mode);
     const std::wstring logPath = folder + L"crash.log";
     std::wstring commandLine = L"\"" + e2e::ToolPath(L"CrashOnPurpose.exe") + L"\" " + mode + L" \"" + logPath + L"\"";
-    STARTUPINFOW startup = {sizeof(startup)};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
     PROCESS_INFORMATION process = {};
     if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                           &process))

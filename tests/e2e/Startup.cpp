@@ -77,7 +77,8 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     ASSERT_TRUE(product.Started());
     // The first instance waits at the running-copy question: it holds the mutex meanwhile.
     std::wstring commandLine = L"\"" + setupFolder_ + L"InstallWizard.exe\"";
-    STARTUPINFOW startup = {sizeof(startup)};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
     PROCESS_INFORMATION first = {};
     ASSERT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                                  &first));
@@ -169,12 +170,16 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         EXPECT_EQ(run.result.dialogs.size(), row.rules.size()) << run.Describe();
         for (const e2e::DialogRecord& dialog : run.result.dialogs)
             if (dialog.title == manual.title)
+            {
                 EXPECT_EQ(dialog.buttons, std::vector<std::wstring>{L"OK"});
+            }
         EXPECT_TRUE(row.productEnds ? product.EndsSoon() : product.Running());
         // The rights test ran before the question, and left the machine as it found it.
         EXPECT_TRUE(run.Logged(L"Registry write test: passed")) << run.Describe();
         if (row.exitCode)
+        {
             EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, L"Software\\Halvard"));
+        }
     }
 }
 
@@ -232,7 +237,9 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
         EXPECT_TRUE(row.box ? run.result.ExitedWith(row.exitCode) : PassedChecks(run)) << run.Describe();
         ASSERT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
         if (row.box)
+        {
             EXPECT_EQ(run.result.dialogs[0].buttons, row.buttons);
+        }
         EXPECT_TRUE(run.Logged(row.logged)) << run.Describe();
     }
 }
