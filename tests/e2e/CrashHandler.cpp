@@ -17,14 +17,6 @@
 
 namespace
 {
-int Count(const std::string& text, const std::string& what)
-{
-    int count = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
-        ++count;
-    return count;
-}
-
 // "Name: value" lines of the handler's report.
 std::map<std::string, std::string> Fields(const std::string& report)
 {
@@ -70,7 +62,7 @@ Crash RunCrash(const std::wstring& mode)
     const std::wstring logPath = folder + L"crash.log";
     std::wstring commandLine = L"\"" + e2e::ToolPath(L"CrashOnPurpose.exe") + L"\" " + mode + L" \"" + logPath + L"\"";
     STARTUPINFOW startup = {};
-        startup.cb = sizeof(startup);
+    startup.cb = sizeof(startup);
     PROCESS_INFORMATION process = {};
     if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                           &process))
@@ -90,14 +82,14 @@ TEST(CrashHandler, AnAccessViolationIsHandedToTheHandlerProgram)
 {
     const Crash crash = RunCrash(L"access");
     ASSERT_NE(crash.processId, 0u);
-    EXPECT_EQ(Count(crash.log, "L1 TopLevelExceptionFilter: Unhandled exception -- program crashing"), 1) << crash.log;
-    EXPECT_EQ(Count(crash.log, "TopLevelExceptionFilter: Message: 0, wParam: 0, lParam: 0"), 1) << crash.log;
-    EXPECT_EQ(Count(crash.log, "MCC:"), 0) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "L1 TopLevelExceptionFilter: Unhandled exception -- program crashing"), 1) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "TopLevelExceptionFilter: Message: 0, wParam: 0, lParam: 0"), 1) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "MCC:"), 0) << crash.log;
     // The filter the system calls lets the system's own handling follow.
-    EXPECT_EQ(Count(crash.log, "Filter returned 0"), 1) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "Filter returned 0"), 1) << crash.log;
 
     auto fields = Fields(crash.report);
-    ASSERT_EQ(Count(crash.report, "Block: "), 1) << crash.report;
+    ASSERT_EQ(e2e::CountOf(crash.report, "Block: "), 1) << crash.report;
     EXPECT_EQ(fields["Block"], "HVCrashInfo" + std::to_string(crash.processId));
     EXPECT_EQ(fields["ProcessId"], std::to_string(crash.processId));
     EXPECT_NE(fields["ThreadId"], "0");
@@ -143,9 +135,9 @@ TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
 
     ASSERT_TRUE(run.Exited()) << run.Describe();
     EXPECT_NE(run.exitCode, 0u);
-    EXPECT_EQ(Count(log, "TopLevelExceptionFilter: Message: 33769, wParam: " + std::to_string(pairAddress) + ", lParam: 0"), 1)
+    EXPECT_EQ(e2e::CountOf(log, "TopLevelExceptionFilter: Message: 33769, wParam: " + std::to_string(pairAddress) + ", lParam: 0"), 1)
         << log;
-    EXPECT_EQ(Count(log, "TopLevelExceptionFilter: MCC: 7, Param: 42"), 1) << log;
+    EXPECT_EQ(e2e::CountOf(log, "TopLevelExceptionFilter: MCC: 7, Param: 42"), 1) << log;
     EXPECT_EQ(Fields(report)["ProcessId"], std::to_string(run.processId)) << report;
     EXPECT_EQ(Fields(report)["ExceptionCode"], "0xc0000005") << report;
 }
@@ -153,7 +145,7 @@ TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
 TEST(CrashHandler, APureVirtualCallFillsTheBlockWithACapturedContext)
 {
     const Crash crash = RunCrash(L"purevirtual");
-    EXPECT_EQ(Count(crash.log, "Unhandled exception -- program crashing"), 1) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "Unhandled exception -- program crashing"), 1) << crash.log;
     auto fields = Fields(crash.report);
     EXPECT_EQ(fields["ProcessId"], std::to_string(crash.processId)) << crash.report;
     // No exception: a record of zeros, but a real context and a return address.
@@ -166,10 +158,10 @@ TEST(CrashHandler, APureVirtualCallFillsTheBlockWithACapturedContext)
 TEST(CrashHandler, TwoThreadsCrashingAtOnceStartOneHandler)
 {
     const Crash crash = RunCrash(L"twothreads");
-    EXPECT_EQ(Count(crash.report, "Block: "), 1) << crash.report;
-    EXPECT_EQ(Count(crash.log, "Unhandled exception -- program crashing"), 1) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.report, "Block: "), 1) << crash.report;
+    EXPECT_EQ(e2e::CountOf(crash.log, "Unhandled exception -- program crashing"), 1) << crash.log;
     // Both threads went through the filter; one of them returned at once.
-    EXPECT_EQ(Count(crash.log, "Filter returned 0"), 2) << crash.log;
+    EXPECT_EQ(e2e::CountOf(crash.log, "Filter returned 0"), 2) << crash.log;
     EXPECT_EQ(Fields(crash.report)["ExceptionCode"], "0xc0000005") << crash.report;
 }
 

@@ -1,7 +1,7 @@
 // The sample setup folder stands in for the product's real setup medium; these tests hold its
 // stand-in programs to what the installer and the end-to-end tests rely on: the layout, the
 // file versions, the main window that closes (or refuses to), and the traces that the helper
-// programs and the self-registering DLLs leave.
+// programs leave.
 #include "E2ESupport.h"
 
 #include <gtest/gtest.h>
@@ -47,13 +47,6 @@ std::wstring ProgramFilesCopy(const std::wstring& name)
     return folder;
 }
 
-std::string ReadAll(const std::wstring& path)
-{
-    std::string bytes;
-    e2e::ReadFileBytes(path, bytes);
-    return bytes;
-}
-
 TEST(SampleMedia, HasTheLayoutTheInstallerReads)
 {
     const std::vector<std::wstring> expected = {
@@ -93,8 +86,8 @@ TEST(SampleMedia, HasTheLayoutTheInstallerReads)
     // The agreement is read as "license.txt": the same file on a Windows file system.
     EXPECT_NE(GetFileAttributesW((e2e::MediaFolder() + L"license.txt").c_str()), INVALID_FILE_ATTRIBUTES);
     // The launcher in "Always Overwrite" is the product's own launcher.
-    EXPECT_EQ(ReadAll(e2e::MediaFolder() + L"System\\Always Overwrite\\Sonora.exe"),
-              ReadAll(e2e::MediaFolder() + L"Listenwell\\Sonora.exe"));
+    EXPECT_EQ(e2e::ReadFileText(e2e::MediaFolder() + L"System\\Always Overwrite\\Sonora.exe"),
+              e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\Sonora.exe"));
 }
 
 TEST(SampleMedia, ProgramsCarryTheVersionsTheInstallerCompares)
@@ -119,48 +112,30 @@ class SampleFrame : public ::testing::TestWithParam<const wchar_t*>
 {
 };
 
-TEST_P(SampleFrame, OpensAnLWFrameWindowAndEndsWhenItIsClosed)
+// With /IgnoreClose the window stays after a close request; without, the program ends.
+TEST_P(SampleFrame, OpensAnLWFrameWindowThatClosesUnlessToldNotTo)
 {
-    e2e::RunOptions options;
-    options.program = e2e::MediaFolder() + L"Listenwell\\" + GetParam();
-    options.timeoutMs = 30000;
-    bool closed = false;
-    options.onPoll = [&](DWORD pid) {
-        if (HWND frame = closed ? nullptr : FindFrame(pid))
-            closed = PostMessageW(frame, WM_CLOSE, 0, 0) != FALSE;
-        return true;
-    };
-
-    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
-
-    EXPECT_TRUE(closed);
-    EXPECT_TRUE(run.ExitedWith(0)) << run.Describe();
-}
-
-TEST_P(SampleFrame, IgnoreCloseKeepsTheWindowOpen)
-{
-    e2e::RunOptions options;
-    options.program = e2e::MediaFolder() + L"Listenwell\\" + GetParam();
-    options.commandLine = L"/IgnoreClose";
-    options.timeoutMs = 30000;
-    bool survived = false;
-    options.onPoll = [&](DWORD pid) {
-        HWND frame = FindFrame(pid);
-        if (!frame)
-            return true;
-        // Sent, not posted: when it returns the window has handled the close request.
-        DWORD_PTR ignored = 0;
-        SendMessageTimeoutW(frame, WM_CLOSE, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored);
-        survived = IsWindow(frame) && FindFrame(pid) == frame;
-        return false;  // done: the driver ends the program from outside
-    };
-
-    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
-
-    EXPECT_TRUE(survived);
-    EXPECT_EQ(run.outcome, e2e::RunOutcome::PollFailed) << run.Describe();
-    ASSERT_EQ(run.openWindows.size(), 1u) << run.Describe();
-    EXPECT_NE(run.openWindows[0].find(L"LWFrame"), std::wstring::npos);
+    for (const bool ignoreClose : {false, true})
+    {
+        e2e::RunOptions options;
+        options.program = e2e::MediaFolder() + L"Listenwell\\" + GetParam();
+        options.commandLine = ignoreClose ? L"/IgnoreClose" : L"";
+        options.timeoutMs = 30000;
+        bool closeHandled = false, survived = false;
+        options.onPoll = [&](DWORD pid) {
+            HWND frame = FindFrame(pid);
+            if (!frame || closeHandled)
+                return true;
+            // Sent, not posted: when it returns the window has handled the close request.
+            DWORD_PTR ignored = 0;
+            closeHandled = SendMessageTimeoutW(frame, WM_CLOSE, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored) != 0;
+            survived = IsWindow(frame) && FindFrame(pid) == frame;
+            return !survived;  // a window that stayed: the driver ends the program from outside
+        };
+        const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+        EXPECT_EQ(survived, ignoreClose);
+        EXPECT_TRUE(ignoreClose ? run.outcome == e2e::RunOutcome::PollFailed : run.ExitedWith(0)) << run.Describe();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(LauncherAndMainProgram, SampleFrame, ::testing::Values(L"Sonora.exe", L"Sonora 32.exe"));
@@ -189,53 +164,12 @@ TEST(SampleMedia, PackageInstallerLogsEachCallAndRunsTheRegistrationJobs)
     run = e2e::ProgramDriver(options).Run();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
 
-    const std::string log = ReadAll(folder + L"PackageInstaller.log");
+    const std::string log = e2e::ReadFileText(folder + L"PackageInstaller.log");
     const std::string quoted = "\"" + e2e::Utf8(folder) + "PackageInstaller.exe\" ";
     EXPECT_EQ(log, quoted + "/RegDLL \"" + e2e::Utf8(dll) + "\"\r\n" + quoted + "/UnRegDLL \"" + e2e::Utf8(dll) +
                        "\"\r\n" + quoted + "/RegDLL " + e2e::Utf8(folder) + "Missing.dll\r\n  failed: /RegDLL " +
                        e2e::Utf8(folder) + "Missing.dll\r\n");
     EXPECT_TRUE(e2e::ResetToFreshMachine());
-}
-
-TEST(SampleMedia, ShellExtensionRegistersItselfWhenCalledDirectly)
-{
-    ASSERT_TRUE(e2e::ResetToFreshMachine());
-    const std::wstring folder = ProgramFilesCopy(L"SampleShellExt");
-    ASSERT_FALSE(folder.empty());
-    const std::wstring dll = folder + L"HVShellExt.dll";
-    {
-        HVModule module(LoadLibraryW(dll.c_str()));
-        ASSERT_TRUE(module);
-        using Entry = HRESULT(__stdcall*)();
-        auto reg = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module.Get(), "DllRegisterServer")));
-        auto unreg =
-            reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module.Get(), "DllUnregisterServer")));
-        ASSERT_TRUE(reg && unreg);
-        EXPECT_EQ(reg(), S_OK);
-        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kMarkerKey, L"HVShellExt.dll"), dll);
-        EXPECT_EQ(unreg(), S_OK);
-        EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kMarkerKey, L"HVShellExt.dll"));
-        // Unregistering what isn't registered is no error.
-        EXPECT_EQ(unreg(), S_OK);
-    }
-    EXPECT_TRUE(e2e::ResetToFreshMachine());
-}
-
-TEST(SampleMedia, ServiceWritesItsStopMarkerOnlyWhenAskedToStop)
-{
-    const std::wstring folder = ProgramFilesCopy(L"SampleService");
-    ASSERT_FALSE(folder.empty());
-    e2e::RunOptions options;
-    options.program = folder + L"HVService.exe";
-
-    e2e::RunResult run = e2e::ProgramDriver(options).Run();
-    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_EQ(GetFileAttributesW((folder + L"HVService.stop.txt").c_str()), INVALID_FILE_ATTRIBUTES);
-
-    options.commandLine = L"/Stop";
-    run = e2e::ProgramDriver(options).Run();
-    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_EQ(ReadAll(folder + L"HVService.stop.txt"), "\"" + e2e::Utf8(folder) + "HVService.exe\" /Stop\r\n");
 }
 
 TEST(SampleMedia, UninstallerLogsItsCommandLine)
@@ -249,7 +183,7 @@ TEST(SampleMedia, UninstallerLogsItsCommandLine)
     const e2e::RunResult run = e2e::ProgramDriver(options).Run();
 
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_EQ(ReadAll(folder + L"HVMediaUninstall.log"),
+    EXPECT_EQ(e2e::ReadFileText(folder + L"HVMediaUninstall.log"),
               "\"" + e2e::Utf8(folder) + "HVMediaUninstall.exe\" /Uninstall /Silent\r\n");
 }
 }

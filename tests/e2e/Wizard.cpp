@@ -38,22 +38,6 @@ std::string InstallXml(const Description& d)
                      L"</OfferAutoInstall></Installer>\n</HVIC>\n");
 }
 
-std::wstring ReadText(const std::wstring& path)
-{
-    std::string bytes;
-    e2e::ReadFileBytes(path, bytes);
-    const int length = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
-    std::wstring text(length, L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), length);
-    return text;
-}
-
-bool FolderExists(const std::wstring& folder)
-{
-    const DWORD attributes = ::GetFileAttributesW(folder.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
 class WizardTest : public ::testing::Test
 {
 protected:
@@ -73,37 +57,25 @@ protected:
         e2e::ResetToFreshMachine();
     }
 
-    // A setup folder of the test's own: the setup program, the sample agreement and the
-    // given description.
     std::wstring MakeSetup(const Description& description)
     {
-        const std::wstring folder = e2e::ScratchFolder(L"Wizard");
-        if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
-            !::CopyFileW((e2e::MediaFolder() + L"license.txt").c_str(), (folder + L"license.txt").c_str(), FALSE) ||
-            !e2e::WriteFileBytes(folder + L"Install.xml", InstallXml(description)) ||
-            !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\"))
-            return {};
-        return folder;
+        return e2e::MakeSetupFolder(L"Wizard", InstallXml(description), true);
     }
 
     e2e::RunResult Run(const std::wstring& setup, const std::wstring& arguments, e2e::WizardUser& user,
                        std::vector<e2e::DialogRule> rules = {})
     {
-        logPath_ = setup + L"setup.log";
         e2e::RunOptions options;
         options.setupFolder = setup;
-        options.commandLine = L"/Log=\"" + logPath_ + L"\" " + arguments;
+        options.commandLine = arguments;
         options.rules = std::move(rules);
-        options.timeoutMs = 60000;
         options.onPoll = user.Poller();
-        return e2e::ProgramDriver(options).Run();
+        run_ = e2e::RunSetup(options);
+        return run_.result;
     }
 
-    std::wstring Log() const { return ReadText(logPath_); }
-    std::string Describe(const e2e::RunResult& run, const e2e::WizardUser& user) const
-    {
-        return run.Describe() + "\n" + user.Describe() + "\nLog:\n" + e2e::Utf8(Log());
-    }
+    std::wstring Log() const { return run_.log; }
+    std::string Describe(const e2e::WizardUser& user) const { return run_.Describe(user.Describe()); }
 
     // The pages before the install: the copy page's header follows its steps, so it is
     // recognised by any of them and dropped.
@@ -116,7 +88,7 @@ protected:
         return pages;
     }
 
-    std::wstring logPath_;
+    e2e::SetupRun run_;
 };
 
 e2e::WizardStep Next(const std::wstring& page)
@@ -143,13 +115,13 @@ TEST_F(WizardTest, CancelAsksFirstNoStaysYesEndsWithoutChanges)
         {L"Destination Folder", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
     });
     const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
-    ASSERT_EQ(run.dialogs.size(), 2u) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
+    ASSERT_EQ(run.dialogs.size(), 2u) << Describe(user);
     EXPECT_EQ(run.dialogs[0].pressed, L"No");
     EXPECT_EQ(run.dialogs[1].pressed, L"Yes");
     EXPECT_EQ(run.dialogs[0].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
     EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}));
-    EXPECT_FALSE(FolderExists(kDefaultFolder));
+    EXPECT_FALSE(e2e::FolderExists(kDefaultFolder));
 }
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
@@ -186,7 +158,7 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
          }},
     });
     const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
     EXPECT_EQ(acceptCaption, L"Accept");
     EXPECT_EQ(frame, (std::vector<std::wstring>{L"Install Wizard", L"< Back", L"Next >", L"Cancel"}));
     EXPECT_EQ(smallest.right, 500);
@@ -195,7 +167,7 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
     ASSERT_EQ(welcome.size(), 2u);
     EXPECT_EQ(welcome[0], L"Please read the following license agreement carefully.");
     // The agreement as the file has it, in the edit control's line breaks.
-    std::wstring agreement = ReadText(e2e::MediaFolder() + L"license.txt");
+    std::wstring agreement = e2e::ReadText(e2e::MediaFolder() + L"license.txt");
     if (!agreement.empty() && agreement[0] == L'\xFEFF')
         agreement.erase(0, 1);
     std::wstring lines;
@@ -233,7 +205,7 @@ TEST_F(WizardTest, MissingAgreementIsSaidPlainlyAndAcceptStaysAvailable)
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
     });
     const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
     EXPECT_TRUE(acceptEnabled);
     ASSERT_EQ(texts.size(), 2u);
     EXPECT_NE(texts[1].find(L"\"license.txt\" is missing"), std::wstring::npos) << e2e::Utf8(texts[1]);
@@ -248,7 +220,7 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
     e2e::WizardUser user({});
     const e2e::RunResult run = Run(setup, L"", user);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
 
     std::vector<int> seconds;
     const std::wstring prefix = L"Sonora - Install Wizard (Auto Install in ";
@@ -263,8 +235,8 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
         EXPECT_LT(seconds[i], seconds[i - 1]);
     // Only the welcome page was shown: the setup type and the destination took their defaults.
     EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome"}));
-    EXPECT_NE(Log().find(L"express 1"), std::wstring::npos) << e2e::Utf8(Log());
-    EXPECT_TRUE(FolderExists(kDefaultFolder));
+    EXPECT_TRUE(run_.Logged(L"express 1")) << e2e::Utf8(Log());
+    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
 }
 
@@ -289,11 +261,11 @@ TEST_F(WizardTest, CancelDuringTheCountdownEndsItAndNoKeepsTheWelcomePage)
     e2e::DialogRule no = ConfirmCancel(IDNO, 1);
     no.answerAfterMs = 5000;
     const e2e::RunResult run = Run(setup, L"", user, {no, ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
     EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome"}));
     EXPECT_EQ(titleAfterNo, L"Install Wizard");
-    EXPECT_EQ(Log().find(L"Auto install starts"), std::wstring::npos) << e2e::Utf8(Log());
-    EXPECT_NE(Log().find(L"cancelled (destination , express 0"), std::wstring::npos) << e2e::Utf8(Log());
+    EXPECT_FALSE(run_.Logged(L"Auto install starts")) << e2e::Utf8(Log());
+    EXPECT_TRUE(run_.Logged(L"cancelled (destination , express 0")) << e2e::Utf8(Log());
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
 }
 
@@ -334,7 +306,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
              }},
         });
         const e2e::RunResult run = Run(setup, L"", user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_EQ(boxShown, row.offered != 0);
         EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), row.after);
     }
@@ -397,18 +369,17 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
     for (const Refusal& r : refusals)
         rules.push_back({.title = r.title, .text = r.text, .button = IDOK, .times = 1});
     const e2e::RunResult run = Run(setup, L"", user, rules);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
     EXPECT_EQ(proposed, kDefaultFolder);
-    ASSERT_EQ(run.dialogs.size(), refusals.size()) << Describe(run, user);
+    ASSERT_EQ(run.dialogs.size(), refusals.size()) << Describe(user);
     for (size_t i = 0; i < refusals.size(); ++i) {
         EXPECT_EQ(run.dialogs[i].title, refusals[i].title) << i;
         EXPECT_EQ(run.dialogs[i].text, refusals[i].text) << i;
     }
     // The refused text stays for correction.
     EXPECT_EQ(left, L"Q:\\Sonora");
-    EXPECT_TRUE(FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
-    EXPECT_NE(Log().find(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,"), std::wstring::npos)
-        << e2e::Utf8(Log());
+    EXPECT_TRUE(e2e::FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
+    EXPECT_TRUE(run_.Logged(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,")) << e2e::Utf8(Log());
 }
 
 TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
@@ -451,11 +422,11 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
              }},
         });
         const e2e::RunResult run = Run(setup, L"", user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
         const std::wstring earlier = L"Earlier installation: " + (row.pageShown ? L"none" : kEarlierFolder);
-        EXPECT_NE(Log().find(earlier), std::wstring::npos) << e2e::Utf8(Log());
-        EXPECT_NE(Log().find(L"(destination " + row.destination + L", express 0"), std::wstring::npos) << e2e::Utf8(Log());
+        EXPECT_TRUE(run_.Logged(earlier)) << e2e::Utf8(Log());
+        EXPECT_TRUE(run_.Logged(L"(destination " + row.destination + L", express 0")) << e2e::Utf8(Log());
     }
 }
 
@@ -476,10 +447,10 @@ TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom
                                    {{.title = L"Invalid Destination Folder",
                                      .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
                                      .button = IDOK, .times = 1}});
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
     EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Destination Folder"}));
-    EXPECT_NE(Log().find(L"express 0"), std::wstring::npos) << e2e::Utf8(Log());
-    EXPECT_TRUE(FolderExists(kDefaultFolder));
+    EXPECT_TRUE(run_.Logged(L"express 0")) << e2e::Utf8(Log());
+    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
 }
 
 TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
@@ -500,12 +471,12 @@ TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Express"); e2e::ClickNext(v); }},
     });
     const e2e::RunResult run = Run(setup, L"", user);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
     EXPECT_EQ(portableProposal, L"");
     EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type",
                                                            L"Destination Folder", L"Setup Type", L"Setup Type"}));
-    EXPECT_NE(Log().find(L"express 1, portable 0"), std::wstring::npos) << e2e::Utf8(Log());
-    EXPECT_TRUE(FolderExists(kDefaultFolder));
+    EXPECT_TRUE(run_.Logged(L"express 1, portable 0")) << e2e::Utf8(Log());
+    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
 }
 
 TEST_F(WizardTest, UnattendedRunsAskNothing)
@@ -527,10 +498,10 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
         e2e::WizardUser user({});
         const e2e::RunResult run = Run(setup, row.arguments, user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
+        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_TRUE(run.dialogs.empty());
-        EXPECT_NE(Log().find(row.express), std::wstring::npos) << e2e::Utf8(Log());
-        EXPECT_TRUE(FolderExists(kDefaultFolder));
+        EXPECT_TRUE(run_.Logged(row.express)) << e2e::Utf8(Log());
+        EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
         // No countdown, and the wish for the next run is kept as it was.
         for (const std::wstring& title : user.WindowTitles())
             EXPECT_EQ(title.find(L"Auto Install in"), std::wstring::npos);

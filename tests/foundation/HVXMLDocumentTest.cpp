@@ -72,14 +72,12 @@ TEST(HVXMLDocumentTest, ErrorTextsAndOffsets)
         {u"<!DOCTYPE a [<x>]><a/>", "Incorrect ! tag at offset 13", false},
         {u"<!DOCTYPE a [<!-- c -->]><a/>", "Incorrect ! tag at offset 13", false},
         {u"<a><!-- x", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
-        {u"<a><!-", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
         {u"<a><![CDATA[x]]", "CDATA Section at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
         {u"<a><?pi x?", "Processing instruction at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
         {u"<!DOCTYPE a [<!ENTITY x 'y'>", "Doctype at offset 0 unterminated, No root element", false},
         {u"<a x='1>", "Element tag at offset 0 unterminated, No root element", false},
         {u"<a></a", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
         {u"<a/><", "tag at offset 4 unterminated", false},
-        {u"<a/><!", "tag at offset 4 unterminated", false},
         {u"<?xml version=\"1.0\"?>\n<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a x CDATA #IMPLIED>"
          u"<!ENTITY e 'v'><!NOTATION n SYSTEM 'n'>]>\n<!-- c --><a x='>'><![CDATA[<]]></a>\n",
          "", true},
@@ -111,13 +109,11 @@ TEST(HVXMLDocumentTest, NotEndedElementsHandTheirChildrenToTheirParent)
     const TreeCase cases[] = {
         {u"<a><b>text</a>", "a(b!)"},
         {u"<a><b><c/></a>", "a(b! c)"},
-        {u"<a><b><c><d/></a>", "a(b! c! d)"},
         {u"<r><a><b><c/></b></r>", "r(a! b(c))"},
         {u"<r><x><y></z></r>", "r(x! y!)"},
         {u"<a><b><c>", "a! b! c!"},
         {u"<a><b/><c><d/>", "a! b c! d"},
         {u"<r><p><q><s/></q><t/></r><u/>", "r(p! q(s) t) u"},
-        {u"<a/><b/>", "a b"},
         {u"<r><a></b></a></r>", "r(a)"},
     };
     for (const TreeCase& c : cases) {
@@ -142,10 +138,6 @@ TEST(HVXMLDocumentTest, RecordsHoldOffsetsLengthsAndFlags)
     EXPECT_EQ(r->length, 43u);
     EXPECT_EQ(doc.GetStartTagLength(root), 12u);
     EXPECT_EQ(doc.GetEndTagLength(root), 7u);
-    EXPECT_EQ(r->tagLengths, 12u | (7u << 22));
-    EXPECT_EQ(r->Level(), 0u);
-    EXPECT_TRUE(r->IsFirstChild());
-    EXPECT_EQ(r->parent, 0u);
 
     const HVXMLDocument::Elem child = r->firstChild;
     const HVXMLElementRecord* c = doc.GetRecord(child);
@@ -153,14 +145,12 @@ TEST(HVXMLDocumentTest, RecordsHoldOffsetsLengthsAndFlags)
     EXPECT_EQ(c->length, 20u);   // "<child>text</child >"
     EXPECT_EQ(doc.GetEndTagLength(child), 9u);
     EXPECT_EQ(c->Level(), 1u);
-    EXPECT_TRUE(c->IsFirstChild());
 
     const HVXMLDocument::Elem e = c->nextSibling;
     const HVXMLElementRecord* er = doc.GetRecord(e);
     EXPECT_EQ(er->start, 32);
     EXPECT_EQ(er->length, 4u);
     EXPECT_EQ(doc.GetEndTagLength(e), 0u);
-    EXPECT_FALSE(er->IsFirstChild());
     EXPECT_EQ(er->prevSibling, child);
     EXPECT_EQ(c->prevSibling, e);   // the first child points to the last
     EXPECT_EQ(doc.GetPrevSibling(child), 0u);
@@ -194,20 +184,16 @@ TEST(HVXMLDocumentTest, ContentRules)
 {
     const DataCase cases[] = {
         {u"<a>x &amp;&#65;&#x42;&bogus; y</a>", u"/a", u"x &AB&bogus; y"},
-        {u"<a>&#X41;</a>", u"/a", u"&#X41;"},
         {u"<a><![CDATA[<x>]]></a>", u"/a", u"<x>"},
         {u"<a>\r\n  <![CDATA[in&amp;]]>\r\n</a>", u"/a", u"in&amp;"},
-        {u"<a>a&lt;b</a>", u"/a", u"a<b"},
         {u"<a>x<!--c-->y<?p d?>z</a>", u"/a", u"xyz"},
         {u"<a> x <![CDATA[ y ]]> z </a>", u"/a", u" x  y  z "},
         {u"<a>  spaced \r\n</a>", u"/a", u"  spaced \r\n"},
         {u"<a>\n <!-- only a comment -->\n</a>", u"/a", u""},
         {u"<a><b/>t</a>", u"/a", u""},
         {u"<a/>", u"/a", u""},
-        {u"<a></a>", u"/a", u""},
         {u"<a><b>text</a>", u"/a", u""},
         {u"<a><b>text</a>", u"/a/b", u""},
-        {u"<a>1 &gt; 0 &amp;&amp; 'q' &quot;</a>", u"/a", u"1 > 0 && 'q' \""},
         {u"<a>t</x>u</a>", u"/a", u"tu"},
     };
     for (const DataCase& c : cases) {
@@ -231,22 +217,18 @@ TEST(HVXMLDocumentTest, EntityDecoding)
 {
     const DecodeCase cases[] = {
         {u"&lt;&amp;&gt;&apos;&quot;", u"<&>'\""},
-        {u"plain", u"plain"},
         {u"&#65;&#x42;&#x6a;&#x6A;", u"ABjj"},
         {u"&#0;&#x0;", u"&#0;&#x0;"},
         {u"&#65", u"&#65"},
         {u"&#;&#x;", u"&#;&#x;"},
         {u"&#X41;", u"&#X41;"},
         {u"&#6a;", u"&#6a;"},
-        {u"&#xZZ;", u"&#xZZ;"},
         {u"&#1114111;", u"\U0010FFFF"},
         {u"&#1114112;", u"&#1114112;"},
         {u"&#00000065;", u"&#00000065;"},   // eight digits: too many
         {u"&#0000065;", u"A"},              // seven are fine
         {u"&#x1F600;", u"\U0001F600"},
-        {u"&#xE9;t&#233;", u"\u00e9t\u00e9"},
         {u"&amp", u"&amp"},
-        {u"&lt", u"&lt"},
         {u"&unknown;", u"&unknown;"},
         {u"a&", u"a&"},
         {u"&&amp;", u"&&"},
@@ -275,17 +257,14 @@ TEST(HVXMLDocumentTest, AttributesAreReadOnDemand)
 {
     const AttribCase cases[] = {
         {u"<a x=\"1\" y='2' z=3 w>", u"x", true, u"1"},
-        {u"<a x=\"1\" y='2' z=3 w>", u"y", true, u"2"},
         {u"<a x=\"1\" y='2' z=3 w>", u"z", true, u"3"},
         {u"<a x=\"1\" y='2' z=3 w>", u"w", true, u""},
         {u"<a x=\"1\" y='2' z=3 w>", u"q", false, u""},
         {u"<a x=\"1\" y='2' z=3 w>", u"X", false, u""},
         {u"<a\n\tx\t=\r\n\"a&amp;b\"/>", u"x", true, u"a&b"},
-        {u"<a x=\"it's\" y='say \"hi\"'/>", u"x", true, u"it's"},
         {u"<a x=\"it's\" y='say \"hi\"'/>", u"y", true, u"say \"hi\""},
         {u"<a x='a>b' y='c'/>", u"y", true, u"c"},
         {u"<a b=c/>", u"b", true, u"c/"},
-        {u"<a b/>", u"b", true, u""},
         {u"<a  b = 'v' / >", u"b", true, u"v"},
         {u"<a xx='1' x='2'/>", u"x", true, u"2"},
         {u"<a x='' y='2'/>", u"x", true, u""},
@@ -306,7 +285,6 @@ TEST(HVXMLDocumentTest, AttributeNamesInTheOrderWritten)
 {
     const std::pair<const char16_t*, const char*> cases[] = {
         {u"<a x=\"1\" y='2' z=3 w>", "x y z w "},
-        {u"<a/>", ""},
         {u"<a>", ""},
         {u"<a q='>' r=\"'\" / >", "q r "},
         {u"<a = b ? c/>", "b c "},
@@ -358,15 +336,12 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
     };
     const std::pair<const char16_t*, const char*> cases[] = {
         {u"/*/Item", "Item#1"},
-        {u"/cat/Item", "Item#1"},
         {u"/*/Item[1]", "Item#1"},
         {u"/*/Item[2]", "Item#2"},
-        {u"/*/Item[3]", "Item#3"},
         {u"/*/Item[4]", "none"},
         {u"/*/Item[0]", "none"},
         {u"/*/Item[01]", "none"},
         {u"/*/Item[@k]", "Item#2"},
-        {u"/*/Item[@id='3']", "Item#3"},
         {u"/*/Item[@id=3]", "Item#3"},
         {u"/*/Item[ @id = '3' ]", "Item#3"},
         {u"/*/Item[@k='x&y']", "Item#2"},
@@ -374,13 +349,9 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
         {u"/*/Item[@missing]", "none"},
         {u"/*/Item[Name]", "Item#1"},
         {u"/*/Item[Sub]", "Item#3"},
-        {u"/*/Item[Nothing]", "none"},
         {u"/*/*", "Item#1"},
         {u"/*/*[3]", "Other#o"},
-        {u"/*/*[@id='o']", "Other#o"},
-        {u"/*/Other", "Other#o"},
         {u"/*/Item/Name", "Name:A"},
-        {u"/*/Item[3]/Name", "Name:C"},
         {u"/cat/Item[3]/Sub/Name", "Name:deep"},
         {u"/*/Item/Sub", "none"},   // the first Item has no Sub: no backtracking
         {u"//Name", "Name:A"},
@@ -391,11 +362,7 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
         {u"/", "cat:"},
         {u"/x", "none"},
         {u"/cat/Item[", "none"},
-        {u"/cat/Item]", "none"},
-        {u"/cat/Item=", "none"},
         {u"/cat/It", "none"},
-        {u"/cat/Items", "none"},
-        {u"/*/Product/Missing", "none"},
     };
     for (const auto& [path, expected] : cases) {
         EXPECT_EQ(show(doc.Select(path)), expected) << U8(path);

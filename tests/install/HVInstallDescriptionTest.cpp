@@ -49,8 +49,6 @@ TEST(HVInstallDescriptionTest, TextKeysGiveTheirDefaultWhenMissingOrEmpty)
         {u"/*/Product/ObsoleteFiles", u"none", u"none", true},
         {u"/*/Product/DefaultFileTypes", u"", u" mp3;wma ", true},
         {u"/*/Product/DefaultAssocFileTypes", u"", u"", false},
-        {u"/*/General/MegaSkinKey", u"Standard View Skin 2", u"Standard View Skin 2", false},
-        {u"/*/SpecialFeatures/MinIEVersion", u"5.0.0.0", u"5.0.0.0", true},
         {u"/*/DefaultSettings/", u"", u"80", true},
         {u"/*/DefaultSettings/Skin", u"", u"Dark & Light", true},
         {u"/*/Product", u"x", u"x", true},   // an element with children has no text

@@ -1,5 +1,6 @@
 #include "install/win/CStartupProbe.h"
 
+#include "install/CEnvironmentChecks.h"
 #include "install/HVInstallDescription.h"
 #include "install/win/CProductIdentity.h"
 #include "install/win/CRunningCopyCheck.h"
@@ -13,6 +14,7 @@
 #include <intrin.h>
 
 #include <chrono>
+#include <cstdlib>
 
 namespace
 {
@@ -90,7 +92,12 @@ uint32_t CStartupProbe::ProcessorFeatures()
     static const uint32_t features = [] {
         int registers[4] = {};
         __cpuid(registers, 1);
-        return static_cast<uint32_t>(registers[3]);
+        uint32_t edx = static_cast<uint32_t>(registers[3]);
+        // Test-only: IW_TEST_ONLY_NO_SSE2=1 clears the SSE2 bit, so that end-to-end tests can
+        // reach the refusal that no machine they run on would give. Unset, the CPU decides.
+        if (const wchar_t* value = ::_wgetenv(L"IW_TEST_ONLY_NO_SSE2"); value && *value == L'1')
+            edx &= ~CEnvironmentChecks::kSSE2Bit;
+        return edx;
     }();
     HVLog::Write(HVLog::kInfo, kSource, u"CPUID 1 EDX: 0x%08X", features);
     return features;

@@ -23,6 +23,8 @@
 //                  readable list of what is missing and what is extra; CopyTree, DeleteTree.
 //   HeldFileLock   holds a file open without sharing from another process (HoldLock.exe) for
 //                  as long as the object lives: CopyFileW/DeleteFileW on it fail as "in use".
+//   SetupRun       MakeSetupFolder(name, xml), RunSetup(options) with its log read back,
+//                  RunningProduct, ScopedRegString (a value set and put back).
 //   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
 //                  installer writes and ends the product's processes, so that each end-to-end
 //                  test starts from a machine on which the product was never installed.
@@ -37,6 +39,7 @@
 #include "FreshMachine.h"
 #include "GeneratedTree.h"
 #include "HeldFileLock.h"
+#include "SetupRun.h"
 #include "ProgramDriver.h"
 #include "SetupFolder.h"
 #include "TestPaths.h"

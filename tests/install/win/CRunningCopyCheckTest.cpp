@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -151,11 +152,21 @@ TEST(CRunningCopyCheck, TheServerEditionIsAskedThroughItsWindowAndPolled)
     ::DestroyWindow(window);
 }
 
-TEST(CRunningCopyCheck, AServerThatWontStopIsPolledThenAskedForByHand)
+TEST(CRunningCopyCheck, AServerThatWontStopIsPolledForFiveSecondsThenAskedForByHand)
 {
     Scene scene;
-    CRunningCopyCheck check(scene.Product(u"Dynamo"), true, scene.ShowBox());
+    const auto start = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::duration untilAsked{};
+    CRunningCopyCheck check(scene.Product(u"Dynamo"), true,
+                            [&, show = scene.ShowBox()](const HVString& text, const HVString& title, UINT type) {
+                                if (scene.boxes.empty())
+                                    untilAsked = std::chrono::steady_clock::now() - start;
+                                return show(text, title, type);
+                            });
     EXPECT_FALSE(check.Run());
+    // The poll's limit: not before five seconds, and not long after.
+    EXPECT_GE(untilAsked, std::chrono::milliseconds(5000));
+    EXPECT_LT(untilAsked, std::chrono::milliseconds(15000));
     EXPECT_EQ(scene.closeCalls, 0);
     ASSERT_EQ(scene.boxes.size(), 2u);
     EXPECT_EQ(scene.boxes[0].title, "Please Close Dynamo");

@@ -72,18 +72,26 @@ TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
     EXPECT_EQ(Joined(RunProgramLines(log)), Joined(expected));
 }
 
-TEST(RunProgram, ExitCodesAcrossTheRange)
+TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
 {
-    for (int code : {0, 1, 3010, -1, 255})
+    // The last two run longer than one 500 ms slice, so a zero or negative time-out taken as
+    // "already over" would show.
+    const struct
+    {
+        const char16_t* parameters;
+        bool pump;
+        int timeoutMs;
+        int exitCode;
+    } rows[] = {{u"0 0", true, 0, 0},     {u"1 0", true, 0, 1},      {u"3010 0", true, 0, 3010}, {u"-1 0", true, 0, -1},
+                {u"255 0", true, 0, 255}, {u"4 1200", false, 0, 4}, {u"5 700", false, -5, 5}};
+    for (const auto& row : rows)
     {
         int exitCode = 999;
-        ASSERT_TRUE(RunProgram(ExitLater(), HVString::Format(u"%d 0", code), SW_HIDE, true, true, &exitCode)) << code;
-        EXPECT_EQ(exitCode, code);
+        ASSERT_TRUE(RunProgram(ExitLater(), row.parameters, SW_HIDE, true, row.pump, &exitCode, row.timeoutMs))
+            << row.exitCode;
+        EXPECT_EQ(exitCode, row.exitCode);
     }
-}
-
-TEST(RunProgram, WithoutAnExitCodePlaceTheFinishLineHasNoResult)
-{
+    // Without a place for the exit code the finish line names no result.
     RecordingLogger log;
     ASSERT_TRUE(RunProgram(ExitLater(), u"3 0", SW_HIDE, true, false));
     ASSERT_FALSE(RunProgramLines(log).empty());
@@ -99,16 +107,6 @@ TEST(RunProgram, TimeoutEndsAProgramThatRunsForever)
     const std::string text = Joined(RunProgramLines(log));
     EXPECT_NE(text.find("RunProgram: Timeout\n"), std::string::npos) << text;
     EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
-}
-
-TEST(RunProgram, TimeoutZeroWaitsWithoutLimit)
-{
-    // Longer than one 500 ms slice, so a zero time-out taken as "already over" would show.
-    int exitCode = 0;
-    EXPECT_TRUE(RunProgram(ExitLater(), u"4 1200", SW_HIDE, true, false, &exitCode, 0));
-    EXPECT_EQ(exitCode, 4);
-    EXPECT_TRUE(RunProgram(ExitLater(), u"5 700", SW_HIDE, true, false, &exitCode, -5));
-    EXPECT_EQ(exitCode, 5);
 }
 
 TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRuns)

@@ -182,40 +182,28 @@ TEST(HVWizardPopupWndTest, KeyboardEnterPressesNextEscCancelsAltReachesBack)
     EXPECT_EQ(w.cancelRequests, 3);  // Esc, Esc in the box, then the close box
 }
 
-// Every control inside its page, every text as high as its wrapped lines need, the buttons
-// inside the window and apart: at 100%, 150% and 200%.
-TEST(HVWizardPopupWndTest, ArrowKeysMoveBetweenChoicesOverTheirDescriptions)
+TEST(HVWizardPopupWndTest, ArrowKeysMoveBetweenChoicesUnderABoldTitle)
 {
     std::unique_ptr<TestWizard> holder;
     std::vector<TestPage*> pages;
     TestWizard& w = MakeWizard(holder, pages, 1);
     std::vector<std::pair<bool, bool>> checked;  // first, second
     auto look = [&] { checked.push_back({pages[0]->first_.IsChecked(), pages[0]->second_.IsChecked()}); };
-    const int result = RunScripted(w, {[&] { ::SetFocus(pages[0]->first_.Hwnd()); }, [&] { Key(WM_KEYDOWN, VK_DOWN); },
+    LOGFONTW title = {};
+    auto readTitleFont = [&] {
+        const LPARAM font = ::SendDlgItemMessageW(w.Hwnd(), HVWizardPopupWnd::kTitleId, WM_GETFONT, 0, 0);
+        ::GetObjectW(reinterpret_cast<HFONT>(font), sizeof title, &title);
+    };
+    const int result = RunScripted(w, {readTitleFont, [&] { ::SetFocus(pages[0]->first_.Hwnd()); }, [&] { Key(WM_KEYDOWN, VK_DOWN); },
                                        look, [&] { Key(WM_KEYDOWN, VK_DOWN); }, look, [&] { Key(WM_KEYDOWN, VK_UP); },
                                        look, [&] { w.Close(HVWizardPopupWnd::kCancelled); }});
     EXPECT_EQ(result, HVWizardPopupWnd::kCancelled);
     EXPECT_EQ(checked, (std::vector<std::pair<bool, bool>>{{false, true}, {true, false}, {false, true}}));
+    EXPECT_EQ(title.lfWeight, FW_BOLD);
 }
 
-TEST(HVWizardPopupWndTest, HeaderTitleIsBold)
-{
-    std::unique_ptr<TestWizard> holder;
-    std::vector<TestPage*> pages;
-    TestWizard& w = MakeWizard(holder, pages, 1);
-    LONG weight = 0;
-    const int result = RunScripted(w, {[&] {
-                                           HFONT font = reinterpret_cast<HFONT>(::SendDlgItemMessageW(
-                                               w.Hwnd(), HVWizardPopupWnd::kTitleId, WM_GETFONT, 0, 0));
-                                           LOGFONTW logFont = {};
-                                           ::GetObjectW(font, sizeof logFont, &logFont);
-                                           weight = logFont.lfWeight;
-                                       },
-                                       [&] { w.Close(HVWizardPopupWnd::kCancelled); }});
-    EXPECT_EQ(result, HVWizardPopupWnd::kCancelled);
-    EXPECT_EQ(weight, FW_BOLD);
-}
-
+// Every control inside its page, every text as high as its wrapped lines need, the buttons
+// inside the window and apart: at 100%, 150% and 200%.
 TEST(HVWizardPopupWndTest, NothingIsClippedAtAnyScale)
 {
     std::unique_ptr<TestWizard> holder;

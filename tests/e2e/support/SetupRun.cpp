@@ -1,0 +1,121 @@
+#include "SetupRun.h"
+
+#include "FolderTree.h"
+#include "TestPaths.h"
+#include "TestRegistry.h"
+
+namespace e2e
+{
+std::wstring ReadText(const std::wstring& path)
+{
+    std::string bytes;
+    ReadFileBytes(path, bytes);
+    const int size = static_cast<int>(bytes.size());
+    const int length = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, nullptr, 0);
+    std::wstring text(length, L'\0');
+    ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, text.data(), length);
+    return text;
+}
+
+bool FolderExists(const std::wstring& folder)
+{
+    const DWORD attributes = ::GetFileAttributesW(folder.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+int CountOf(const std::string& text, const std::string& what)
+{
+    int count = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        ++count;
+    return count;
+}
+
+std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::string>& installXml, bool withAgreement)
+{
+    const std::wstring folder = ScratchFolder(name);
+    if (folder.empty() || !::CopyFileW(InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
+        !MakeFolder(folder + L"Listenwell\\") || !MakeFolder(folder + L"System\\"))
+        return {};
+    if (installXml && !WriteFileBytes(folder + L"Install.xml", *installXml))
+        return {};
+    if (withAgreement &&
+        !::CopyFileW((MediaFolder() + L"license.txt").c_str(), (folder + L"license.txt").c_str(), FALSE))
+        return {};
+    return folder;
+}
+
+std::string SetupRun::Describe(const std::string& more) const
+{
+    return result.Describe() + "\n" + more + "\nLog:\n" + Utf8(log);
+}
+
+std::wstring SetupLogPath()
+{
+    static const std::wstring path = ScratchFolder(L"SetupLog") + L"setup.log";
+    return path;
+}
+
+SetupRun RunSetup(RunOptions options)
+{
+    ::DeleteFileW(SetupLogPath().c_str());
+    options.commandLine = L"/Log=\"" + SetupLogPath() + L"\" " + options.commandLine;
+    SetupRun run;
+    run.result = ProgramDriver(std::move(options)).Run();
+    run.log = ReadText(SetupLogPath());
+    return run;
+}
+
+RunningProduct::RunningProduct(bool ignoreClose)
+{
+    std::wstring commandLine = L"\"" + MediaFolder() + L"Listenwell\\Sonora.exe\"";
+    if (ignoreClose)
+        commandLine += L" /IgnoreClose";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                          &process_))
+        return;
+    for (int i = 0; i < 500 && !::FindWindowW(L"LWFrame", nullptr); ++i)
+        ::Sleep(10);
+}
+
+RunningProduct::~RunningProduct()
+{
+    if (!process_.hProcess)
+        return;
+    ::TerminateProcess(process_.hProcess, 1);
+    ::WaitForSingleObject(process_.hProcess, 5000);
+    ::CloseHandle(process_.hProcess);
+    ::CloseHandle(process_.hThread);
+}
+
+bool RunningProduct::Started() const
+{
+    return process_.hProcess && ::FindWindowW(L"LWFrame", nullptr);
+}
+
+bool RunningProduct::Running() const
+{
+    return process_.hProcess && ::WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT;
+}
+
+bool RunningProduct::EndsSoon() const
+{
+    return process_.hProcess && ::WaitForSingleObject(process_.hProcess, 10000) == WAIT_OBJECT_0;
+}
+
+ScopedRegString::ScopedRegString(HKEY root, std::wstring path, std::wstring name, const std::wstring& value)
+    : root_(root), path_(std::move(path)), name_(std::move(name)), old_(RegString(root_, path_, name_))
+{
+    RegSetString(root_, path_, name_, value);
+}
+
+ScopedRegString::~ScopedRegString()
+{
+    if (old_)
+        RegSetString(root_, path_, name_, *old_);
+    else
+        RegDeleteValueIfPresent(root_, path_, name_);
+}
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "ProgramDriver.h"
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace e2e
+{
+// A UTF-8 text file (the installer's log, an agreement) as UTF-16; empty when unreadable.
+std::wstring ReadText(const std::wstring& path);
+bool FolderExists(const std::wstring& folder);
+// How often `what` occurs in `text`.
+int CountOf(const std::string& text, const std::string& what);
+
+// A setup folder of the test's own, "..\scratch\<name>\": the setup program, the product's two
+// source folders (empty, so an install runs through without files to copy), the description
+// (none when `installXml` is empty) and, when asked, the sample agreement.
+std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::string>& installXml,
+                             bool withAgreement = false);
+
+// One run of the setup program that writes its log to SetupLogPath(), and the log read back.
+struct SetupRun
+{
+    RunResult result;
+    std::wstring log;
+
+    bool Logged(const std::wstring& line) const { return log.find(line) != std::wstring::npos; }
+    // The run, `more` (the wizard user's record, say) and the log, for failure messages.
+    std::string Describe(const std::string& more = {}) const;
+};
+std::wstring SetupLogPath();
+// `options.commandLine` gets "/Log=<SetupLogPath()>" in front; the old log is removed first.
+SetupRun RunSetup(RunOptions options);
+
+// A running copy of the product (the sample launcher), optionally refusing to close; ended
+// when the object goes.
+class RunningProduct
+{
+public:
+    explicit RunningProduct(bool ignoreClose);
+    ~RunningProduct();
+    RunningProduct(const RunningProduct&) = delete;
+    RunningProduct& operator=(const RunningProduct&) = delete;
+
+    bool Started() const;
+    bool Running() const;
+    // A copy whose window was closed still takes a moment to end its process.
+    bool EndsSoon() const;
+
+private:
+    PROCESS_INFORMATION process_ = {};
+};
+
+// A registry string set for as long as the object lives, then put back as it was (Wine's
+// "Software\Wine" "Version" picks the Windows version new processes see).
+class ScopedRegString
+{
+public:
+    ScopedRegString(HKEY root, std::wstring path, std::wstring name, const std::wstring& value);
+    ~ScopedRegString();
+    ScopedRegString(const ScopedRegString&) = delete;
+    ScopedRegString& operator=(const ScopedRegString&) = delete;
+
+private:
+    HKEY root_;
+    std::wstring path_;
+    std::wstring name_;
+    std::optional<std::wstring> old_;
+};
+}
