@@ -58,6 +58,8 @@ bool CRunningCopyCheck::Run()
         while (product_.isRunning() &&
                std::chrono::steady_clock::now() - start < std::chrono::milliseconds(kPollMilliseconds))
         {
+            // Polling, not spinning: the server needs the processor to shut down.
+            ::Sleep(20);
         }
     }
 
