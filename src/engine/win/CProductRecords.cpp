@@ -1,22 +1,46 @@
 #include "engine/win/CProductRecords.h"
 
+#include "engine/CProductRecordRules.h"
+#include "engine/IInstallProgress.h"
+#include "engine/win/CEarlierVersionUpgrade.h"
+#include "engine/win/CInstallationRecords.h"
+#include "engine/win/CRegistryWriter.h"
+#include "engine/win/CSettingsHelper.h"
 #include "foundation/HVLog.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
 
-namespace
+void CProductRecords::RemoveRetiredRecords()
 {
-void NotYet(const char* source)
-{
-    HVLog::Write(HVLog::kInfo, source, u"Nothing done: not part of this version of Install Wizard");
-}
+    const CProductIdentity& product = context_.product;
+    CRegistryWriter root(context_.changes, product.GetRegistryHive(), product.GetRegistryRoot());
+    if (root.OpenExisting())
+        for (const HVString& key : CProductRecordRules::RetiredKeys())
+            root.DeleteSubKeyTree(key);
+    CRegistryWriter properties(context_.changes, product.GetRegistryHive(), product.GetSettingsKey());
+    if (properties.OpenExisting())
+        for (const HVString& name : CProductRecordRules::RetiredSettings())
+            properties.DeleteValue(name);
 }
 
-void CProductRecords::RemoveRetiredRecords() { NotYet("CProductRecords::RemoveRetiredRecords"); }
-void CProductRecords::LoadDefaultSettings() { NotYet("CProductRecords::LoadDefaultSettings"); }
-void CProductRecords::UpgradeFromPreviousVersion() { NotYet("CProductRecords::UpgradeFromPreviousVersion"); }
-void CProductRecords::WriteUninstallEntry() { NotYet("CProductRecords::WriteUninstallEntry"); }
-
-bool CProductRecords::RecordInstallation()
+void CProductRecords::LoadDefaultSettings()
 {
-    NotYet("CProductRecords::RecordInstallation");
-    return true;
+    defaultsWritten_ = CSettingsHelper(context_).WriteDefaults();
+    HVLog::Write(HVLog::kInfo, "CProductRecords::LoadDefaultSettings", u"%d first-run settings written",
+                 static_cast<int32_t>(defaultsWritten_.size()));
 }
+
+void CProductRecords::UpgradeFromPreviousVersion()
+{
+    context_.progress.SetProgressRange(0, 1);
+    context_.progress.SetProgressPosition(0);
+    if (context_.options.noUpgrade)
+        HVLog::Write(HVLog::kInfo, "CProductRecords::UpgradeFromPreviousVersion", u"Skipped (/NoUpgrade)");
+    else
+        CEarlierVersionUpgrade(context_).Run(defaultsWritten_);
+    context_.progress.SetProgressPosition(1);
+}
+
+bool CProductRecords::RecordInstallation() { return CInstallationRecords(context_).Record(); }
+
+void CProductRecords::WriteUninstallEntry() { CInstallationRecords(context_).WriteUninstallEntry(); }

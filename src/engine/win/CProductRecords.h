@@ -2,9 +2,14 @@
 
 #include "engine/IProductRecords.h"
 #include "engine/win/CInstallContext.h"
+#include "foundation/HVString.h"
 
-// The product's registry records. This version of Install Wizard does not write them yet: each
-// step says so in the log, so that a run shows what it left out.
+#include <vector>
+
+// The product's registry records around the copy step: the cleaning of retired records, the
+// first-run settings (CSettingsHelper), the carry-over from an earlier major version
+// (CEarlierVersionUpgrade), the installations record and the uninstall entry
+// (CInstallationRecords). Every change is noted in the run's change log.
 class CProductRecords : public IProductRecords
 {
 public:
@@ -18,4 +23,6 @@ public:
 
 private:
     const CInstallContext& context_;
+    // What LoadDefaultSettings wrote: the upgrade lets an earlier version's value replace these.
+    std::vector<HVString> defaultsWritten_;
 };

@@ -43,12 +43,18 @@ public:
     bool QueryQWORD(const HVString& name, uint64_t& value) const;
     bool QueryMultiString(const HVString& name, std::vector<HVString>& values) const;
     bool QueryBinary(const HVString& name, std::vector<uint8_t>& data) const;
+    // Any type, as stored: for copying a value without converting it.
+    bool QueryValue(const HVString& name, DWORD& type, std::vector<uint8_t>& data) const { return QueryRaw(name, type, data); }
 
     bool SetString(const HVString& name, const HVString& value, DWORD type = REG_SZ);
     bool SetDWORD(const HVString& name, DWORD value);
     bool SetQWORD(const HVString& name, uint64_t value);
     bool SetMultiString(const HVString& name, const std::vector<HVString>& values);
     bool SetBinary(const HVString& name, const void* data, size_t size);
+    bool SetValue(const HVString& name, DWORD type, const void* data, size_t size)
+    {
+        return SetRaw("HVRegKey::SetValue", name, type, data, size);
+    }
 
     bool DeleteValue(const HVString& name);
     // Plain deletion: fails when the subkey still has subkeys of its own.

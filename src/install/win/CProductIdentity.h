@@ -34,6 +34,8 @@
 //   features              24, 173 and 176, plus 104 for the server edition (a launcher name
 //                         containing "Dynamo"); "/*/Product/Features" (";"-separated numbers)
 //                         replaces the set (CProductIdentityRules::ParseFeatures)
+//   support address       "https://www.halvard.com/support/sonora/": the one address of the
+//                         uninstall entry's help, update and about links
 //   running copy          a top-level window of class "LWFrame"; it is the main window, and
 //                         closing it politely is posting it WM_CLOSE
 class CProductIdentity
@@ -52,6 +54,8 @@ public:
     static constexpr const char16_t* kCustomArtFolder = u"Data\\Custom Art\\";
     static constexpr const char16_t* kDefaultArtFolder = u"Data\\Default Art\\";
     static constexpr const wchar_t* kMainWindowClass = L"LWFrame";
+    static constexpr const char16_t* kSupportAddress = u"https://www.halvard.com/support/sonora/";
+    static constexpr const char16_t* kPublisher = u"Halvard, Inc.";
 
     // setupFolder: the folder the setup program runs from. launcherName and featuresText are
     // the install description's "/*/Product/LauncherName" and "/*/Product/Features" (empty

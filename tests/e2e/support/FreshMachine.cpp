@@ -126,6 +126,9 @@ const std::vector<MachineTrace>& InstallerTraces()
          L"Sonora"},
         {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
          L"Sonora"},
+        // Started with Windows: this version's entry and the one it replaced.
+        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 32"},
+        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 31"},
         // Deferred operations completed at the next logon or restart.
         {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
          L"Install Wizard Completion"},
@@ -137,11 +140,13 @@ const std::vector<MachineTrace>& InstallerTraces()
         {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes", L"Sonora"},
         {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"Software\\Classes", L"Sonora"},
         {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Clients\\Media", L"Sonora"},
+        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\*\\shellex\\ContextMenuHandlers\\Sonora32 Shell Extension"},
 
         // Files: the program folder, the per-user data folder, and what goes into the system.
         {Kind::Folder, nullptr, L"%ProgramFiles%\\Halvard"},
         {Kind::Folder, nullptr, L"%ProgramFiles(x86)%\\Halvard"},
         {Kind::Folder, nullptr, L"%APPDATA%\\Halvard"},
+        {Kind::Folder, nullptr, L"%SystemDrive%\\Portable Sonora"},
         {Kind::File, nullptr, L"%SystemRoot%\\System32\\Sonora.exe"},
         {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\Sonora.exe"},
         {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVCodecSupport.dll"},

@@ -1,0 +1,99 @@
+#include "engine/win/CInstallationRecords.h"
+
+#include "engine/CProductRecordRules.h"
+#include "engine/win/CRegistryWriter.h"
+#include "foundation/HVLog.h"
+#include "foundation/HVSystemIdentity.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVProductPaths.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+
+#include <objbase.h>
+
+CInstallationRecords::CInstallationRecords(const CInstallContext& context)
+    : context_(context),
+      keyName_(CProductRecordRules::InstallationKeyName(context.product.GetInstallationKeyName(),
+                                                        context.options.portable, context.installFolder))
+{
+}
+
+HVString CInstallationRecords::NewGuid()
+{
+    GUID guid{};
+    wchar_t text[40] = {};
+    if (FAILED(::CoCreateGuid(&guid)) || ::StringFromGUID2(guid, text, 40) == 0)
+        return HVString();
+    return HVString(text);
+}
+
+bool CInstallationRecords::Record()
+{
+    const CProductIdentity& product = context_.product;
+    CRegistryWriter record(context_.changes, HKEY_LOCAL_MACHINE,
+                           HVString(HVProductPaths::kInstallationsKey) + u"\\" + keyName_, HVRegView::Key64);
+    HVString guid;
+    if (!record.Open() ||
+        !record.SetString(u"Path", context_.installFolder + product.GetLauncherName()) ||
+        !record.SetString(u"Version", product.GetVersionText()) ||
+        !record.SetDWORD(u"OS Version", static_cast<DWORD>(HVSystemIdentity::Current().GetCode())) ||
+        !record.SetString(u"Launcher Name", product.GetLauncherName()) ||
+        !record.SetString(u"Uninstall Key", context_.options.portable ? HVString() : keyName_))
+        return false;
+    // The identifier outlives every reinstall: the product's services know the installation by it.
+    if (!record.Key().QueryString(u"GUID", guid) || guid.IsEmpty()) {
+        guid = NewGuid();
+        if (guid.IsEmpty() || !record.SetString(u"GUID", guid)) {
+            HVLog::Write(HVLog::kError, "CInstallationRecords::Record", u"No identifier for %s", record.NotedPath());
+            return false;
+        }
+    }
+    CRegistryWriter installer(context_.changes, product.GetRegistryHive(), product.GetInstallerKey());
+    // The destination page proposes "Install Directory" next time: a portable copy (on a
+    // stick, say) must not become the machine's proposed program folder.
+    if (!installer.Open() || !installer.SetString(u"Distributor ID", context_.options.distributorId) ||
+        (!context_.options.portable && !installer.SetString(u"Install Directory", context_.installFolder)))
+        return false;
+    HVLog::Write(HVLog::kInfo, "CInstallationRecords::Record", u"Recorded as %s (%s)", record.NotedPath(), guid);
+    return true;
+}
+
+void CInstallationRecords::WriteUninstallEntry()
+{
+    if (context_.options.portable) {
+        HVLog::Write(HVLog::kInfo, "CInstallationRecords::WriteUninstallEntry", u"Portable: no uninstall entry");
+        return;
+    }
+    const CProductIdentity& product = context_.product;
+    CRegistryWriter entry(context_.changes, HKEY_LOCAL_MACHINE, HVString(kUninstallKey) + u"\\" + keyName_,
+                          HVRegView::Key64);
+    if (!entry.Open())
+        return;
+    SYSTEMTIME today{};
+    ::GetLocalTime(&today);
+    const HVString support = CProductIdentity::kSupportAddress;
+    const bool written =
+        entry.SetString(u"DisplayName", product.GetDisplayName() + u" (64-bit)") &&
+        entry.SetString(u"HelpLink", support) && entry.SetString(u"URLUpdateInfo", support) &&
+        entry.SetString(u"URLInfoAbout", support) && entry.SetString(u"InstallLocation", context_.installFolder) &&
+        entry.SetString(u"Publisher", CProductIdentity::kPublisher) &&
+        entry.SetString(u"DisplayVersion", product.GetVersionText()) &&
+        entry.SetString(u"DisplayIcon", context_.installFolder + u"application.ico") &&
+        entry.SetString(u"UninstallString", context_.installFolder + u"HVMediaUninstall.exe") &&
+        entry.SetDWORD(u"EstimatedSize", CProductRecordRules::SizeInKilobytes(FolderSize(context_.installFolder))) &&
+        entry.SetString(u"InstallDate", CProductRecordRules::DateText(today.wYear, today.wMonth, today.wDay)) &&
+        entry.SetDWORD(u"NoModify", 1) && entry.SetDWORD(u"NoRepair", 1);
+    if (!written)
+        HVLog::Write(HVLog::kError, "CInstallationRecords::WriteUninstallEntry", u"Incomplete: %s", entry.NotedPath());
+}
+
+uint64_t CInstallationRecords::FolderSize(const HVString& folder)
+{
+    std::vector<HVFileSystem::Entry> entries;
+    if (!HVFileSystem::EnumerateFolder(folder, entries))
+        return 0;
+    uint64_t size = 0;
+    for (const HVFileSystem::Entry& item : entries)
+        size += item.isFolder ? FolderSize(folder + item.name + u"\\") : item.size;
+    return size;
+}

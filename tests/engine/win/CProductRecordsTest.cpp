@@ -1,0 +1,199 @@
+// The product's records on Wine's real registry: what the writer notes, the first-run
+// settings, and the carry-over from an earlier major version.
+#include "engine/win/CProductRecords.h"
+
+#include "engine/CInstallChangeLog.h"
+#include "engine/IInstallProgress.h"
+#include "engine/win/CDeferredOperations.h"
+#include "engine/win/CInstallationRecords.h"
+#include "engine/win/CRegistryWriter.h"
+#include "engine/win/CSettingsHelper.h"
+#include "install/HVInstallDescription.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+
+#include "TestPaths.h"
+#include "TestRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace
+{
+const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
+const std::wstring kProperties = kRoot + L"\\Properties";
+const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
+const std::wstring k30 = L"Software\\Halvard\\Sonora 30";
+const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
+const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
+const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
+
+class NoProgress : public IInstallProgress
+{
+public:
+    void SetStatusText(const HVString&) override {}
+    void SetProgressRange(int32_t, int32_t) override {}
+    void SetProgressPosition(int32_t position) override { positions.push_back(position); }
+    void DrainMessages() override {}
+    std::vector<int32_t> positions;
+};
+
+void Clean()
+{
+    for (const std::wstring& key : {kRoot, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
+        e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, key);
+    for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
+        e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
+    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kHandler);
+    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstall, HVRegView::Key64);
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64);
+}
+
+class CProductRecordsTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { Clean(); }
+    void TearDown() override { Clean(); }
+
+    CInstallContext& Context(const HVString& defaultSettings = u"")
+    {
+        description_.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");
+        context_.emplace(CInstallContext{options_, description_, product_, setup_, u"C:\\Program Files\\Halvard\\Sonora\\",
+                                         changes_, deferred_, progress_});
+        return *context_;
+    }
+    const InstallChange* Noted(InstallChange::Kind kind, const std::wstring& path, const std::wstring& name = L"")
+    {
+        for (const InstallChange& c : changes_.Changes())
+            if (c.kind == kind && c.path == HVString(path.c_str()) && c.name == HVString(name.c_str()))
+                return &c;
+        return nullptr;
+    }
+
+    HVString setup_ = e2e::ScratchFolder(L"ProductRecords").c_str();
+    InstallOptions options_;
+    HVInstallDescription description_;
+    CProductIdentity product_{setup_};
+    CInstallChangeLog changes_;
+    CDeferredOperations deferred_;
+    NoProgress progress_;
+    std::optional<CInstallContext> context_;
+};
+
+TEST_F(CProductRecordsTest, TheWriterNotesTheTopmostNewKeyAndWhatEachValueHeldBefore)
+{
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer", L"Old", 7));
+    CRegistryWriter writer(changes_, HKEY_CURRENT_USER, u"Software\\Halvard\\IW Test Writer\\A\\B");
+    ASSERT_TRUE(writer.Open());
+    ASSERT_TRUE(writer.SetString(u"Text", u"one") && writer.SetString(u"Text", u"two"));
+    CRegistryWriter parent(changes_, HKEY_CURRENT_USER, u"Software\\Halvard\\IW Test Writer");
+    ASSERT_TRUE(parent.OpenExisting());
+    ASSERT_TRUE(parent.DeleteValue(u"Old") && parent.DeleteValue(u"Never There") && parent.DeleteSubKeyTree(u"A"));
+
+    ASSERT_EQ(changes_.Changes().size(), 5u);
+    EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
+    EXPECT_FALSE(changes_.Changes()[1].existedBefore);
+    EXPECT_EQ(changes_.Changes()[2].before, u"\"one\"");
+    const InstallChange* deleted = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer", L"Old");
+    ASSERT_NE(deleted, nullptr);
+    EXPECT_EQ(deleted->before, u"dword:00000007");
+    EXPECT_NE(Noted(InstallChange::Kind::KeyDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer\\A"));
+}
+
+TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
+{
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page", 2));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, kHandler, L"", 0));  // the extension is registered
+    CSettingsHelper settings(Context(u"<START_LOCATION>9</START_LOCATION>"));
+    const std::vector<HVString> written = settings.WriteDefaults();
+    EXPECT_EQ(written.size(), 87u);
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 88u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 2u);  // the user's own
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"Tagging - Sidecar mode"), L"0");
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"General - Enable Shell Integration"), 1u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kRoot + L"\\Shell Extensions", L"HVShellExt x64"), 1u);
+    EXPECT_EQ(changes_.Count(InstallChange::Kind::ValueWritten), 88u);
+
+    // Unknown identifiers and numbers that aren't are refused, and nothing is written.
+    EXPECT_FALSE(settings.Set(88, 1));
+    EXPECT_FALSE(settings.Set(-1, u"x"));
+    EXPECT_FALSE(settings.Set(11, u"12abc"));
+    EXPECT_TRUE(settings.Set(11, u" 12 "));
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 88u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 12u);
+}
+
+TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnValuesWin)
+{
+    const std::wstring earlierFolder = L"C:\\Program Files\\Halvard\\Sonora 31\\";
+    const std::wstring library = earlierFolder + L"Data\\Library\\";
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Installer", L"Install Directory", earlierFolder));
+    const struct
+    {
+        const wchar_t* name;
+        const wchar_t* earlier;
+        const wchar_t* current;   // held before the install; nullptr: none
+        const wchar_t* expected;  // nullptr: not there
+    } rows[] = {
+        {L"View - Theme", L"Dark", nullptr, L"Dark"},
+        {L"General - Volume", L"earlier", L"mine", L"mine"},
+        {L"LibraryPath", library.c_str(), nullptr, L"[App Data Path]Data\\Library\\"},
+        {L"File Location - Image File Location", L"D:\\Pictures\\", nullptr, L"D:\\Pictures\\"},
+        {L"Install - Start Version", L"31", nullptr, nullptr},
+        {L"Startup - Page", L"3", nullptr, L"3"},  // replaces this run's first-run default
+    };
+    for (const auto& row : rows) {
+        ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Properties", row.name, row.earlier));
+        if (row.current) {
+            ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, row.name, row.current));
+        }
+    }
+    // A value of a type the product never wrote goes over as it is.
+    HVRegKey odd;
+    ASSERT_TRUE(odd.Create(HKEY_CURRENT_USER, HVString(k31.c_str()) + u"\\Properties"));
+    ASSERT_TRUE(odd.SetMultiString(u"Odd", {u"a", u"b"}));
+    odd.Close();
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Dependencies\\WebView2", L"Version", L"1.0"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kRun, L"Sonora 31", L"\"C:\\old\\Sonora.exe\" /Boot"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k30 + L"\\Properties", L"From 30", L"x"));
+
+    CProductRecords records(Context());
+    records.LoadDefaultSettings();
+    records.UpgradeFromPreviousVersion();
+
+    for (const auto& row : rows) {
+        SCOPED_TRACE(e2e::Utf8(row.name));
+        const auto value = e2e::RegString(HKEY_CURRENT_USER, kProperties, row.name);
+        EXPECT_EQ(value, row.expected ? std::optional<std::wstring>(row.expected) : std::nullopt);
+    }
+    EXPECT_EQ(e2e::RegMultiString(HKEY_CURRENT_USER, kProperties, L"Odd"), (std::vector<std::wstring>{L"a", L"b"}));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"From 30"));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRoot + L"\\Dependencies\\WebView2", L"Version"), L"1.0");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRun, L"Sonora 32"),
+              L"\"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe\" /Boot");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRun, L"Sonora 31"));
+    EXPECT_EQ(progress_.positions, (std::vector<int32_t>{0, 1}));
+}
+
+// The registry lists values by name; the change log shows the order they were written in.
+TEST_F(CProductRecordsTest, RecordsAreWrittenInTheirOrder)
+{
+    CInstallationRecords records(Context());
+    ASSERT_TRUE(records.Record());
+    records.WriteUninstallEntry();
+    std::vector<std::wstring> written;
+    for (const InstallChange& change : changes_.Changes())
+        if (change.kind == InstallChange::Kind::ValueWritten)
+            written.push_back(reinterpret_cast<const wchar_t*>(change.name.c_str()));
+    EXPECT_EQ(written, (std::vector<std::wstring>{
+                           L"Path", L"Version", L"OS Version", L"Launcher Name", L"Uninstall Key", L"GUID",
+                           L"Distributor ID", L"Install Directory", L"DisplayName", L"HelpLink", L"URLUpdateInfo",
+                           L"URLInfoAbout", L"InstallLocation", L"Publisher", L"DisplayVersion", L"DisplayIcon",
+                           L"UninstallString", L"EstimatedSize", L"InstallDate", L"NoModify", L"NoRepair"}));
+}
+
+}  // namespace
