@@ -2,6 +2,7 @@
 // back row by row, other programs' file types kept as backups across installs, and Default
 // Programs by Windows version.
 #include "E2ESupport.h"
+#include "WizardDriver.h"
 
 #include <gtest/gtest.h>
 
@@ -170,5 +171,31 @@ TEST_F(ShellRegistrationTest, NoAssociationsLeavesFileTypesAlone)
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"OtherPlayer.mp3");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"));
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"Sonora32.File", L""), L"Sonora file");
+}
+
+TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
+{
+    // Everything unchecked, then space on the first row (.mp3, focused): only .mp3.
+    e2e::WizardUser user({
+        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+        {L"File Associations",
+         [](const e2e::WizardView& v) {
+             e2e::Click(v.Control(L"Unselect All"));
+             HWND list = v.ControlOfClass(L"SysListView32");
+             ::PostMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
+             ::PostMessageW(list, WM_KEYUP, VK_SPACE, 0);
+             e2e::ClickNext(v);
+         }},
+    });
+    e2e::RunOptions options;
+    options.commandLine = L"/Upgrade /NoRun";
+    options.timeoutMs = 60000;
+    options.onPoll = user.Poller();
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << user.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"), L".mp3");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"), L"Audio");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".flac"));
 }
 }

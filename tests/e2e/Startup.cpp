@@ -50,7 +50,10 @@ std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::
     const std::wstring folder = e2e::ScratchFolder(name);
     // The product's two source folders, empty: the install runs through without files to copy.
     if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
-        !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\"))
+        !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\") ||
+            // The product's file types: without them an install can't go on.
+            !::CopyFileW((e2e::MediaFolder() + L"Listenwell\\FileAssociations.xml").c_str(),
+                         (folder + L"Listenwell\\FileAssociations.xml").c_str(), FALSE))
         return {};
     if (installXml && !WriteText(folder + L"Install.xml", *installXml))
         return {};

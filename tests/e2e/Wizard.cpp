@@ -81,7 +81,10 @@ protected:
         if (folder.empty() || !::CopyFileW(e2e::InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
             !::CopyFileW((e2e::MediaFolder() + L"license.txt").c_str(), (folder + L"license.txt").c_str(), FALSE) ||
             !e2e::WriteFileBytes(folder + L"Install.xml", InstallXml(description)) ||
-            !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\"))
+            !e2e::MakeFolder(folder + L"Listenwell\\") || !e2e::MakeFolder(folder + L"System\\") ||
+            // The product's file types: without them an install can't go on.
+            !::CopyFileW((e2e::MediaFolder() + L"Listenwell\\FileAssociations.xml").c_str(),
+                         (folder + L"Listenwell\\FileAssociations.xml").c_str(), FALSE))
             return {};
         return folder;
     }
@@ -110,7 +113,7 @@ protected:
     static std::vector<std::wstring> PagesBeforeInstall(const e2e::WizardUser& user)
     {
         std::vector<std::wstring> pages = user.PagesSeen();
-        while (!pages.empty() && (pages.back() == L"Installing Dependencies" || pages.back() == L"Copying Files" ||
+        while (!pages.empty() && (pages.back() == L"File Associations" || pages.back() == L"Installing Dependencies" || pages.back() == L"Copying Files" ||
                                   pages.back() == L"Installing Plugins"))
             pages.pop_back();
         return pages;
@@ -246,7 +249,8 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
     ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
     // Ten times faster: 3 s in all, ticks of 100 ms.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
-    e2e::WizardUser user({});
+    // A first install asks for the file types once the files are in.
+    e2e::WizardUser user({Next(L"File Associations")});
     const e2e::RunResult run = Run(setup, L"", user);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
 
@@ -332,6 +336,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
                      e2e::Click(box);
                  e2e::ClickNext(v);
              }},
+            Next(L"File Associations"),
         });
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
@@ -392,6 +397,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
                          e2e::ClickNext(v);
                      },
                      true});
+    steps.push_back(Next(L"File Associations"));
     e2e::WizardUser user(steps);
     std::vector<e2e::DialogRule> rules;
     for (const Refusal& r : refusals)
@@ -449,6 +455,7 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
                  proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
                  e2e::ClickNext(v);
              }},
+            Next(L"File Associations"),
         });
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);

@@ -1,6 +1,7 @@
 #include "integration/win/CShellIntegration.h"
 
 #include "foundation/HVLog.h"
+#include "install/CProductIdentityRules.h"
 #include "install/CWizardRules.h"
 #include "install/InstallOptions.h"
 #include "install/win/CProductIdentity.h"
@@ -36,7 +37,7 @@ bool CShellIntegration::ApplyRegistryActions()
     ShellRegistration record = RecordFor(shell);
     const InstallOptions& options = context_.options;
     const bool pageAsks =
-        context_.product.HasFeature(kFileAssociationFeature) && CWizardRules::FileAssociationPageAsks(options);
+        context_.product.HasFeature(CProductIdentityRules::kFeatureFileAssociations) && CWizardRules::FileAssociationPageAsks(options);
     if (!options.noAssociations && !pageAsks) {
         const std::vector<HVString> chosen = UnaskedChoice(context_.product, *model);
         record.fileTypes = FileTypeModel::JoinList(chosen);

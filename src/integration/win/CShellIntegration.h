@@ -16,8 +16,6 @@ struct CShellContext;
 class CShellIntegration : public IShellIntegration
 {
 public:
-    static constexpr int32_t kFileAssociationFeature = 176;
-
     explicit CShellIntegration(const CInstallContext& context) : context_(context) {}
     bool ApplyRegistryActions() override;
 
