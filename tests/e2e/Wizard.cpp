@@ -446,17 +446,18 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
             ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory", row.remembered));
         }
         std::wstring proposed = L"(not shown)";
-        e2e::WizardUser user({
+        std::vector<e2e::WizardStep> steps = {
             Next(L"Welcome"),
             {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
             Next(L"Setup Type"),
-            {L"Destination Folder",
-             [&](const e2e::WizardView& v) {
-                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
-                 e2e::ClickNext(v);
-             }},
-            Next(L"File Associations"),
-        });
+        };
+        if (row.pageShown)
+            steps.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
+                                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                                 e2e::ClickNext(v);
+                             }});
+        steps.push_back(Next(L"File Associations"));
+        e2e::WizardUser user(steps);
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
         EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
@@ -478,6 +479,7 @@ TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom
              e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
              e2e::ClickNext(v);
          }},
+       Next(L"File Associations"),
     });
     const e2e::RunResult run = Run(setup, L"", user,
                                    {{.title = L"Invalid Destination Folder",
@@ -505,6 +507,7 @@ TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
          }},
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }},
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Express"); e2e::ClickNext(v); }},
+       Next(L"File Associations"),
     });
     const e2e::RunResult run = Run(setup, L"", user);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
@@ -532,7 +535,10 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
         const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
         ASSERT_FALSE(setup.empty());
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
-        e2e::WizardUser user({});
+        // An upgrade that finds no earlier installation asks for the file types, as a first
+        // install does.
+        e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{Next(L"File Associations")}
+                                                                        : std::vector<e2e::WizardStep>{});
         const e2e::RunResult run = Run(setup, row.arguments, user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(run, user);
         EXPECT_TRUE(run.dialogs.empty());
