@@ -6,5 +6,6 @@ class IShellIntegration
 {
 public:
     virtual ~IShellIntegration() = default;
-    virtual void ApplyRegistryActions() = 0;
+    // False when the install can't go on (the user has been told why).
+    virtual bool ApplyRegistryActions() = 0;
 };

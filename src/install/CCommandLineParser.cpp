@@ -12,6 +12,7 @@ enum OptionIndex
     kNoUpgrade,
     kNoDriver,
     kNoRun,
+    kRegFileAssociations,
     kLog,
     kQuestion,
     kHelp,
@@ -39,6 +40,7 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
         {u"NoUpgrade", u"/NoUpgrade\tDo not carry over the settings of an earlier version."},
         {u"NoDriver", u"/NoDriver\tDo not install the audio driver."},
         {u"NoRun", u"/NoRun\tDo not start the program when setup has finished."},
+        {u"RegFileAssociations", u"/RegFileAssociations\tAssociate the file types chosen last time (or the default ones) without asking."},
         {u"Log", u"/Log[=<file>]\tWrite a log of this run to <file>, or to a dated file in %TEMP%."},
         {u"?", u"/?\tShow this list and end."},
         {u"Help", u"/Help\tShow this list and end."},
@@ -79,6 +81,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
         case kNoUpgrade: options.noUpgrade = true; break;
         case kNoDriver: options.noDriver = true; break;
         case kNoRun: options.noRun = true; break;
+        case kRegFileAssociations: options.regFileAssociations = true; break;
         case kLog:
             options.log = true;
             options.logPath = LogPathFrom(rest);

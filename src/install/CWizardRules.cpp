@@ -39,6 +39,11 @@ bool CWizardRules::SkipFileAssociations(const InstallOptions& options)
     return options.silent || (options.express && options.earlierInstallationFound) || options.portable;
 }
 
+bool CWizardRules::FileAssociationPageAsks(const InstallOptions& options)
+{
+    return !SkipFileAssociations(options) && !options.noAssociations && !options.regFileAssociations;
+}
+
 bool CWizardRules::SkipShortcuts(const InstallOptions& options)
 {
     return options.silent || options.express || options.portable;

@@ -30,6 +30,9 @@ public:
     static bool SkipCustomSetupType(const InstallOptions& options, bool portableInstallFeature);
     static bool SkipDestination(const InstallOptions& options);
     static bool SkipFileAssociations(const InstallOptions& options);
+    // The file-association page is shown and asks: not skipped, and neither "/NoAssociations"
+    // (nothing is to change) nor "/RegFileAssociations" (the kept choice, unasked).
+    static bool FileAssociationPageAsks(const InstallOptions& options);
     static bool SkipShortcuts(const InstallOptions& options);
     // finishState 2: nothing is left to ask on the finish page.
     static bool SkipFinish(const InstallOptions& options, int finishState);

@@ -15,6 +15,7 @@ struct InstallOptions
     bool noUpgrade = false;      // "/NoUpgrade": settings of an earlier version stay behind
     bool noDriver = false;       // "/NoDriver"
     bool noRun = false;          // "/NoRun": the installed program is not started at the end
+    bool regFileAssociations = false; // "/RegFileAssociations": the kept or default choice, unasked
     HVString distributorId;      // "/DistributorID <id>", blanks around the id removed
 
     // Switches for people running the setup by hand, not part of any unattended contract.

@@ -118,7 +118,8 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRoot + L"\\Installer", L"Install Directory"), dest);
 
     // First-run settings: the sample description's presets, the built-in defaults elsewhere.
-    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 88u);
+    // 88 settings and the two of the file types chosen.
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 90u);
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 3u);
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"Ripping - Complete Sound File"), L"tada.wav");
 

@@ -82,7 +82,7 @@ protected:
     static std::vector<std::wstring> PagesBeforeInstall(const e2e::WizardUser& user)
     {
         std::vector<std::wstring> pages = user.PagesSeen();
-        while (!pages.empty() && (pages.back() == L"Installing Dependencies" || pages.back() == L"Copying Files" ||
+        while (!pages.empty() && (pages.back() == L"File Associations" || pages.back() == L"Installing Dependencies" || pages.back() == L"Copying Files" ||
                                   pages.back() == L"Installing Plugins"))
             pages.pop_back();
         return pages;
@@ -218,7 +218,8 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
     ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
     // Ten times faster: 3 s in all, ticks of 100 ms.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
-    e2e::WizardUser user({});
+    // A first install asks for the file types once the files are in.
+    e2e::WizardUser user({Next(L"File Associations")});
     const e2e::RunResult run = Run(setup, L"", user);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
 
@@ -304,6 +305,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
                      e2e::Click(box);
                  e2e::ClickNext(v);
              }},
+            Next(L"File Associations"),
         });
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
@@ -364,6 +366,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
                          e2e::ClickNext(v);
                      },
                      true});
+    steps.push_back(Next(L"File Associations"));
     e2e::WizardUser user(steps);
     std::vector<e2e::DialogRule> rules;
     for (const Refusal& r : refusals)
@@ -411,16 +414,18 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
             ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory", row.remembered));
         }
         std::wstring proposed = L"(not shown)";
-        e2e::WizardUser user({
+        std::vector<e2e::WizardStep> steps = {
             Next(L"Welcome"),
             {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
             Next(L"Setup Type"),
-            {L"Destination Folder",
-             [&](const e2e::WizardView& v) {
-                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
-                 e2e::ClickNext(v);
-             }},
-        });
+        };
+        if (row.pageShown)
+            steps.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
+                                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                                 e2e::ClickNext(v);
+                             }});
+        steps.push_back(Next(L"File Associations"));
+        e2e::WizardUser user(steps);
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
@@ -442,6 +447,7 @@ TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom
              e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
              e2e::ClickNext(v);
          }},
+       Next(L"File Associations"),
     });
     const e2e::RunResult run = Run(setup, L"", user,
                                    {{.title = L"Invalid Destination Folder",
@@ -469,6 +475,7 @@ TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
          }},
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }},
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Express"); e2e::ClickNext(v); }},
+       Next(L"File Associations"),
     });
     const e2e::RunResult run = Run(setup, L"", user);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
@@ -496,7 +503,10 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
         const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
         ASSERT_FALSE(setup.empty());
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
-        e2e::WizardUser user({});
+        // An upgrade that finds no earlier installation asks for the file types, as a first
+        // install does.
+        e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{Next(L"File Associations")}
+                                                                        : std::vector<e2e::WizardStep>{});
         const e2e::RunResult run = Run(setup, row.arguments, user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_TRUE(run.dialogs.empty());

@@ -21,6 +21,7 @@ std::string Flags(const InstallOptions& o)
     add(o.noUpgrade, "NoUpgrade");
     add(o.noDriver, "NoDriver");
     add(o.noRun, "NoRun");
+    add(o.regFileAssociations, "RegFileAssociations");
     add(o.log, "Log");
     add(o.help, "Help");
     return s;
@@ -47,6 +48,7 @@ const Case kCases[] = {
     {u"x /SilentPlease /Upgraded", "Silent Upgrade", u"", u""},
     // "Upgrade" never catches "NoUpgrade": the piece must start with the name.
     {u"x /NoUpgrade", "NoUpgrade", u"", u""},
+    {u"x /regfileassociations /NoRun", "NoRun RegFileAssociations", u"", u""},
     {u"x /Foo /Bar=1 // /", "", u"", u""},
     {u"x /DistributorID ACME-42  /Silent", "Silent", u"ACME-42", u""},
     {u"x /DistributorIDACME", "", u"ACME", u""},

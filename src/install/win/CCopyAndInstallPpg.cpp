@@ -222,7 +222,10 @@ bool CCopyAndInstallPpg::RunCopy()
     SetProgressRange(0, 1);
     SetProgressPosition(0);
     SetStatusText(u"Creating registry settings...");
-    shell_->ApplyRegistryActions();
+    if (!shell_->ApplyRegistryActions()) {
+        Fail();
+        return false;
+    }
     SetProgressPosition(1);
     records_->WriteUninstallEntry();
     timer.SetResult(files_->FilesCopied());

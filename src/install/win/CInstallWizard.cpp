@@ -7,7 +7,9 @@
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
 #include "install/CWizardRules.h"
+#include "install/CProductIdentityRules.h"
 #include "install/win/CCopyAndInstallPpg.h"
+#include "install/win/CFileAssociationPpg.h"
 #include "install/win/CLicensePpg.h"
 #include "install/win/CProtectedFolders.h"
 #include "install/win/CSelectPathPpg.h"
@@ -42,7 +44,9 @@ CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescripti
     AddPage(std::make_unique<CSetupTypeCustomPpg>(*this));
     AddPage(std::make_unique<CSelectPathPpg>(*this));
     AddPage(std::make_unique<CCopyAndInstallPpg>(*this));
-    // The file-association (feature 176 only), shortcut and finish pages join here.
+    if (product_.HasFeature(CProductIdentityRules::kFeatureFileAssociations))
+        AddPage(std::make_unique<CFileAssociationPpg>(*this));
+    // The shortcut and finish pages join here.
 }
 
 CInstallWizard::~CInstallWizard() = default;

@@ -1,9 +1,51 @@
 #include "integration/win/CShellIntegration.h"
 
 #include "foundation/HVLog.h"
+#include "install/CProductIdentityRules.h"
+#include "install/CWizardRules.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+#include "integration/FileTypeModel.h"
+#include "integration/win/CAssociationChoice.h"
+#include "integration/win/CFileTypes.h"
+#include "integration/win/CShellContext.h"
+#include "integration/win/CompleteShellRegistration.h"
 
-void CShellIntegration::ApplyRegistryActions()
+ShellRegistration CShellIntegration::RecordFor(const CShellContext& context)
 {
-    HVLog::Write(HVLog::kInfo, "CShellIntegration::ApplyRegistryActions",
-                 u"Nothing done: not part of this version of Install Wizard");
+    ShellRegistration record;
+    record.productWithVersion = context.product.GetProductWithVersion();
+    record.launcherName = context.product.GetLauncherName();
+    record.launcherPath = context.installFolder + record.launcherName;
+    record.protocols = FileTypeModel::JoinList(context.fileTypes.Protocols());
+    return record;
+}
+
+std::vector<HVString> CShellIntegration::UnaskedChoice(const CProductIdentity& product, const FileTypeModel& model)
+{
+    if (auto kept = CAssociationChoice::Kept(product))
+        return *kept;
+    return model.Get(FileTypeModel::DefaultFileTypes);
+}
+
+bool CShellIntegration::ApplyRegistryActions()
+{
+    const FileTypeModel* model = CFileTypes::Get(context_.product, context_.description, context_.installFolder, context_.owner);
+    if (!model)
+        return false;
+    const CShellContext shell{context_.changes, context_.product, context_.installFolder, context_.setupFolder, *model};
+    ShellRegistration record = RecordFor(shell);
+    const InstallOptions& options = context_.options;
+    const bool pageAsks =
+        context_.product.HasFeature(CProductIdentityRules::kFeatureFileAssociations) && CWizardRules::FileAssociationPageAsks(options);
+    if (!options.noAssociations && !pageAsks) {
+        const std::vector<HVString> chosen = UnaskedChoice(context_.product, *model);
+        record.fileTypes = FileTypeModel::JoinList(chosen);
+        CAssociationChoice::Keep(context_.changes, context_.product, *model, chosen);
+    }
+    HVLog::Write(HVLog::kInfo, "CShellIntegration::ApplyRegistryActions", u"File types %s%s",
+                 record.fileTypes.IsEmpty() ? HVString(u"none") : record.fileTypes,
+                 pageAsks ? u" (the file-association page asks)" : u"");
+    CompleteShellRegistration(record, shell);
+    return true;
 }

@@ -35,7 +35,10 @@ std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::
 {
     const std::wstring folder = ScratchFolder(name);
     if (folder.empty() || !::CopyFileW(InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
-        !MakeFolder(folder + L"Listenwell\\") || !MakeFolder(folder + L"System\\"))
+        !MakeFolder(folder + L"Listenwell\\") || !MakeFolder(folder + L"System\\") ||
+        // The product's file types: without them an install can't go on.
+        !::CopyFileW((MediaFolder() + L"Listenwell\\FileAssociations.xml").c_str(),
+                     (folder + L"Listenwell\\FileAssociations.xml").c_str(), FALSE))
         return {};
     if (installXml && !WriteFileBytes(folder + L"Install.xml", *installXml))
         return {};

@@ -1,0 +1,89 @@
+#include "integration/win/CFileTypes.h"
+
+#include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/HVXMLDocument.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/HVInstallDescription.h"
+#include "install/win/CProductIdentity.h"
+#include "toolkit/win/HVMessageBox.h"
+
+#include <memory>
+#include <mutex>
+
+namespace
+{
+std::mutex gLock;
+std::unique_ptr<FileTypeModel> gModel;
+
+std::vector<FileTypeModel::MimeAssociation> DescriptionMime(const HVInstallDescription& description)
+{
+    std::vector<FileTypeModel::MimeAssociation> mime;
+    const HVXMLDocument& document = description.GetDocument();
+    const auto parent = description.FindElement(u"/*/MimeAssociations");
+    for (auto child = parent ? document.GetFirstChild(parent) : 0; child; child = document.GetNextSibling(child)) {
+        FileTypeModel::MimeAssociation pair{document.GetElemAttrib(child, u"Type").Trim(),
+                                            document.GetElemAttrib(child, u"Extension").Trim()};
+        if (!pair.type.IsEmpty())
+            mime.push_back(pair);
+    }
+    return mime;
+}
+}
+
+HVString CFileTypes::FatalText(const HVString& path, const HVString& version)
+{
+    return HVTranslator::Translate(u"Failed to load file associations file.") + u"\r\n\r\n" +
+           HVTranslator::Translate(u"Please reinstall the latest version of the program to fix this problem.\r\n\r\n") +
+           HVTranslator::Translate(u"This is a fatal error, so the program must close.\r\n\r\n") +
+           HVString::Format(HVTranslator::Translate(u"Path: %s\r\nVersion: %s").c_str(), path, version);
+}
+
+std::vector<FileTypeModel::InputPlugin> CFileTypes::InputPlugins()
+{
+    std::vector<FileTypeModel::InputPlugin> plugins;
+    HVRegKey input;
+    if (!input.Open(HKEY_LOCAL_MACHINE, kInputPluginsKey))
+        return plugins;
+    for (const HVString& name : input.EnumSubKeys()) {
+        HVRegKey record;
+        DWORD layout = 0;
+        FileTypeModel::InputPlugin plugin;
+        // Only records of the current layout are trusted.
+        if (!record.Open(input.Get(), name) || !record.QueryDWORD(u"IVersion", layout) || layout != 4 ||
+            !record.QueryString(u"Extensions", plugin.extensions))
+            continue;
+        if (!record.QueryString(u"Name", plugin.name) || plugin.name.IsEmpty())
+            plugin.name = name;
+        plugins.push_back(plugin);
+    }
+    return plugins;
+}
+
+const FileTypeModel* CFileTypes::Get(const CProductIdentity& product, const HVInstallDescription& description,
+                                     const HVString& installFolder, HWND owner)
+{
+    std::lock_guard<std::mutex> lock(gLock);
+    if (gModel)
+        return gModel.get();
+    const HVString path = product.FindFile(kFileName, installFolder);
+    HVXMLDocument document;
+    auto model = std::make_unique<FileTypeModel>();
+    FileTypeModel::Overrides overrides{description.GetText(u"/*/Product/DefaultFileTypes"),
+                                       description.GetText(u"/*/Product/DefaultAssocFileTypes"), DescriptionMime(description)};
+    const FileTypeModel::LoadResult result = path.IsEmpty() || !document.Load(path)
+                                                 ? FileTypeModel::LoadResult::NotParsed
+                                                 : model->Load(document, overrides, InputPlugins());
+    if (result != FileTypeModel::LoadResult::Loaded) {
+        HVLog::Write(HVLog::kError, "CFileTypes::Get", u"Cannot load %s (result %d, version \"%s\")",
+                     path.IsEmpty() ? HVString(kFileName) : path, static_cast<int32_t>(result), model->Version());
+        HVMessageBox::Show(owner, FatalText(path.IsEmpty() ? HVString(kFileName) : path, model->Version()),
+                           HVTranslator::Translate(u"Information"), MB_OK | MB_ICONERROR);
+        return nullptr;
+    }
+    HVLog::Write(HVLog::kInfo, "CFileTypes::Get", u"%s version %s: %d file types, %d MIME types", path, model->Version(),
+                 static_cast<int32_t>(model->KnownExtensions().size()),
+                 static_cast<int32_t>(model->MimeAssociations().size()));
+    gModel = std::move(model);
+    return gModel.get();
+}

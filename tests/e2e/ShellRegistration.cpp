@@ -1,0 +1,202 @@
+// The product's registration with the shell after a silent install: the action table read
+// back row by row, other programs' file types kept as backups across installs, and Default
+// Programs by Windows version.
+#include "E2ESupport.h"
+#include "WizardDriver.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <sstream>
+
+namespace
+{
+const std::wstring kProperties = L"Software\\Halvard\\Sonora 32\\Properties";
+const std::wstring kFileExts = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\";
+const std::wstring kClient = L"Software\\Clients\\Media\\Sonora";
+
+std::wstring Destination()
+{
+    wchar_t buffer[MAX_PATH];
+    ExpandEnvironmentStringsW(L"%ProgramFiles%\\Halvard\\Sonora\\", buffer, MAX_PATH);
+    return buffer;
+}
+
+std::wstring Wide(const std::string& utf8)
+{
+    std::wstring wide(utf8.size(), L'\0');
+    wide.resize(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
+                                    static_cast<int>(wide.size())));
+    return wide;
+}
+
+e2e::RunResult RunSilent(const std::wstring& extra = L"")
+{
+    e2e::RunOptions options;
+    options.commandLine = L"/Silent /NoRun " + extra;
+    return e2e::ProgramDriver(options).Run();
+}
+
+// The Windows version Wine reports to programs started from now on.
+void SetWineVersion(const wchar_t* version)
+{
+    if (version)
+        e2e::RegSetString(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", version);
+    else
+        e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, L"Software\\Wine", L"Version");
+}
+
+class ShellRegistrationTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(e2e::ResetToFreshMachine()); }
+    void TearDown() override
+    {
+        SetWineVersion(nullptr);
+        e2e::ResetToFreshMachine();
+    }
+};
+
+TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
+{
+    const e2e::RunResult run = RunSilent();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+
+    std::istringstream fixture(e2e::ReadFileText(std::wstring(L"" IW_SOURCE_DIR) + L"\\tests\\e2e\\data\\ActionTable.txt"));
+    const std::wstring dest = Destination();
+    int rows = 0;
+    for (std::string text; std::getline(fixture, text);) {
+        if (text.empty() || text[0] == '#')
+            continue;
+        std::wstring line = Wide(text);
+        for (size_t at; (at = line.find(L"{DEST}")) != std::wstring::npos;)
+            line.replace(at, 6, dest);
+        std::vector<std::wstring> f;
+        std::wstringstream fields(line);
+        for (std::wstring field; std::getline(fields, field, L'|');)
+            f.push_back(field);
+        f.resize(5);
+        ++rows;
+        const HKEY root = f[0] == L"HKEY_LOCAL_MACHINE" ? HKEY_LOCAL_MACHINE
+                          : f[0] == L"HKEY_CURRENT_USER" ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT;
+        const std::wstring name = f[2] == L"Default" ? L"" : f[2];
+        if (f[4] == L"STRING")
+            EXPECT_EQ(e2e::RegString(root, f[1], name), f[3]) << "row " << rows << ": " << text;
+        else
+            EXPECT_EQ(e2e::RegDword(root, f[1], name), static_cast<DWORD>(std::stoul(f[3]))) << "row " << rows;
+    }
+    EXPECT_EQ(rows, 104);
+    // The default file types of Install.xml are the product's now, and the choice is kept.
+    for (const wchar_t* extension : {L".mp3", L".flac", L".cue"})
+        EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, extension, L""), L"Sonora32.File") << e2e::Utf8(extension);
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Content Type"), L"audio/mpeg");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"PerceivedType"), L"audio");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/mpeg", L"Extension"), L".mp3");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"),
+              L".mp3;.flac;.ogg;.wav;.m4a;.wma;.mpl;.m3u;.cue");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"),
+              L"Audio;Data;Playlist");
+    // The sample's protocols.
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L""), L"URL: itpc Protocol");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc\\shell\\open\\command", L""),
+              L"\"" + dest + L"Sonora.exe\" /Protocol \"%L\"");
+}
+
+TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBackupStays)
+{
+    // Another player owns .mp3 and the user picked it in Explorer for .flac; .ogg has no
+    // per-user choice. The kept choice names a type without its dot and ".dat" in capitals.
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"OtherPlayer.mp3"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"Content Type", L"audio/x-other"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kFileExts + L".flac", L"Progid", L"OtherPlayer.flac"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set", L".mp3;flac;.ogg;.DAT"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID", L"{other}"));
+
+    e2e::RunResult run = RunSilent();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"), L"OtherPlayer.mp3");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.ContentType.BAK"), L"audio/x-other");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".flac", L""), L"Sonora32.File");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".flac", L"Sonora32.Default.BAK"));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kFileExts + L".flac", L"Progid"), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kFileExts + L".flac", L"Sonora32.Progid.BAK"), L"OtherPlayer.flac");
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, kFileExts + L".ogg"));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".DAT"));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID"));
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"Sonora32.CLSID.BAK"),
+              L"{other}");
+
+    // A third program took .mp3 in between: the second install takes it back but keeps the
+    // first backup, the one that gives the user's original player back.
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"ThirdPlayer.mp3"));
+    run = RunSilent();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"), L"OtherPlayer.mp3");
+}
+
+TEST_F(ShellRegistrationTest, DefaultProgramsFromVistaOnNotOnXP)
+{
+    SetWineVersion(L"winxp");
+    e2e::RunResult run = RunSilent();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kClient));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"));
+
+    SetWineVersion(L"win7");
+    run = RunSilent();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    const std::wstring dest = Destination();
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient, L""), L"Sonora");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\shell\\open\\command", L""), L"\"" + dest + L"Sonora 32.exe\"");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\DefaultIcon", L""), dest + L"Data\\Default Art\\Application.ico");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities", L"ApplicationName"), L"Sonora");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\FileAssociations", L".mpl"), L"Sonora32.Playlist");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\FileAssociations", L".mp3"), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\FileAssociations").size(), 9u);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\URLAssociations", L"itpc"), L"itpc");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\MimeAssociations", L"audio/mpeg"), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"),
+              L"Software\\Clients\\Media\\Sonora\\Capabilities");
+}
+
+TEST_F(ShellRegistrationTest, NoAssociationsLeavesFileTypesAlone)
+{
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"OtherPlayer.mp3"));
+    const e2e::RunResult run = RunSilent(L"/NoAssociations");
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"OtherPlayer.mp3");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"));
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"Sonora32.File", L""), L"Sonora file");
+}
+
+TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
+{
+    // An upgrade moves on from the welcome page by itself; on a machine without an earlier
+    // installation the page asks. Everything unchecked, then space on the first row (.mp3,
+    // focused): only .mp3.
+    e2e::WizardUser user({
+        {L"File Associations",
+         [](const e2e::WizardView& v) {
+             e2e::Click(v.Control(L"Unselect All"));
+             HWND list = v.ControlOfClass(L"SysListView32");
+             ::PostMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
+             ::PostMessageW(list, WM_KEYUP, VK_SPACE, 0);
+             e2e::ClickNext(v);
+         }},
+    });
+    e2e::RunOptions options;
+    options.commandLine = L"/Upgrade /NoRun";
+    options.timeoutMs = 60000;
+    options.onPoll = user.Poller();
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << user.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"), L".mp3");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"), L"Audio");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".flac"));
+}
+}

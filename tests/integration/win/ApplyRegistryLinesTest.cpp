@@ -1,0 +1,76 @@
+#include "integration/win/ApplyRegistryLines.h"
+
+#include "engine/CInstallChangeLog.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/win/CProductIdentity.h"
+#include "integration/FileTypeModel.h"
+#include "integration/win/CShellContext.h"
+
+#include "TestRegistry.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+const std::wstring kKey = L"Software\\Halvard\\ApplyRegistryLinesTest";
+
+TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
+{
+    e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kKey);
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kKey, L"Kept", L"there"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kKey, L"Empty", L""));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kKey, L"Zero", 0));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kKey, L"Text", L"t"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kKey, L"Gone", L"g"));
+
+    CInstallChangeLog changes;
+    const CProductIdentity product(u"");
+    FileTypeModel model;
+    const CShellContext context{changes, product, u"C:\\P\\", u"C:\\S\\", model};
+    ShellRegistration record;
+    record.productWithVersion = u"Sonora32";
+    const HVString key(kKey.c_str());
+    ApplyRegistryLines(record,
+                       {u"HKEY_CURRENT_USER",
+                        key + u"|Kept|new|STRING|CREATE",
+                        key + u"|Empty|filled|STRING|CREATE",
+                        key + u"|Missing|made|STRING|CREATE",
+                        key + u"|Zero|5|STRING|CREATE",
+                        key + u"|Text|7|DWORD|CREATE",
+                        key + u"|Number|12abc|DWORD|MODIFY",
+                        key + u"|Lower|34|string|MODIFY",
+                        key + u"|Default|[PRODUCTWITHVERSION]|STRING|MODIFY",
+                        key + u"|default|lower|STRING|MODIFY",
+                        key + u"|Gone||STRING|DELETE",
+                        key + u"\\New|Nothing||STRING|DELETE",
+                        key + u"|Marker|x|STRING|MODIFY|extra",
+                        u"HKEY_LOCAL_MACHINE ",
+                        key + u"|Still|user|STRING|MODIFY"},
+                       context);
+
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Kept"), L"there");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Empty"), L"filled");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Missing"), L"made");
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Zero"), 0u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Text"), 7u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Number"), 12u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Lower"), 34u);
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L""), L"Sonora32");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"default"), L"lower");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kKey, L"Gone"));
+    EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kKey + L"\\New"));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kKey, L"Marker"));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Still"), L"user");
+    EXPECT_FALSE(IsProcessUnderWow64());
+
+    // What an uninstall undoes: each write with what was there before.
+    size_t written = 0;
+    for (const InstallChange& change : changes.Changes())
+        if (change.kind == InstallChange::Kind::ValueWritten && change.name == u"Empty")
+            written += change.existedBefore ? 1 : 0;
+    EXPECT_EQ(written, 1u);
+    EXPECT_EQ(changes.Count(InstallChange::Kind::ValueDeleted), 1u);
+    EXPECT_EQ(changes.Count(InstallChange::Kind::KeyCreated), 1u);
+    e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kKey);
+}
+}
