@@ -20,27 +20,7 @@ const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\Ru
 const std::wstring kSessionManager = L"System\\CurrentControlSet\\Control\\Session Manager";
 const std::wstring kCopyFailed = L"Install Wizard could not copy necessary files to the destination folder.";
 
-std::wstring Expand(const wchar_t* text)
-{
-    wchar_t buffer[MAX_PATH];
-    ExpandEnvironmentStringsW(text, buffer, MAX_PATH);
-    return buffer;
-}
-
-std::wstring Destination() { return Expand(L"%ProgramFiles%\\Halvard\\Sonora\\"); }
-std::wstring Windows() { return Expand(L"%SystemRoot%\\"); }
-
-std::string Bytes(const std::wstring& path)
-{
-    std::string bytes;
-    return e2e::ReadFileBytes(path, bytes) ? bytes : std::string("<missing>");
-}
-
-bool Put(const std::wstring& path, const std::string& bytes)
-{
-    const size_t slash = path.rfind(L'\\');
-    return e2e::MakeFolder(path.substr(0, slash + 1)) && e2e::WriteFileBytes(path, bytes);
-}
+std::wstring Windows() { return e2e::Expand(L"%SystemRoot%\\"); }
 
 // The version resource's fixed part patched to another major version: a copy of a program that
 // looks newer (or older) to the installer.
@@ -53,24 +33,13 @@ std::string WithMajorVersion(std::string bytes, uint16_t major)
     return bytes;
 }
 
-struct Install
+e2e::SetupRun RunSilent(const std::wstring& setupFolder = {}, std::vector<e2e::DialogRule> rules = {})
 {
-    e2e::RunResult run;
-    std::string log;
-    std::string Describe() const { return run.Describe() + "\nLog:\n" + log; }
-};
-
-Install RunSilent(const std::wstring& setupFolder = {}, std::vector<e2e::DialogRule> rules = {})
-{
-    const std::wstring logPath = e2e::ScratchFolder(L"InstallLog") + L"install.log";
     e2e::RunOptions options;
     options.setupFolder = setupFolder;
-    options.commandLine = L"/Silent /Log=\"" + logPath + L"\"";
+    options.commandLine = L"/Silent";
     options.rules = std::move(rules);
-    Install install;
-    install.run = e2e::ProgramDriver(options).Run();
-    install.log = e2e::ReadFileText(logPath);
-    return install;
+    return e2e::RunSetup(options);
 }
 
 class InstallTest : public ::testing::Test
@@ -93,15 +62,15 @@ protected:
 TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
 {
     const std::wstring media = e2e::MediaFolder();
-    const std::wstring dest = Destination();
-    const std::string codec = Bytes(media + L"System\\Check Version\\HVCodecSupport.dll");  // 2.0
-    const std::string disc = Bytes(media + L"System\\Check Version\\HVDiscSupport.dll");    // 1.5
+    const std::wstring dest = e2e::DefaultDestination();
+    const std::string codec = e2e::ReadFileText(media + L"System\\Check Version\\HVCodecSupport.dll");  // 2.0
+    const std::string disc = e2e::ReadFileText(media + L"System\\Check Version\\HVDiscSupport.dll");    // 1.5
     // In both system folders: an older codec library (replaced), a newer disc library (kept)
     // and old notes (always replaced).
     for (const wchar_t* system : {L"System32\\", L"SysWOW64\\"}) {
-        ASSERT_TRUE(Put(Windows() + system + L"HVCodecSupport.dll", disc));
-        ASSERT_TRUE(Put(Windows() + system + L"HVDiscSupport.dll", codec));
-        ASSERT_TRUE(Put(Windows() + system + L"HVSystemNotes.txt", "old notes"));
+        ASSERT_TRUE(e2e::WriteFileBytes(Windows() + system + L"HVCodecSupport.dll", disc));
+        ASSERT_TRUE(e2e::WriteFileBytes(Windows() + system + L"HVDiscSupport.dll", codec));
+        ASSERT_TRUE(e2e::WriteFileBytes(Windows() + system + L"HVSystemNotes.txt", "old notes"));
     }
     // What earlier versions left in the program folder.
     const std::vector<std::wstring> leftovers = {
@@ -112,38 +81,34 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
         std::wstring(CRetiredFiles::Entries().back().w()) + L"old.bin",
     };
     for (const std::wstring& file : leftovers)
-        ASSERT_TRUE(Put(dest + file, "left behind")) << e2e::Utf8(file);
-    ASSERT_TRUE(Put(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt", "kept"));
-    ASSERT_TRUE(Put(dest + L"License.txt", "old agreement"));
+        ASSERT_TRUE(e2e::WriteFileBytes(dest + file, "left behind")) << e2e::Utf8(file);
+    ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt", "kept"));
+    ASSERT_TRUE(e2e::WriteFileBytes(dest + L"License.txt", "old agreement"));
     SetFileAttributesW((dest + L"License.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournal, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
 
-    const Install install = RunSilent();
-    ASSERT_TRUE(install.run.ExitedWith(0)) << install.Describe();
+    const e2e::SetupRun install = RunSilent();
+    ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
 
     // The program files, byte for byte.
     for (const std::wstring& file : e2e::ListTree(media + L"Listenwell\\"))
-        EXPECT_EQ(Bytes(dest + file), Bytes(media + L"Listenwell\\" + file)) << e2e::Utf8(file);
+        EXPECT_EQ(e2e::ReadFileText(dest + file), e2e::ReadFileText(media + L"Listenwell\\" + file)) << e2e::Utf8(file);
     for (const wchar_t* license : {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt"})
-        EXPECT_EQ(Bytes(dest + license), Bytes(media + license)) << e2e::Utf8(license);
+        EXPECT_EQ(e2e::ReadFileText(dest + license), e2e::ReadFileText(media + license)) << e2e::Utf8(license);
     // System files in both system folders, by version.
     for (const wchar_t* system : {L"System32\\", L"SysWOW64\\"}) {
-        EXPECT_EQ(Bytes(Windows() + system + L"HVCodecSupport.dll"), codec) << e2e::Utf8(system);
-        EXPECT_EQ(Bytes(Windows() + system + L"HVDiscSupport.dll"), codec) << e2e::Utf8(system);
-        EXPECT_EQ(Bytes(Windows() + system + L"HVSystemNotes.txt"), Bytes(media + L"System\\Check Version\\HVSystemNotes.txt"));
+        EXPECT_EQ(e2e::ReadFileText(Windows() + system + L"HVCodecSupport.dll"), codec) << e2e::Utf8(system);
+        EXPECT_EQ(e2e::ReadFileText(Windows() + system + L"HVDiscSupport.dll"), codec) << e2e::Utf8(system);
+        EXPECT_EQ(e2e::ReadFileText(Windows() + system + L"HVSystemNotes.txt"), e2e::ReadFileText(media + L"System\\Check Version\\HVSystemNotes.txt"));
     }
-    EXPECT_EQ(Bytes(Windows() + L"Fonts\\DejaVuSans.ttf"), Bytes(media + L"Fonts\\DejaVuSans.ttf"));
+    EXPECT_EQ(e2e::ReadFileText(Windows() + L"Fonts\\DejaVuSans.ttf"), e2e::ReadFileText(media + L"Fonts\\DejaVuSans.ttf"));
     // Fonts go with each of the two passes, so they are added twice.
-    size_t fontsAdded = 0;
-    for (size_t at = install.log.find("DejaVuSans.ttf added to the font table"); at != std::string::npos;
-         at = install.log.find("DejaVuSans.ttf added to the font table", at + 1))
-        ++fontsAdded;
-    EXPECT_EQ(fontsAdded, 2u) << install.Describe();
+    EXPECT_EQ(e2e::CountOf(e2e::Utf8(install.log), "DejaVuSans.ttf added to the font table"), 2) << install.Describe();
     // Leftovers gone; the simplified Chinese folder stays.
     for (const std::wstring& file : leftovers)
         EXPECT_EQ(GetFileAttributesW((dest + file).c_str()), INVALID_FILE_ATTRIBUTES) << e2e::Utf8(file);
     EXPECT_EQ(GetFileAttributesW((dest + L"Data\\Languages\\Chinese").c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(Bytes(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt"), "kept");
+    EXPECT_EQ(e2e::ReadFileText(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt"), "kept");
     // The self-registering modules were registered where they were installed.
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"HVShellExt.dll"), dest + L"HVShellExt.dll");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"SampleShell.dll"), dest + L"Plugins\\System\\SampleShell.dll");
@@ -151,7 +116,7 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     EXPECT_TRUE(e2e::RegValueNames(HKEY_CURRENT_USER, kJournal).empty());
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
     const std::wstring finish = L"\xFEFFHVFI0001\r\n" + dest + L"Sonora.exe";
-    EXPECT_EQ(Bytes(media + L"Finish.txt"), std::string(reinterpret_cast<const char*>(finish.data()), finish.size() * 2));
+    EXPECT_EQ(e2e::ReadFileText(media + L"Finish.txt"), std::string(reinterpret_cast<const char*>(finish.data()), finish.size() * 2));
     // Nothing else in the program folder: no temporary file, no staging folder.
     std::vector<std::wstring> expected = e2e::ListTree(media + L"Listenwell\\");
     expected.insert(expected.end(), {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt",
@@ -164,22 +129,22 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
 // to the journal that the product completes at the next logon.
 TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
 {
-    const std::wstring dest = Destination();
+    const std::wstring dest = e2e::DefaultDestination();
     for (const bool restartReplace : {true, false}) {
         SCOPED_TRACE(restartReplace ? "replace at restart" : "journal");
         SetUp();
         SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_RESTART_REPLACE", restartReplace ? nullptr : L"1");
-        ASSERT_TRUE(Put(dest + L"Data\\Startup Tips.txt", "obsolete"));
-        ASSERT_TRUE(Put(dest + L"Plugins\\in_oldtracker.dll", "obsolete"));
+        ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Data\\Startup Tips.txt", "obsolete"));
+        ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Plugins\\in_oldtracker.dll", "obsolete"));
         {
             const e2e::HeldFileLock tips(dest + L"Data\\Startup Tips.txt");
             const e2e::HeldFileLock tracker(dest + L"Plugins\\in_oldtracker.dll");
             const e2e::HeldFileLock shell(dest + L"HVShellExt.dll");
             ASSERT_TRUE(tips.IsHeld() && tracker.IsHeld() && shell.IsHeld());
 
-            const Install install = RunSilent();
+            const e2e::SetupRun install = RunSilent();
             // A deferred program file needs a restart.
-            ASSERT_TRUE(install.run.ExitedWith(3010)) << install.Describe();
+            ASSERT_TRUE(install.result.ExitedWith(3010)) << install.Describe();
             const auto journal = [&](const wchar_t* name) { return e2e::RegString(HKEY_CURRENT_USER, kJournal, name); };
             EXPECT_EQ(journal(L"Delete File (0)"), dest + L"Plugins\\in_oldtracker.dll|_DELETEFILE");
             EXPECT_EQ(journal(L"Delete File (1)"), dest + L"Data\\Startup Tips.txt|_DELETEFILE");
@@ -194,7 +159,7 @@ TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
             EXPECT_EQ(scheduled, restartReplace);
             EXPECT_EQ(journal(L"Install File (0)"),
                       restartReplace ? std::optional<std::wstring>() : std::optional<std::wstring>(staged + L"|" + dest + L"HVShellExt.dll"));
-            EXPECT_EQ(Bytes(staged), Bytes(e2e::MediaFolder() + L"Listenwell\\HVShellExt.dll"));
+            EXPECT_EQ(e2e::ReadFileText(staged), e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\HVShellExt.dll"));
             // A restart is pending: the product is not started from the hand-over file.
             EXPECT_EQ(GetFileAttributesW((e2e::MediaFolder() + L"Finish.txt").c_str()), INVALID_FILE_ATTRIBUTES);
         }
@@ -204,15 +169,15 @@ TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
 
 TEST_F(InstallTest, ANewerInstalledVersionIsKept)
 {
-    const std::wstring dest = Destination();
-    const std::string newer = WithMajorVersion(Bytes(e2e::MediaFolder() + L"Listenwell\\Sonora 32.exe"), 40);
-    ASSERT_TRUE(Put(dest + L"Sonora 32.exe", newer));
+    const std::wstring dest = e2e::DefaultDestination();
+    const std::string newer = WithMajorVersion(e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\Sonora 32.exe"), 40);
+    ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Sonora 32.exe", newer));
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
                                   dest + L"Sonora.exe"));
-    const Install install = RunSilent();
-    ASSERT_TRUE(install.run.ExitedWith(0)) << install.Describe();
-    EXPECT_NE(install.log.find("copy and plug-ins left out"), std::string::npos) << install.Describe();
-    EXPECT_EQ(Bytes(dest + L"Sonora 32.exe"), newer);
+    const e2e::SetupRun install = RunSilent();
+    ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
+    EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
+    EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
     EXPECT_EQ(e2e::ListTree(dest), std::vector<std::wstring>{L"Sonora 32.exe"});
 }
 
@@ -223,25 +188,25 @@ TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)
         const std::wstring setup = e2e::ScratchFolder(L"BrokenSetup");
         ASSERT_TRUE(e2e::CopyTree(e2e::MediaFolder(), setup));
         ASSERT_TRUE(e2e::DeleteTree(setup + missing + L"\\"));
-        const Install install = RunSilent(
+        const e2e::SetupRun install = RunSilent(
             setup, {{.title = L"Install Error", .text = kCopyFailed, .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
-        EXPECT_TRUE(install.run.ExitedWith(1603)) << install.Describe();
-        EXPECT_EQ(install.run.dialogs.size(), 1u);
+        EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();
+        EXPECT_EQ(install.result.dialogs.size(), 1u);
         // The destination check may have made the folder; nothing went into it.
-        EXPECT_TRUE(e2e::ListTree(Destination()).empty());
+        EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
     }
 }
 
 TEST_F(InstallTest, ALauncherInUseAsksToRetryOrCancel)
 {
-    const std::wstring launcher = Destination() + L"Sonora.exe";
-    ASSERT_TRUE(Put(launcher, "running"));
+    const std::wstring launcher = e2e::DefaultDestination() + L"Sonora.exe";
+    ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
     const e2e::HeldFileLock lock(launcher);
     ASSERT_TRUE(lock.IsHeld());
-    const Install install = RunSilent({}, {{.title = L"Failure Copying System File",
+    const e2e::SetupRun install = RunSilent({}, {{.title = L"Failure Copying System File",
                                             .text = L"Please ensure that the file '" + launcher + L"' is not in use.",
                                             .button = IDCANCEL, .times = 1}});
-    EXPECT_TRUE(install.run.ExitedWith(1603)) << install.Describe();
-    EXPECT_EQ(GetFileAttributesW((Destination() + L"Sonora 32.exe").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();
+    EXPECT_EQ(GetFileAttributesW((e2e::DefaultDestination() + L"Sonora 32.exe").c_str()), INVALID_FILE_ATTRIBUTES);
 }
 } // namespace

@@ -22,15 +22,6 @@ const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
 const std::wstring kSupport = L"https://www.halvard.com/support/sonora/";
 const HVRegView k64 = HVRegView::Key64;
 
-std::wstring Expand(const wchar_t* text)
-{
-    wchar_t buffer[MAX_PATH];
-    ExpandEnvironmentStringsW(text, buffer, MAX_PATH);
-    return buffer;
-}
-
-std::wstring Destination() { return Expand(L"%ProgramFiles%\\Halvard\\Sonora\\"); }
-
 std::wstring ProductVersion()
 {
     CVersionInfo version;
@@ -74,7 +65,7 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
 {
     const e2e::RunResult first = RunInstaller(L"/Silent /NoRun /DistributorID ACME-7");
     ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
-    const std::wstring dest = Destination();
+    const std::wstring dest = e2e::DefaultDestination();
 
     // The uninstall entry: exactly these values (the registry lists them by name).
     EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kUninstall, k64),
@@ -134,7 +125,7 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
 
 TEST_F(RecordsTest, APortableCopyHasNoUninstallEntryAndARecordOfItsOwn)
 {
-    const std::wstring folder = Expand(L"%SystemDrive%\\Portable Sonora\\");
+    const std::wstring folder = e2e::Expand(L"%SystemDrive%\\Portable Sonora\\");
     e2e::WizardUser user({
         {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
         {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},

@@ -16,8 +16,7 @@
 namespace
 {
 const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
-const std::wstring kProgramFiles = L"C:\\Program Files\\";
-const std::wstring kDefaultFolder = kProgramFiles + L"Halvard\\Sonora\\";
+const std::wstring kDefaultFolder = L"C:\\Program Files\\Halvard\\Sonora\\";
 const std::wstring kUninstallKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 const std::wstring kOtherProgramKey = kUninstallKey + L"IW Test Other Program";
 const std::wstring kOwnEntry = L"IW Test Sonora Entry";
@@ -96,32 +95,20 @@ e2e::WizardStep Next(const std::wstring& page)
     return {page, [](const e2e::WizardView& v) { e2e::ClickNext(v); }};
 }
 
+e2e::WizardStep Choose(const std::wstring& page, const std::wstring& choice)
+{
+    return {page, [choice](const e2e::WizardView& v) { e2e::Choose(v, choice); e2e::ClickNext(v); }};
+}
+
+e2e::WizardStep Cancel(const std::wstring& page, bool again = false)
+{
+    return {page, [](const e2e::WizardView& v) { e2e::ClickCancel(v); }, again};
+}
+
 e2e::DialogRule ConfirmCancel(int button, int times)
 {
     return {.title = L"Confirm Cancellation", .text = L"Are you sure you want to cancel Sonora installation?",
             .button = button, .times = times};
-}
-
-TEST_F(WizardTest, CancelAsksFirstNoStaysYesEndsWithoutChanges)
-{
-    const std::wstring setup = MakeSetup({});
-    ASSERT_FALSE(setup.empty());
-    e2e::WizardUser user({
-        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
-        // "No": the welcome page is still there and goes on as before.
-        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
-        {L"Destination Folder", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
-    });
-    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
-    ASSERT_EQ(run.dialogs.size(), 2u) << Describe(user);
-    EXPECT_EQ(run.dialogs[0].pressed, L"No");
-    EXPECT_EQ(run.dialogs[1].pressed, L"Yes");
-    EXPECT_EQ(run.dialogs[0].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
-    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}));
-    EXPECT_FALSE(e2e::FolderExists(kDefaultFolder));
 }
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
@@ -202,7 +189,7 @@ TEST_F(WizardTest, MissingAgreementIsSaidPlainlyAndAcceptStaysAvailable)
              acceptEnabled = ::IsWindowEnabled(v.Button(e2e::WizardView::kNextId)) != FALSE;
              e2e::ClickNext(v);
          }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }},
+        Cancel(L"Setup Type"),
     });
     const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
     ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
@@ -342,7 +329,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
     };
     std::vector<e2e::WizardStep> steps = {
         Next(L"Welcome"),
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+        Choose(L"Setup Type", L"Custom"),
         Next(L"Setup Type"),
     };
     std::wstring proposed;
@@ -416,7 +403,7 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
         std::wstring proposed = L"(not shown)";
         std::vector<e2e::WizardStep> steps = {
             Next(L"Welcome"),
-            {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
+            Choose(L"Setup Type", L"Custom"),
             Next(L"Setup Type"),
         };
         if (row.pageShown)
@@ -435,55 +422,69 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
     }
 }
 
-TEST_F(WizardTest, ExpressWhoseProposalFailsShowsTheDestinationAndGoesOnAsCustom)
+// Back, Next and Cancel over the pages: where each path leads, what it asks and what it installs.
+TEST_F(WizardTest, PageFlows)
 {
-    const std::wstring setup = MakeSetup({.installToPath = L"C:\\"});
-    ASSERT_FALSE(setup.empty());
-    e2e::WizardUser user({
-        Next(L"Welcome"),
-        Next(L"Setup Type"),  // Express
-        {L"Destination Folder",
-         [](const e2e::WizardView& v) {
-             e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
-             e2e::ClickNext(v);
-         }},
-       Next(L"File Associations"),
-    });
-    const e2e::RunResult run = Run(setup, L"", user,
-                                   {{.title = L"Invalid Destination Folder",
-                                     .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
-                                     .button = IDOK, .times = 1}});
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-    EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Destination Folder"}));
-    EXPECT_TRUE(run_.Logged(L"express 0")) << e2e::Utf8(Log());
-    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
-}
-
-TEST_F(WizardTest, BackFromPortableToExpressClearsPortable)
-{
-    const std::wstring setup = MakeSetup({});
-    ASSERT_FALSE(setup.empty());
-    std::wstring portableProposal = L"(not seen)";
-    e2e::WizardUser user({
-        Next(L"Welcome"),
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Portable install"); e2e::ClickNext(v); }},
-        {L"Destination Folder",
-         [&](const e2e::WizardView& v) {
-             portableProposal = e2e::ControlText(v.ControlOfClass(L"Edit"));
-             e2e::ClickBack(v);
-         }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Express"); e2e::ClickNext(v); }},
-       Next(L"File Associations"),
-    });
-    const e2e::RunResult run = Run(setup, L"", user);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-    EXPECT_EQ(portableProposal, L"");
-    EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome", L"Setup Type", L"Setup Type",
-                                                           L"Destination Folder", L"Setup Type", L"Setup Type"}));
-    EXPECT_TRUE(run_.Logged(L"express 1, portable 0")) << e2e::Utf8(Log());
-    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
+    const e2e::WizardStep typeDefault = {L"Destination Folder", [](const e2e::WizardView& v) {
+        e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
+        e2e::ClickNext(v);
+    }};
+    // A portable install proposes no folder; going back from it to Express clears portable.
+    const e2e::WizardStep portableBack = {L"Destination Folder", [](const e2e::WizardView& v) {
+        EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), L"");
+        e2e::ClickBack(v);
+    }};
+    const struct
+    {
+        const char* name;
+        Description description;
+        std::vector<e2e::WizardStep> steps;
+        std::vector<e2e::DialogRule> rules;   // each answered once, in this order
+        int exitCode;
+        std::vector<std::wstring> pages;
+        const wchar_t* logged;
+    } flows[] = {
+        {"Cancel asks first; No stays, Yes ends without changes", {},
+         {Cancel(L"Welcome"), {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true},
+          Choose(L"Setup Type", L"Custom"), Next(L"Setup Type"), Cancel(L"Destination Folder")},
+         {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)}, kExitCancelled,
+         {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}, L"cancelled"},
+        {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"},
+         {Next(L"Welcome"), Next(L"Setup Type"), typeDefault, Next(L"File Associations")},
+         {{.title = L"Invalid Destination Folder",
+           .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
+           .button = IDOK, .times = 1}},
+         kExitInstalled, {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0"},
+        {"Back from Portable to Express clears Portable", {},
+         {Next(L"Welcome"), Choose(L"Setup Type", L"Custom"), Choose(L"Setup Type", L"Portable install"), portableBack,
+          {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }}, Choose(L"Setup Type", L"Express"),
+           Next(L"File Associations")},
+         {}, kExitInstalled,
+         {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder", L"Setup Type", L"Setup Type"},
+         L"express 1, portable 0"},
+    };
+    for (const auto& flow : flows) {
+        SCOPED_TRACE(flow.name);
+        e2e::ResetToFreshMachine();
+        const std::wstring setup = MakeSetup(flow.description);
+        ASSERT_FALSE(setup.empty());
+        e2e::WizardUser user(flow.steps);
+        const e2e::RunResult run = Run(setup, L"", user, flow.rules);
+        ASSERT_TRUE(run.ExitedWith(flow.exitCode)) << Describe(user);
+        ASSERT_EQ(run.dialogs.size(), flow.rules.size()) << Describe(user);
+        for (size_t i = 0; i < flow.rules.size(); ++i) {
+            EXPECT_EQ(run.dialogs[i].title, flow.rules[i].title);
+            if (flow.rules[i].button == IDOK) {
+                EXPECT_EQ(run.dialogs[i].pressed, L"OK");
+            } else {
+                EXPECT_EQ(run.dialogs[i].pressed, flow.rules[i].button == IDNO ? L"No" : L"Yes");
+                EXPECT_EQ(run.dialogs[i].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
+            }
+        }
+        EXPECT_EQ(PagesBeforeInstall(user), flow.pages) << Describe(user);
+        EXPECT_TRUE(run_.Logged(flow.logged)) << e2e::Utf8(Log());
+        EXPECT_EQ(e2e::FolderExists(kDefaultFolder), flow.exitCode == kExitInstalled);
+    }
 }
 
 TEST_F(WizardTest, UnattendedRunsAskNothing)

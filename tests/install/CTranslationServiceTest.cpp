@@ -25,6 +25,13 @@ HVString Doc(const char* body, const char* root = "<HVLanguage name=\"Deutsch\" 
     return H(text.c_str());
 }
 
+// A text as written, and what should come out of it.
+struct TextRow
+{
+    const char* english;
+    const char* expected;
+};
+
 TEST(CTranslationService, StartsEnglishAndGivesTextsBack)
 {
     CTranslationService service;
@@ -52,11 +59,7 @@ TEST(CTranslationService, TranslatesByExactText)
     EXPECT_EQ(U8(service.LanguageCode()), "de");
     EXPECT_EQ(service.GetCount(), 5u);
 
-    const struct
-    {
-        const char* english;
-        const char* expected;
-    } rows[] = {
+    const TextRow rows[] = {
         {"< Back", "< Zurück"},
         {"Please Close ", "Bitte beenden: "},
         {"Please Close", "Please Close"},    // blanks count
@@ -80,11 +83,7 @@ TEST(CTranslationService, JoinedMessagesAreTranslatedPartByPart)
       <Text><English>Bare</English><Translation>Nackt</Translation></Text>
       <Text><English>Whole.\r\n\r\nText.</English><Translation>Ganz.\r\n\r\nText!</Translation></Text>)"),
                                      u"test"));
-    const struct
-    {
-        const char* english;
-        const char* expected;
-    } rows[] = {
+    const TextRow rows[] = {
         {"First part.\r\n\r\nSecond line.\r\nLast part.", "Erster Teil.\r\n\r\nZweite Zeile.\r\nLetzter Teil."},
         {"First part.\r\n\r\nUntranslated.", "Erster Teil.\r\n\r\nUntranslated."},
         {"Bare\r\n\r\nLast part.", "Nackt\r\n\r\nLetzter Teil."},   // a part found without its breaks
@@ -98,11 +97,7 @@ TEST(CTranslationService, JoinedMessagesAreTranslatedPartByPart)
 
 TEST(CTranslationService, UnescapesBreaksAndFoldsWrappedLines)
 {
-    const struct
-    {
-        const char* in;
-        const char* out;
-    } rows[] = {
+    const TextRow rows[] = {
         {"a\\r\\nb", "a\r\nb"},
         {"tab\\there", "tab\there"},
         {"back\\\\n", "back\\n"},
@@ -116,7 +111,7 @@ TEST(CTranslationService, UnescapesBreaksAndFoldsWrappedLines)
         {"", ""},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(U8(CTranslationService::Unescape(H(row.in).view())), row.out) << row.in;
+        EXPECT_EQ(U8(CTranslationService::Unescape(H(row.english).view())), row.expected) << row.english;
 }
 
 TEST(CTranslationService, FormatMarkersAreReadInOrder)

@@ -23,6 +23,15 @@ bool FolderExists(const std::wstring& folder)
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
+std::wstring Expand(const std::wstring& text)
+{
+    wchar_t buffer[MAX_PATH] = {};
+    ::ExpandEnvironmentStringsW(text.c_str(), buffer, MAX_PATH);
+    return buffer;
+}
+
+std::wstring DefaultDestination() { return Expand(L"%ProgramFiles%\\Halvard\\Sonora\\"); }
+
 int CountOf(const std::string& text, const std::string& what)
 {
     int count = 0;

@@ -12,6 +12,10 @@ namespace e2e
 // A UTF-8 text file (the installer's log, an agreement) as UTF-16; empty when unreadable.
 std::wstring ReadText(const std::wstring& path);
 bool FolderExists(const std::wstring& folder);
+// Environment references ("%SystemRoot%\\") filled in.
+std::wstring Expand(const std::wstring& text);
+// Where the sample product goes when nothing else decides: "<Program Files>\Halvard\Sonora\".
+std::wstring DefaultDestination();
 // How often `what` occurs in `text`.
 int CountOf(const std::string& text, const std::string& what);
 

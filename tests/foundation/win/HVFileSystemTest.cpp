@@ -4,11 +4,13 @@
 #include "foundation/win/HVRegKey.h"
 
 #include "HeldFileLock.h"
+#include "PendingRenames.h"
 #include "RecordingLogger.h"
 #include "TestPaths.h"
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -98,63 +100,59 @@ TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged
     EXPECT_TRUE(HVFileSystem::DeleteFile(file));
 }
 
-TEST_F(HVFileSystemTest, SafeReplaceOnAMissingOriginalIsAMove)
+// Either the new file stands under the original name and no backup is left, or nothing
+// changed at all. A file named like the backup belongs to somebody else and stays.
+TEST_F(HVFileSystemTest, SafeReplaceSwapsInTheNewFileOrChangesNothing)
 {
-    const HVString original = root + u"Sonora.exe";
-    const HVString incoming = root + u"Sonora.exe.new";
-    Write(incoming, "new");
-    EXPECT_TRUE(HVFileSystem::SafeReplaceFile(original, incoming));
-    EXPECT_EQ(Read(original), "new");
-    EXPECT_FALSE(HVFileSystem::Exists(incoming, true));
-    EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST_F(HVFileSystemTest, SafeReplacePutsTheNewFileInPlaceAndLeavesNoBackup)
-{
-    const HVString original = root + u"Sonora.exe";
-    const HVString incoming = root + u"staged\\Sonora.exe";
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"staged"));
-    Write(original, "old");
-    Write(root + u"Sonora - 1.exe", "somebody else's");   // the backup must not take this name
-    Write(incoming, "new");
-    ASSERT_TRUE(::SetFileAttributesW(original.w(), FILE_ATTRIBUTE_READONLY));
-
-    EXPECT_TRUE(HVFileSystem::SafeReplaceFile(original, incoming));
-    EXPECT_EQ(Read(original), "new");
-    EXPECT_EQ(Read(root + u"Sonora - 1.exe"), "somebody else's");
-    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora - 1.exe", "Sonora.exe", "staged"}));
-    EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST_F(HVFileSystemTest, SafeReplaceKeepsTheOriginalWhenTheNewFileCannotBeMoved)
-{
-    const HVString original = root + u"Sonora.exe";
-    Write(original, "old");
-
-    EXPECT_FALSE(HVFileSystem::SafeReplaceFile(original, root + u"not there.exe"));
-    EXPECT_EQ(Read(original), "old");
-    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe"}));
-    ASSERT_EQ(log.Lines().size(), 1u);
-    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::SafeReplaceFile");
-    EXPECT_EQ(log.Lines()[0].message, "Error moving new file into place of original name");
-}
-
-TEST_F(HVFileSystemTest, SafeReplaceChangesNothingWhenTheOriginalCannotBeRenamed)
-{
-    const HVString original = root + u"Sonora.exe";
-    const HVString incoming = root + u"Sonora.new";
-    Write(original, "old");
-    Write(incoming, "new");
-    e2e::HeldFileLock lock(original.w());
-    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
-
-    EXPECT_FALSE(HVFileSystem::SafeReplaceFile(original, incoming));
-    lock.Release();
-    EXPECT_EQ(Read(original), "old");
-    EXPECT_EQ(Read(incoming), "new");
-    EXPECT_EQ(Names(root), (std::vector<std::string>{"Sonora.exe", "Sonora.new"}));
-    ASSERT_EQ(log.Lines().size(), 1u);
-    EXPECT_EQ(log.Lines()[0].message, "Error renaming original file");
+    enum Original { kNone, kReadOnly, kLocked, kPlain };
+    const struct
+    {
+        const char* name;
+        Original original;
+        const char16_t* incoming;   // written with "new" unless its name says it is not there
+        bool replaced;
+        std::vector<std::string> names;
+        const char* logged;
+    } rows[] = {
+        {"no original: a move", kNone, u"staged\\Sonora.exe", true, {"Sonora - 1.exe", "Sonora.exe", "staged"}, nullptr},
+        {"read-only original", kReadOnly, u"staged\\Sonora.exe", true, {"Sonora - 1.exe", "Sonora.exe", "staged"}, nullptr},
+        {"new file missing", kPlain, u"not there.exe", false, {"Sonora - 1.exe", "Sonora.exe"},
+         "HVFileSystem::SafeReplaceFile: Error moving new file into place of original name"},
+        {"original in use", kLocked, u"Sonora.new", false, {"Sonora - 1.exe", "Sonora.exe", "Sonora.new"},
+         "HVFileSystem::SafeReplaceFile: Error renaming original file"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        root = HVString(e2e::ScratchFolder(L"HVFileSystem").c_str());
+        log.Clear();
+        const HVString original = root + u"Sonora.exe";
+        const HVString incoming = root + row.incoming;
+        Write(root + u"Sonora - 1.exe", "somebody else's");
+        if (row.original != kNone)
+            Write(original, "old");
+        if (row.original == kReadOnly) {
+            ASSERT_TRUE(::SetFileAttributesW(original.w(), FILE_ATTRIBUTE_READONLY));
+        }
+        if (HVString(row.incoming).Find(u"not there") == HVString::npos) {
+            ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(HVFileSystemPath::GetFolder(incoming)));
+            Write(incoming, "new");
+        }
+        {
+            std::optional<e2e::HeldFileLock> lock;
+            if (row.original == kLocked) {
+                lock.emplace(original.w());
+                ASSERT_TRUE(lock->IsHeld()) << e2e::Utf8(lock->Error());
+            }
+            EXPECT_EQ(HVFileSystem::SafeReplaceFile(original, incoming), row.replaced);
+        }
+        EXPECT_EQ(Read(original), row.replaced ? "new" : "old");
+        EXPECT_EQ(Read(root + u"Sonora - 1.exe"), "somebody else's");
+        EXPECT_EQ(Names(root), row.names);
+        if (!row.replaced && row.original == kLocked) {
+            EXPECT_EQ(Read(incoming), "new");
+        }
+        EXPECT_EQ(log.Texts(), row.logged ? std::vector<std::string>{row.logged} : std::vector<std::string>{});
+    }
 }
 
 TEST_F(HVFileSystemTest, DirectoryTreeNeedsAnAbsolutePath)
@@ -381,47 +379,21 @@ TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
 
 TEST_F(HVFileSystemTest, MoveAtRestartIsRecordedForTheSessionManager)
 {
+    const e2e::PendingRenames restore;
     const HVString file = root + u"replace at restart.dll";
     Write(file, "");
     ASSERT_TRUE(HVFileSystem::MoveFileAtRestart(file, HVString()));
-
-    // The value holds pairs of strings, and a deletion's target is an empty string, so it is
-    // read raw rather than as a list that ends at the first empty string.
+    // The newest pair is last: a deletion's target is empty, and the source is the caller's
+    // form, never the long-path prefix that the session manager would not understand.
     HVRegKey key;
-    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, u"System\\CurrentControlSet\\Control\\Session Manager",
-                         KEY_READ | KEY_WRITE));
-    DWORD type = 0, bytes = 0;
-    ASSERT_EQ(::RegQueryValueExW(key.Get(), L"PendingFileRenameOperations", nullptr, &type, nullptr, &bytes), ERROR_SUCCESS);
-    std::vector<wchar_t> raw(bytes / sizeof(wchar_t) + 1, 0);
-    ASSERT_EQ(::RegQueryValueExW(key.Get(), L"PendingFileRenameOperations", nullptr, &type,
-                                 reinterpret_cast<BYTE*>(raw.data()), &bytes), ERROR_SUCCESS);
-    EXPECT_EQ(type, static_cast<DWORD>(REG_MULTI_SZ));
-    std::vector<std::wstring> strings;
-    for (size_t i = 0; i < bytes / sizeof(wchar_t);) {
-        std::wstring one(raw.data() + i);
-        i += one.size() + 1;
-        strings.push_back(one);
-    }
-    std::wstring kept;
-    bool found = false;
-    for (size_t i = 0; i + 1 < strings.size(); i += 2) {
-        const std::wstring& from = strings[i];
-        if (from.size() > 22 && from.compare(from.size() - 22, 22, L"replace at restart.dll") == 0) {
-            found = true;
-            EXPECT_TRUE(strings[i + 1].empty());
-            EXPECT_EQ(from.find(L"\\\\?\\"), std::wstring::npos) << e2e::Utf8(from);
-        } else if (!from.empty()) {
-            kept += from + L'\0' + strings[i + 1] + L'\0';
-        }
-    }
-    EXPECT_TRUE(found);
-    if (kept.empty()) {
-        key.DeleteValue(u"PendingFileRenameOperations");
-    } else {
-        kept += L'\0';
-        ::RegSetValueExW(key.Get(), L"PendingFileRenameOperations", 0, REG_MULTI_SZ,
-                         reinterpret_cast<const BYTE*>(kept.data()), static_cast<DWORD>(kept.size() * sizeof(wchar_t)));
-    }
+    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, u"System\\CurrentControlSet\\Control\\Session Manager", KEY_READ));
+    std::vector<HVString> entries;
+    ASSERT_TRUE(key.QueryMultiString(u"PendingFileRenameOperations", entries));
+    ASSERT_GE(entries.size(), 2u);
+    const HVString& from = entries[entries.size() - 2];
+    EXPECT_TRUE(from.EndsWith(u"replace at restart.dll")) << U8(from);
+    EXPECT_EQ(from.Find(u"\\\\?\\"), HVString::npos) << U8(from);
+    EXPECT_TRUE(entries.back().IsEmpty());
     EXPECT_FALSE(HVFileSystem::MoveFileAtRestart(u"", u""));
 }
 }
