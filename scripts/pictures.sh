@@ -26,7 +26,11 @@ cp "$media/InstallWizard.exe" "$setup/"
 cp "$media"/[Ll]icense.txt "$setup/license.txt"
 [ -d "$media/Languages" ] && cp -r "$media/Languages" "$setup/"
 [ -d "$here/../sample/Languages" ] && [ ! -d "$setup/Languages" ] && cp -r "$here/../sample/Languages" "$setup/"
+# The product's files, so that the install runs through the copy and file-association pages.
+cp -r "$media/Listenwell" "$media/System" "$media/Setup" "$setup/"
+cp "$media"/License.*.txt "$setup/" 2>/dev/null
 sed -e 's|<OfferAutoInstall>0</OfferAutoInstall>|<OfferAutoInstall>1</OfferAutoInstall>|' \
+    -e 's|<PromoMinimumMilliseconds>[0-9]*</PromoMinimumMilliseconds>|<PromoMinimumMilliseconds>5000</PromoMinimumMilliseconds>|' \
     -e 's|<ShowLanguageSelection>0</ShowLanguageSelection>|<ShowLanguageSelection>1</ShowLanguageSelection>|' \
     "$media/Install.xml" > "$setup/Install.xml"
 exe_w="$(winepath -w "$setup/InstallWizard.exe" 2>/dev/null)"
@@ -121,8 +125,14 @@ for dpi in $scales; do
     key Return
     refusal=$((refusal + 1))
   done
-  key Escape
-  key y
+  # A folder it takes: the install, then the file types.
+  key ctrl+a BackSpace
+  typed 'C:\Program Files\Halvard\Sonora'
+  key Return
+  shot 06-copying
+  sleep 6
+  shot 07-file-associations
+  key Return
   end_setup
 
   # The countdown of an automatic install that the last run asked for.
