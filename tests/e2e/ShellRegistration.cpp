@@ -31,10 +31,13 @@ std::wstring Wide(const std::string& utf8)
     return wide;
 }
 
-e2e::RunResult RunSilent(const std::wstring& extra = L"")
+e2e::RunResult RunSilent(const std::wstring& extra = L"", const std::wstring& setupFolder = L"",
+                         std::vector<e2e::DialogRule> rules = {})
 {
     e2e::RunOptions options;
     options.commandLine = L"/Silent /NoRun " + extra;
+    options.setupFolder = setupFolder;
+    options.rules = std::move(rules);
     return e2e::ProgramDriver(options).Run();
 }
 
@@ -198,5 +201,24 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"), L"Audio");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".flac"));
+}
+// Without its file types the product can't be registered: a plain fatal box, and the install
+// ends as failed.
+TEST_F(ShellRegistrationTest, AMissingOrBrokenFileTypesDescriptionIsFatal)
+{
+    for (const char* content : {static_cast<const char*>(nullptr), "<LWFA version=\"1.0\"><Type"}) {
+        SCOPED_TRACE(content ? "broken" : "missing");
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        const std::wstring setup = e2e::ScratchFolder(L"FileTypesSetup");
+        ASSERT_TRUE(e2e::CopyTree(e2e::MediaFolder(), setup));
+        const std::wstring file = setup + L"Listenwell\\FileAssociations.xml";
+        ASSERT_TRUE(content ? e2e::WriteFileBytes(file, content) : ::DeleteFileW(file.c_str()) != FALSE);
+        const e2e::RunResult run =
+            RunSilent(L"", setup, {{.title = L"Information", .text = L"Failed to load file associations file.\r\n\r\n"
+                                                                     L"Please reinstall the latest version of the program to fix this problem.",
+                                    .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
+        EXPECT_TRUE(run.ExitedWith(1603)) << run.Describe();
+        EXPECT_EQ(run.dialogs.size(), 1u) << run.Describe();
+    }
 }
 }
