@@ -43,7 +43,7 @@ protected:
     {
         std::vector<std::wstring> problems;
         ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
-        setup_ = e2e::MakeSetupFolder(L"InterruptedCopy");
+        setup_ = e2e::CopySampleSetup(L"InterruptedCopy");
         installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
         ASSERT_FALSE(setup_.empty());
         ASSERT_FALSE(installed_.empty());

@@ -26,7 +26,7 @@ TEST(Responsiveness, TheWizardAnswersWithin200MsAllThroughALargeCopy)
 {
     std::vector<std::wstring> problems;
     ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
-    const std::wstring setup = e2e::MakeSetupFolder(L"Responsiveness");
+    const std::wstring setup = e2e::CopySampleSetup(L"Responsiveness");
     const std::wstring work = e2e::ScratchFolder(L"ResponsivenessInstalled");
     ASSERT_FALSE(setup.empty());
     ASSERT_FALSE(work.empty());

@@ -55,7 +55,7 @@ Setup MakeSetup(int files)
 {
     Setup setup;
     const std::wstring name = L"InstallBench" + std::to_wstring(files);
-    setup.folder = e2e::MakeSetupFolder(name);
+    setup.folder = e2e::CopySampleSetup(name);
     if (setup.folder.empty())
         Fail("cannot copy the sample setup folder");
     const e2e::TreeShape shape{.files = files, .totalBytes = kTreeBytes};

@@ -28,7 +28,7 @@
 //   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
 //                  installer writes and ends the product's processes, so that each end-to-end
 //                  test starts from a machine on which the product was never installed.
-//   SetupFolder    MakeSetupFolder(L"MyTest"): a changeable copy of the sample setup folder;
+//   SetupFolder    CopySampleSetup(L"MyTest"): a changeable copy of the sample setup folder;
 //                  SetDescriptionText(folder, "Product/InstallToPath", "...") edits Install.xml.
 //   GeneratedTree  PlanTree({.files = 300, .totalBytes = 30 << 20}) and WriteGeneratedTree(...):
 //                  a made-up program tree, the same on every run, in numbered editions.

@@ -5,7 +5,7 @@
 
 namespace e2e
 {
-std::wstring MakeSetupFolder(const std::wstring& name)
+std::wstring CopySampleSetup(const std::wstring& name)
 {
     const std::wstring folder = ScratchFolder(name);
     if (folder.empty() || !CopyTree(MediaFolder(), folder))

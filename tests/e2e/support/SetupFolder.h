@@ -6,7 +6,7 @@ namespace e2e
 {
 // A setup folder of a test's own: a copy of the sample setup folder (InstallWizard.exe
 // included) in ScratchFolder(name), which the test may change freely. Empty on failure.
-std::wstring MakeSetupFolder(const std::wstring& name);
+std::wstring CopySampleSetup(const std::wstring& name);
 
 // Sets the text of an element of the setup folder's Install.xml, named by its path from the
 // root ("Product/InstallToPath"). The element must already be there: a test that sets an
