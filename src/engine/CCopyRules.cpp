@@ -1,5 +1,7 @@
 #include "engine/CCopyRules.h"
 
+#include "foundation/HVFileSystemPath.h"
+
 namespace
 {
 constexpr std::u16string_view kVersionCheckedExtensions[] = {u".dll", u".exe", u".ocx", u".ax"};
@@ -41,7 +43,7 @@ bool CCopyRules::IsServerProgram(const HVString& path)
 
 bool CCopyRules::IsShellExtension(const HVString& path)
 {
-    return FileName(path).EqualsNoCase(u"HVShellExt.dll");
+    return HVFileSystemPath::GetFileName(path).EqualsNoCase(u"HVShellExt.dll");
 }
 
 bool CCopyRules::MayRegister(const HVString& path)
@@ -51,15 +53,10 @@ bool CCopyRules::MayRegister(const HVString& path)
 
 bool CCopyRules::IsInputPlugin(const HVString& path)
 {
-    return FileName(path).StartsWithNoCase(u"in_");
+    return HVFileSystemPath::GetFileName(path).StartsWithNoCase(u"in_");
 }
 
 bool CCopyRules::MentionsServer(const HVString& path)
 {
     return path.FindNoCase(u"Dynamo") >= 0;
-}
-
-HVString CCopyRules::FileName(const HVString& path)
-{
-    return path.Mid(path.ReverseFind(u'\\') + 1);
 }

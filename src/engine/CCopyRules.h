@@ -38,6 +38,4 @@ public:
     static bool IsInputPlugin(const HVString& path);
     // The path contains "Dynamo" anywhere: the server edition's own files.
     static bool MentionsServer(const HVString& path);
-    // The file name after the last backslash.
-    static HVString FileName(const HVString& path);
 };

@@ -3,6 +3,7 @@
 #include "engine/CCopyRules.h"
 #include "engine/CInstallChangeLog.h"
 #include "engine/CJournalFormat.h"
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
@@ -34,7 +35,7 @@ HVString CDeferredOperations::Stage(const HVString& source)
     if (!folderExisted && changes_)
         changes_->Note(InstallChange::Kind::FolderCreated, folder);
 
-    const HVString staged = folder + CCopyRules::FileName(source);
+    const HVString staged = folder + HVFileSystemPath::GetFileName(source);
     const bool existed = HVFileSystem::Exists(staged, false);
     if (!HVFileSystem::CopyFileWhole(source, staged)) {
         HVLog::Write(HVLog::kWarning, "CDeferredOperations::Stage", u"Could not stage %s", source);

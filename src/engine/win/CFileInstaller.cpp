@@ -5,6 +5,7 @@
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
 #include "foundation/CVersionInfo.h"
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
 #include "foundation/win/HVFileSystem.h"
@@ -193,7 +194,7 @@ bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destinat
 
 void CFileInstaller::MakeFolderFor(const HVString& destination)
 {
-    const HVString folder = destination.Left(destination.ReverseFind(u'\\') + 1);
+    const HVString folder = HVFileSystemPath::GetFolder(destination);
     if (folder.IsEmpty() || folder == lastFolderMade_)
         return;
     // The folders that are missing, innermost first, so the change log can name each one made.
