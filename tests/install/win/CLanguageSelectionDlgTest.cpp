@@ -1,5 +1,7 @@
 #include "install/win/CLanguageSelectionDlg.h"
 
+#include "toolkit/win/HVMessageBox.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -187,6 +189,15 @@ TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFile)
     CTranslationService service;
     ASSERT_TRUE(service.Load(file));
     EXPECT_EQ(U8(service.Translate(u"Next >")), "Weiter >");
+}
+
+TEST(CLanguageSelectionDlg, AnUnattendedRunTakesThePreselectedLanguageUnasked)
+{
+    // Nothing answers a dialog here: one that came up would hang the test.
+    HVMessageBox::SetSuppressed(true);
+    const int chosen = CLanguageSelectionDlg::Show(nullptr, ThreeLanguages(), u"de-DE");
+    HVMessageBox::SetSuppressed(false);
+    EXPECT_EQ(chosen, 1);
 }
 
 TEST(CLanguageSelectionDlg, AFolderWithoutLanguagesAsksNothing)
