@@ -25,7 +25,7 @@ TEST(HVStringTest, EmptyStringsShareTheManagersStaticBuffer)
     }
 }
 
-TEST(HVStringTest, CopiesShareUntilOneWrites)
+TEST(HVStringTest, CopiesShareUntilOneWritesButNeverALockedBuffer)
 {
     HVString a(u"shared text");
     HVString b(a);
@@ -37,11 +37,9 @@ TEST(HVStringTest, CopiesShareUntilOneWrites)
     EXPECT_EQ(b, u"Shared text");
     EXPECT_EQ(Refs(a), 1);
     EXPECT_EQ(Refs(b), 1);
-}
 
-TEST(HVStringTest, LockedBufferIsNeverShared)
-{
-    HVString a(u"abc");
+    // A locked buffer is never shared.
+    a = u"abc";
     char16_t* p = a.GetBuffer(10);
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(Refs(a), HVStringData::kLockedRefs);

@@ -220,21 +220,6 @@ TEST(HVXMLDocumentTest, AttributeNamesInTheOrderWritten)
     }
 }
 
-TEST(HVXMLDocumentTest, IgnoreCaseAppliesToNamesInQueries)
-{
-    HVXMLDocument doc;
-    doc.SetDoc(u"<Root><ITEM Name='v'/></Root>");
-    EXPECT_FALSE(doc.FindElem(u"/root/item"));
-    EXPECT_TRUE(doc.FindElem(u"/Root/ITEM"));
-    EXPECT_TRUE(doc.GetAttrib(u"name").IsEmpty());
-    doc.SetIgnoreCase(true);
-    doc.ResetPos();
-    EXPECT_TRUE(doc.FindElem(u"/root/item"));
-    EXPECT_EQ(doc.GetAttrib(u"NAME"), u"v");
-    EXPECT_TRUE(doc.FindElem(u"/ROOT/Item[@name='v']"));
-    EXPECT_FALSE(doc.FindElem(u"/ROOT/Item[@name='V']"));   // values stay exact
-}
-
 // Path queries over one catalogue: what each finds, as "tag#id" or "tag:data".
 TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
 {
@@ -281,6 +266,17 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
             EXPECT_EQ(show(doc.GetElem()), expected) << U8(path);
         }
     }
+    // Ignoring case applies to names in queries; values stay exact.
+    doc.ResetPos();
+    EXPECT_FALSE(doc.FindElem(u"/CAT/item"));
+    EXPECT_TRUE(doc.FindElem(u"/cat/Item"));
+    EXPECT_TRUE(doc.GetAttrib(u"ID").IsEmpty());
+    doc.SetIgnoreCase(true);
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem(u"/CAT/item"));
+    EXPECT_EQ(doc.GetAttrib(u"ID"), u"1");
+    EXPECT_EQ(show(doc.Select(u"/CAT/ITEM[@K='x&y']")), "Item#2");
+    EXPECT_EQ(doc.Select(u"/CAT/ITEM[@K='X&Y']"), 0u);
 }
 
 TEST(HVXMLDocumentTest, CursorMovesAmongSiblingsAndLevels)

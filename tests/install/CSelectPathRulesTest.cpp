@@ -99,7 +99,7 @@ TEST(CSelectPathRules, FreeSpaceIsMeasuredInWholeMiBAgainstThirty)
     }
 }
 
-TEST(CSelectPathRules, EarlierChecksWinOverLaterOnes)
+TEST(CSelectPathRules, EarlierChecksWinOverLaterOnesAndUnreadFoldersRefuseNothing)
 {
     FakeMachine machine;
     machine.windows = u"C:\\Windows\\";
@@ -112,16 +112,13 @@ TEST(CSelectPathRules, EarlierChecksWinOverLaterOnes)
     EXPECT_EQ(CSelectPathRules::Check(u"C:\\Elsewhere", u"S", machine).check, 6);
     ASSERT_EQ(machine.created.size(), 1u);
     EXPECT_EQ(U8(machine.created[0]), "C:\\Elsewhere\\");
-}
 
-TEST(CSelectPathRules, EmptyMachineFoldersRefuseNothing)
-{
     // A machine whose folders couldn't be read must not refuse every folder.
-    FakeMachine machine;
-    machine.windows.Empty();
-    machine.programFiles.Empty();
-    machine.protectedFolders = {HVString(), HVString(u"")};
-    EXPECT_TRUE(CSelectPathRules::Check(u"C:\\Sonora", u"Sonora", machine).accepted);
+    FakeMachine unread;
+    unread.windows.Empty();
+    unread.programFiles.Empty();
+    unread.protectedFolders = {HVString(), HVString(u"")};
+    EXPECT_TRUE(CSelectPathRules::Check(u"C:\\Sonora", u"Sonora", unread).accepted);
 }
 
 class PrefixTranslator : public IHVTranslator

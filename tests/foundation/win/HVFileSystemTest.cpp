@@ -32,31 +32,27 @@ protected:
     }
 };
 
-TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstAndFailsSilentlyOnWhatIsNotThere)
+TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstFailsSilentlyOnWhatIsNotThereAndLogsALockedFile)
 {
-    const HVString file = root + u"read-only.txt";
-    Write(file, "x");
-    ASSERT_TRUE(::SetFileAttributesW(file.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
-    EXPECT_TRUE(HVFileSystem::DeleteFile(file));
-    EXPECT_FALSE(HVFileSystem::Exists(file, true));
+    const HVString readOnly = root + u"read-only.txt";
+    Write(readOnly, "x");
+    ASSERT_TRUE(::SetFileAttributesW(readOnly.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    EXPECT_TRUE(HVFileSystem::DeleteFile(readOnly));
+    EXPECT_FALSE(HVFileSystem::Exists(readOnly, true));
     for (const HVString& missing : {root + u"missing.txt", root + u"missing folder\\missing.txt", HVString(),
                                     HVString(u"relative\\missing.txt")})
         EXPECT_FALSE(HVFileSystem::DeleteFile(missing)) << U8(missing);
     EXPECT_TRUE(log.Lines().empty());
-}
 
-TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged)
-{
+    // A locked file is neither deleted nor copied, and the failed delete is logged.
     const HVString file = root + u"locked.dll";
     Write(file, "in use");
     e2e::HeldFileLock lock(file.w());
     ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
-
     EXPECT_FALSE(HVFileSystem::DeleteFile(file));
     EXPECT_TRUE(HVFileSystem::Exists(file, false));
     EXPECT_EQ(log.Texts(), std::vector<std::string>{"HVFileSystem::DeleteFile: Error 32 deleting existing file: " + U8(file)});
     EXPECT_TRUE(log.Has(HVLog::kError, "deleting"));
-
     DWORD error = 0;
     EXPECT_FALSE(HVFileSystem::CopyFile(file, root + u"copy.dll", false, &error));
     EXPECT_EQ(error, static_cast<DWORD>(ERROR_SHARING_VIOLATION));

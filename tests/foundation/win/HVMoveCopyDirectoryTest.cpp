@@ -39,7 +39,8 @@ protected:
     HVString source, target;
 };
 
-TEST_F(HVMoveCopyDirectoryTest, TreeIsListedDepthFirstEachFolderBeforeItsContents)
+// The tree is listed depth first, each folder before its contents.
+TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
 {
     HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
     ASSERT_TRUE(job.AddTree(source, target));
@@ -48,18 +49,12 @@ TEST_F(HVMoveCopyDirectoryTest, TreeIsListedDepthFirstEachFolderBeforeItsContent
     EXPECT_TRUE(items[0].isFolder);
     EXPECT_EQ(items[0].target, target);
     EXPECT_EQ(std::count_if(items.begin(), items.end(), [](const auto& i) { return i.isFolder; }), 4);
-    HVMoveCopyDirectory missing(HVMoveCopyDirectory::Mode::Copy);
-    EXPECT_FALSE(missing.AddTree(root + u"missing", target));
-}
-
-TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
-{
-    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
-    ASSERT_TRUE(job.AddTree(source, target));
     EXPECT_TRUE(job.Run());
     EXPECT_TRUE(Holds(target, expected));
     EXPECT_TRUE(Holds(source, expected));
     EXPECT_TRUE(log.Lines().empty());
+    HVMoveCopyDirectory missing(HVMoveCopyDirectory::Mode::Copy);
+    EXPECT_FALSE(missing.AddTree(root + u"missing", target));
 }
 
 TEST_F(HVMoveCopyDirectoryTest, MoveEmptiesTheSourceAndReplacesReadOnlyTargets)

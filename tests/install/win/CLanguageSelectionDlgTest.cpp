@@ -111,7 +111,7 @@ TEST(CLanguageSelectionDlg, PreselectsByLanguageCode)
     EXPECT_EQ(CLanguageSelectionDlg::IndexForLocale(languages, u"de-DE"), 0u);
 }
 
-TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFile)
+TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFileAndOverNoneEnglish)
 {
     const HVString folder = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\sample\\Languages\\";
     const std::vector<CLanguageInfo> languages = CLanguageSelectionDlg::ListLanguages(folder);
@@ -136,12 +136,9 @@ TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFile)
     CTranslationService service;
     ASSERT_TRUE(service.Load(file));
     EXPECT_EQ(U8(service.Translate(u"Next >")), "Weiter >");
-}
-
-TEST(CLanguageSelectionDlg, AFolderWithoutLanguagesAsksNothing)
-{
-    // No dialog comes up (nothing would answer it), and English is the answer.
+    // A folder without languages asks nothing (nothing would answer), and English is the answer.
     EXPECT_TRUE(CLanguageSelectionDlg::Run(nullptr, u"Z:\\no\\such\\folder\\").IsEmpty());
     EXPECT_EQ(CLanguageSelectionDlg::ListLanguages(u"Z:\\no\\such\\folder\\").size(), 1u);
 }
+
 }
