@@ -138,7 +138,6 @@ TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
     EXPECT_NE(text.find("line 199 \xc3\xa9"), std::string::npos);
 }
 
-// Dated names: the start-up tests find the log a run without a path left in the temporary folder.
 TEST(HVFileLogger, AMissingFolderIsAnErrorNotACrash)
 {
     HVFileLogger logger;
