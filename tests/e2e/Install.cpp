@@ -120,7 +120,8 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     // Nothing else in the program folder: no temporary file, no staging folder.
     std::vector<std::wstring> expected = e2e::ListTree(media + L"Listenwell\\");
     expected.insert(expected.end(), {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt",
-                                     L"Data\\Languages\\Chinese (simplified)\\Strings.txt"});
+                                     L"Data\\Languages\\Chinese (simplified)\\Strings.txt",
+                                     L"Media\\Welcome Tone.wav", L"Media\\Playlist.mpl", L"PackageInstaller.log"});
     const e2e::TreeDifference difference = e2e::CompareTree(dest, expected);
     EXPECT_TRUE(difference.Same()) << difference.Describe();
 }

@@ -162,14 +162,29 @@ bool CCopyAndInstallPpg::RunDependencies()
         return true;
     }
     CDependencyRunner runner(*context_);
-    switch (runner.Run(InstallWizard().Description().GetInteger(u"/*/Installer/InstallDirectX", 1) != 0)) {
+    dependencies_ = &runner;
+    const CDependencyRunner::Outcome outcome =
+        runner.Run(InstallWizard().Description().GetInteger(u"/*/Installer/InstallDirectX", 1) != 0);
+    dependencies_ = nullptr;
+    switch (outcome) {
     case CDependencyRunner::Outcome::Continue: return true;
-    case CDependencyRunner::Outcome::Cancelled: return false;
+    case CDependencyRunner::Outcome::Cancelled:
+        InstallWizard().Close(CInstallWizard::kCancelled);
+        return false;
     case CDependencyRunner::Outcome::Failed:
         InstallWizard().Close(CInstallWizard::kCancelled);
         return false;
     }
     return false;
+}
+
+bool CCopyAndInstallPpg::TakeCancel()
+{
+    if (!dependencies_ || !dependencies_->IsDownloading())
+        return false;
+    HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::TakeCancel", u"The download is to stop");
+    dependencies_->RequestCancel();
+    return true;
 }
 
 bool CCopyAndInstallPpg::SkipInstall()
