@@ -59,28 +59,64 @@ bool Fail(Transfer& t, HVHttpReader::Result result)
     return false;
 }
 
-// Opens the address and follows redirects; on success `request` holds the 200 answer.
-bool OpenFinal(Transfer& t, HINTERNET session, InternetHandle& request)
+// One request: its connection and the request on it, both given the time-out (the system's
+// reader applies a receive time-out only where it is set on these, not on the session).
+struct Request
+{
+    InternetHandle connection;
+    InternetHandle request;
+};
+
+bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
+{
+    wchar_t host[INTERNET_MAX_HOST_NAME_LENGTH + 1] = {};
+    wchar_t path[INTERNET_MAX_URL_LENGTH + 1] = {};
+    URL_COMPONENTSW parts = {};
+    parts.dwStructSize = sizeof(parts);
+    parts.lpszHostName = host;
+    parts.dwHostNameLength = INTERNET_MAX_HOST_NAME_LENGTH;
+    parts.lpszUrlPath = path;
+    parts.dwUrlPathLength = INTERNET_MAX_URL_LENGTH;
+    if (!::InternetCrackUrlW(url.w(), 0, 0, &parts) ||
+        (parts.nScheme != INTERNET_SCHEME_HTTP && parts.nScheme != INTERNET_SCHEME_HTTPS))
+        return Fail(t, HVHttpReader::Result::TransportError);
+    constexpr DWORD kFlags = INTERNET_FLAG_NO_AUTO_REDIRECT | INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
+                             INTERNET_FLAG_PRAGMA_NOCACHE | INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_COOKIES;
+    const DWORD secure = parts.nScheme == INTERNET_SCHEME_HTTPS ? INTERNET_FLAG_SECURE : 0;
+    r.connection.Reset(::InternetConnectW(session, host, parts.nPort, nullptr, nullptr, INTERNET_SERVICE_HTTP, 0, 0));
+    if (r.connection)
+        r.request.Reset(::HttpOpenRequestW(r.connection.Get(), L"GET", path[0] ? path : L"/", nullptr, nullptr, nullptr,
+                                           kFlags | secure, 0));
+    if (!r.request)
+        return Fail(t, HVHttpReader::Result::TransportError);
+    for (HINTERNET handle : {r.connection.Get(), r.request.Get()}) {
+        for (DWORD option : {INTERNET_OPTION_CONNECT_TIMEOUT, INTERNET_OPTION_SEND_TIMEOUT, INTERNET_OPTION_RECEIVE_TIMEOUT})
+            ::InternetSetOptionW(handle, option, &t.timeoutMs, sizeof(t.timeoutMs));
+    }
+    if (!::HttpSendRequestW(r.request.Get(), nullptr, 0, nullptr, 0))
+        return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
+                                                                   : HVHttpReader::Result::TransportError);
+    return true;
+}
+
+// Opens the address and follows redirects; on success `r` holds the 200 answer.
+bool OpenFinal(Transfer& t, HINTERNET session, Request& r)
 {
     HVString url = t.url;
-    constexpr DWORD flags = INTERNET_FLAG_NO_AUTO_REDIRECT | INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
-                            INTERNET_FLAG_PRAGMA_NOCACHE | INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_COOKIES;
     for (int hop = 0; hop <= HVHttpReader::kMaxRedirects; ++hop) {
         if (t.stop)
             return Fail(t, HVHttpReader::Result::Cancelled);
-        request.Reset(::InternetOpenUrlW(session, url.w(), nullptr, 0, flags, 0));
-        if (!request)
-            return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
-                                                                       : HVHttpReader::Result::TransportError);
+        if (!Open(t, session, url, r))
+            return false;
         DWORD status = 0;
         DWORD size = sizeof(status);
-        if (!::HttpQueryInfoW(request.Get(), HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size, nullptr))
+        if (!::HttpQueryInfoW(r.request.Get(), HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size, nullptr))
             return Fail(t, HVHttpReader::Result::TransportError);
         t.outcome.statusCode = status;
-        t.outcome.statusText = QueryText(request.Get(), HTTP_QUERY_STATUS_TEXT);
+        t.outcome.statusText = QueryText(r.request.Get(), HTTP_QUERY_STATUS_TEXT);
         if (status == HTTP_STATUS_OK)
             return true;
-        const HVString location = QueryText(request.Get(), HTTP_QUERY_LOCATION);
+        const HVString location = QueryText(r.request.Get(), HTTP_QUERY_LOCATION);
         if (status < 300 || status > 399 || location.IsEmpty()) {
             t.outcome.result = HVHttpReader::Result::HttpStatus;
             return false;
@@ -104,12 +140,10 @@ void Run(Transfer& t)
         Fail(t, HVHttpReader::Result::NoReader);
         return;
     }
-    for (DWORD option : {INTERNET_OPTION_CONNECT_TIMEOUT, INTERNET_OPTION_SEND_TIMEOUT, INTERNET_OPTION_RECEIVE_TIMEOUT})
-        ::InternetSetOptionW(session.Get(), option, &t.timeoutMs, sizeof(t.timeoutMs));
-    InternetHandle request;
+    Request request;
     if (!OpenFinal(t, session.Get(), request))
         return;
-    const HVString length = QueryText(request.Get(), HTTP_QUERY_CONTENT_LENGTH);
+    const HVString length = QueryText(request.request.Get(), HTTP_QUERY_CONTENT_LENGTH);
     if (!length.IsEmpty())
         t.announced = std::wcstoull(length.w(), nullptr, 10);
 
@@ -120,7 +154,7 @@ void Run(Transfer& t)
             return;
         }
         DWORD read = 0;
-        if (!::InternetReadFile(request.Get(), buffer.data(), kBufferSize, &read)) {
+        if (!::InternetReadFile(request.request.Get(), buffer.data(), kBufferSize, &read)) {
             Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
                                                                 : HVHttpReader::Result::TransportError);
             return;
