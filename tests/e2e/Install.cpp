@@ -179,7 +179,8 @@ TEST_F(InstallTest, ANewerInstalledVersionIsKept)
     ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
     EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
     EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
-    EXPECT_EQ(e2e::ListTree(dest), std::vector<std::wstring>{L"Sonora 32.exe"});
+    // Only the dependencies ran: the bundled media came.
+    EXPECT_EQ(e2e::ListTree(dest), (std::vector<std::wstring>{L"Media\\Playlist.mpl", L"Media\\Welcome Tone.wav", L"Sonora 32.exe"}));
 }
 
 TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)

@@ -155,6 +155,11 @@ void CCopyAndInstallPpg::SetHeader(const char16_t* title, const char16_t* subtit
 bool CCopyAndInstallPpg::RunDependencies()
 {
     SetHeader(kDependenciesTitle, kDependenciesSubtitle, true);
+    // Before the dependencies, which already put the bundled media in place.
+    if (!SetupFolderIsComplete()) {
+        Fail();
+        return false;
+    }
     const InstallOptions& options = Options();
     if (options.noDependencies || options.portable) {
         HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::RunDependencies", u"Dependencies left out (%s)",
@@ -203,11 +208,6 @@ bool CCopyAndInstallPpg::RunCopy()
     HVLogTimer timer("CCopyAndInstallPpg::RunCopy");
     SetHeader(u"Copying Files", u"Please wait while Install Wizard copies and registers files.", true);
     const CInstallContext& context = *context_;
-    if (!SetupFolderIsComplete()) {
-        Fail();
-        return false;
-    }
-
     files_->CleanInstallFolder(context.description.GetInteger(u"/*/Installer/CleanData", 0) != 0,
                                context.description.GetText(u"/*/Product/ObsoleteFiles"), Product().GetRegistryRoot(),
                                *this, [this] { records_->RemoveRetiredRecords(); });
