@@ -20,26 +20,10 @@ TEST(CDependencyRulesTest, WebView2RuntimeCountsFrom119_0_2151_40)
         EXPECT_EQ(CDependencyRules::EdgeRuntimePresent(c.pv), c.present) << HVString(c.pv).ToUtf8();
 }
 
-TEST(CDependencyRulesTest, WindowsVersionsThatGetEachComponent)
-{
-    const struct
-    {
-        int32_t code;
-        bool directX;
-        bool edge;
-    } cases[] = {{1000, false, false}, {1005, false, false}, {1006, true, false},
-                 {1008, true, false},  {1009, true, true},   {1014, true, true}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(CDependencyRules::DirectXConsidered(c.code), c.directX) << c.code;
-        EXPECT_EQ(CDependencyRules::EdgeConsidered(c.code), c.edge) << c.code;
-    }
-}
-
 TEST(CDependencyRulesTest, NamesOfADownload)
 {
     EXPECT_EQ(CDependencyRules::DownloadAddress(u"https://host/deps", u"a.exe").ToUtf8(), "https://host/deps/a.exe");
     EXPECT_EQ(CDependencyRules::DownloadAddress(u" http://127.0.0.1:9/ ", u"a.exe").ToUtf8(), "http://127.0.0.1:9/a.exe");
-    EXPECT_EQ(CDependencyRules::TemporaryDownloadPath(u"C:\\Temp\\", 3).ToUtf8(), "C:\\Temp\\HV Download (3).dat");
     EXPECT_EQ(CDependencyRules::DescribeBytes(1000, 0).ToUtf8(), "1 KB");
     EXPECT_EQ(CDependencyRules::DescribeBytes(3 << 20, 12 << 20).ToUtf8(), "3.0 MB of 12.0 MB");
 }

@@ -4,13 +4,6 @@
 
 namespace
 {
-TEST(CComponentRulesTest, DriverDescriptionByWindowsVersion)
-{
-    EXPECT_EQ(CComponentRules::DriverDescription(1011).ToUtf8(), "Drivers\\WDM\\Win8\\HalvardWDMDriver.inf");
-    EXPECT_EQ(CComponentRules::DriverDescription(1012).ToUtf8(), "Drivers\\WDM\\Win10\\HalvardWDMDriver.inf");
-    EXPECT_EQ(CComponentRules::DriverDescription(1014).ToUtf8(), "Drivers\\WDM\\Win10\\HalvardWDMDriver.inf");
-}
-
 TEST(CComponentRulesTest, DriverVersionComesFromTheVersionSection)
 {
     const struct
@@ -41,11 +34,5 @@ TEST(CComponentRulesTest, DriverInstallsOnlyOverNothingOrOlder)
     for (const auto& c : cases)
         EXPECT_EQ(CComponentRules::DriverNeedsInstall(c.setup, c.installed), c.install)
             << HVString(c.setup).ToUtf8() << " over " << HVString(c.installed).ToUtf8();
-}
-
-TEST(CComponentRulesTest, RegSvr32Parameters)
-{
-    EXPECT_EQ(CComponentRules::RegSvr32Parameters(u"C:\\A B\\x.dll", u"").ToUtf8(), "/s \"C:\\A B\\x.dll\"");
-    EXPECT_EQ(CComponentRules::RegSvr32Parameters(u"C:\\x.dll", u"/u").ToUtf8(), "/s /u \"C:\\x.dll\"");
 }
 }
