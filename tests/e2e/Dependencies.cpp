@@ -114,6 +114,9 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         return path == "/" + kEdgeSetup ? Serve(program_) : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
     PointAt(server, sha256_);
+    // A file someone else put where the first download would go is passed by, untouched.
+    const std::wstring planted = L"HV Download (1).dat";
+    ASSERT_TRUE(e2e::WriteFileBytes(Temporary() + planted, "someone else's"));
     for (const auto& c : cases) {
         const std::string label = c.pv ? e2e::Utf8(*c.pv) : "(missing)";
         ASSERT_TRUE(e2e::ResetToFreshMachine());
@@ -126,15 +129,15 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         const std::string marker = e2e::ReadFileText(MarkerPath());
         if (c.downloads) {
             // Run from its temporary file with the silent switches, then removed.
-            EXPECT_TRUE(marker.starts_with("HV Download (") && marker.find(").dat|/silent /install\r\n") != std::string::npos &&
-                        e2e::CountOf(marker, "\r\n") == 1)
-                << label << ": " << marker;
+            EXPECT_EQ(marker, "HV Download (2).dat|/silent /install\r\n") << label;
             EXPECT_TRUE(run.Logged(L"SHA-256 expected " + Wide(sha256_))) << run.Describe();
         } else {
             EXPECT_EQ(marker, "") << label;
         }
-        EXPECT_TRUE(LeftDownloads().empty()) << label;
+        EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
+    EXPECT_EQ(e2e::ReadFileText(Temporary() + planted), "someone else's");
+    DeleteFileW((Temporary() + planted).c_str());
 }
 
 // Every way a download can go wrong gives its box, runs nothing, leaves no file, and the

@@ -30,6 +30,11 @@ HVString FailedFrom(const HVString& url, const char16_t* reason)
 {
     return HVString::Format(u"%s \n%s\n%s", T(kFailedFrom), url, T(reason));
 }
+
+HVString CannotCreate(const HVString& url, const HVString& path)
+{
+    return HVString::Format(u"%s \n%s\n%s\n%s.", T(kFailedFrom), url, T(u"Can not create file"), path);
+}
 }
 
 bool CDownloadAndRun::NetworkAlive()
@@ -65,7 +70,7 @@ bool CDownloadAndRun::Run(const HVString& displayName, const HVString& fileName,
     }
     CTemporaryDownloadFile file;
     if (!file.Create()) {
-        ShowFailure(HVString::Format(u"%s \n%s\n%s\n%s.", T(kFailedFrom), url, T(u"Can not create file"), file.Path()));
+        ShowFailure(CannotCreate(url, file.Path()));
         return false;
     }
     uint64_t received = 0;
@@ -95,10 +100,9 @@ bool CDownloadAndRun::Fetch(const HVString& displayName, const HVString& url, CT
     progress.SetProgressPosition(0);
     progress.SetStatusText(downloading);
     HVString shown = downloading;
-    const auto onProgress = [&](uint64_t received, uint64_t announced) {
-        const int32_t position =
-            announced == 0 ? 0 : static_cast<int32_t>(std::min<uint64_t>(received, announced) * kDownloadShare / announced);
-        const HVString text = downloading + u" " + CDependencyRules::DescribeBytes(received, announced);
+    const auto onProgress = [&](uint64_t got, uint64_t total) {
+        const int32_t position = total == 0 ? 0 : static_cast<int32_t>(std::min<uint64_t>(got, total) * kDownloadShare / total);
+        const HVString text = downloading + u" " + CDependencyRules::DescribeBytes(got, total);
         if (text != shown) {
             shown = text;
             progress.SetStatusText(text);
@@ -124,7 +128,7 @@ bool CDownloadAndRun::Fetch(const HVString& displayName, const HVString& url, CT
                                      HVString::Format(u"%d", outcome.statusCode), outcome.statusText));
         return false;
     case HVHttpReader::Result::WriteError:
-        ShowFailure(HVString::Format(u"%s \n%s\n%s\n%s.", T(kFailedFrom), url, T(u"Can not create file"), file.Path()));
+        ShowFailure(CannotCreate(url, file.Path()));
         return false;
     case HVHttpReader::Result::NoReader:
         ShowFailure(FailedFrom(url, u"Internet reader not found."));
