@@ -174,8 +174,6 @@ bool CCopyAndInstallPpg::RunDependencies()
     switch (outcome) {
     case CDependencyRunner::Outcome::Continue: return true;
     case CDependencyRunner::Outcome::Cancelled:
-        InstallWizard().Close(CInstallWizard::kCancelled);
-        return false;
     case CDependencyRunner::Outcome::Failed:
         InstallWizard().Close(CInstallWizard::kCancelled);
         return false;

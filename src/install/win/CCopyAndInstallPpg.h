@@ -15,13 +15,13 @@
 #include <memory>
 #include <optional>
 
+class CDependencyRunner;
+
 // The page on which the install happens: the dependencies, the files, their registration, the
 // plug-ins, then a short wait so that the setup's pictures have been shown, after which the
 // page moves the wizard on by itself. Everything runs on the wizard's thread, step by step from
 // timers; every status and progress update drains the message queue, so the window stays
 // painted and answers during long copies.
-class CDependencyRunner;
-
 class CCopyAndInstallPpg : public CWizardPropertyPage, private IInstallSequenceHost, public IInstallProgress
 {
 public:

@@ -2,8 +2,10 @@
 
 #include "foundation/HVString.h"
 
-// Direct registration of a module: load it, call its DllRegisterServer, unload it. Only
-// ".dll" and ".ocx" files are registered this way.
+// The three ways a module is registered: directly (load it, call its DllRegisterServer,
+// unload it; only ".dll" and ".ocx" files), through the product's package installer, which
+// also installs the audio driver, and through the system's RegSvr32. Every program started
+// here is waited for with the window messages flowing.
 class CComponentRegistration
 {
 public:
