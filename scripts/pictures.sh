@@ -59,6 +59,7 @@ restore() {
 trap restore EXIT
 for i in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11 /f >/dev/null 2>&1
+iw_current_webview2
 # Another program's folder, so that the destination page has one to refuse.
 wine reg add "$other_key" /v InstallLocation /d 'C:\Program Files\Other Vendor\Tool' /f >/dev/null 2>&1
 

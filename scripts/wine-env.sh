@@ -5,3 +5,10 @@ export WINEPREFIX="${WINEPREFIX:-$IW_BUILD/wineprefix}"
 export WINEARCH=win64
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+
+# The demo and the pictures run on a machine with a current WebView2 runtime, as the tests do,
+# so that the sample setup folder downloads nothing from the maker's server.
+iw_current_webview2() {
+  wine reg add 'HKLM\SOFTWARE\Microsoft\EdgeUpdate\Clients\{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}' \
+    /v pv /d 120.0.2210.91 /f /reg:32 >/dev/null 2>&1 || true
+}

@@ -105,3 +105,20 @@ bool HVInstallDescription::Load(const HVString& path)
     Parsed(path);
     return true;
 }
+
+HVString HVInstallDescription::GetDownloadServer() const
+{
+    return GetText(u"/*/Installer/DownloadServer", kDefaultDownloadServer);
+}
+
+HVString HVInstallDescription::GetDownloadSha256(const HVString& fileName) const
+{
+    // A name with a slash would select another element than the file's own.
+    if (fileName.IsEmpty() || fileName.Find(u'/') >= 0)
+        return HVString();
+    HVString path = u"/*/Installer/Downloads/";
+    path += fileName;
+    path += u"/SHA256";
+    HVString digest = GetText(path.view());
+    return digest.Trim();
+}

@@ -31,6 +31,13 @@ public:
     // The element's text as a decimal integer, or `fallback` when missing, empty or not a
     // number that fits.
     int32_t GetInteger(std::u16string_view path, int32_t fallback) const;
+    // The base address that dependencies are downloaded from, "/*/Installer/DownloadServer";
+    // the maker's https server when the description names none.
+    static constexpr const char16_t* kDefaultDownloadServer = u"https://downloads.halvard.com/sonora/dependencies/";
+    HVString GetDownloadServer() const;
+    // The SHA-256 a download must have, "/*/Installer/Downloads/<file name>/SHA256"; empty when
+    // the description pins none.
+    HVString GetDownloadSha256(const HVString& fileName) const;
     // The selected element (for keys whose value is a list of child elements), or 0.
     Elem FindElement(std::u16string_view path) const;
     // An attribute of an element found above; empty when absent.

@@ -120,7 +120,8 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     // Nothing else in the program folder: no temporary file, no staging folder.
     std::vector<std::wstring> expected = e2e::ListTree(media + L"Listenwell\\");
     expected.insert(expected.end(), {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt",
-                                     L"Data\\Languages\\Chinese (simplified)\\Strings.txt"});
+                                     L"Data\\Languages\\Chinese (simplified)\\Strings.txt",
+                                     L"Media\\Welcome Tone.wav", L"Media\\Playlist.mpl", L"PackageInstaller.log"});
     const e2e::TreeDifference difference = e2e::CompareTree(dest, expected);
     EXPECT_TRUE(difference.Same()) << difference.Describe();
 }
@@ -178,7 +179,8 @@ TEST_F(InstallTest, ANewerInstalledVersionIsKept)
     ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
     EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
     EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
-    EXPECT_EQ(e2e::ListTree(dest), std::vector<std::wstring>{L"Sonora 32.exe"});
+    // Only the dependencies ran: the bundled media came.
+    EXPECT_EQ(e2e::ListTree(dest), (std::vector<std::wstring>{L"Media\\Playlist.mpl", L"Media\\Welcome Tone.wav", L"Sonora 32.exe"}));
 }
 
 TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)

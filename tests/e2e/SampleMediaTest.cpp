@@ -79,6 +79,9 @@ TEST(SampleMedia, HasTheLayoutTheInstallerReads)
         L"Setup\\Promo2.png",
         L"Support\\ReadMe.txt",
         L"Bundled Media\\Welcome Tone.wav",
+        L"Bundled Media\\Playlist.mpl",
+        L"Drivers\\WDM\\Win10\\HalvardWDMDriver.inf",
+        L"Drivers\\WDM\\Win8\\HalvardWDMDriver.inf",
     };
     const e2e::TreeDifference diff = e2e::CompareTree(e2e::MediaFolder(), expected);
     // Other programs may join the root later (the crash handler); nothing may be missing.

@@ -129,3 +129,26 @@ TEST(HVInstallDescriptionTest, AnyRootAndBrokenOrMissingFiles)
     EXPECT_EQ(d.GetText(u"/*/Product/InstallToPath"), u"C:\\\u00e9");
 }
 }   // namespace
+
+namespace
+{
+TEST(HVInstallDescriptionTest, DownloadServerAndPinnedDigests)
+{
+    HVInstallDescription bare;
+    ASSERT_TRUE(bare.SetText(u"<HVIC version=\"1.0\"><Installer/></HVIC>"));
+    EXPECT_EQ(U8(bare.GetDownloadServer()), U8(HVInstallDescription::kDefaultDownloadServer));
+    EXPECT_TRUE(HVString(HVInstallDescription::kDefaultDownloadServer).view().starts_with(u"https://"));
+    EXPECT_EQ(U8(bare.GetDownloadSha256(u"d3dx943.exe")), "");
+
+    HVInstallDescription pinned;
+    ASSERT_TRUE(pinned.SetText(u"<HVIC version=\"1.0\"><Installer>"
+                               u"<DownloadServer>http://127.0.0.1:8080/deps</DownloadServer>"
+                               u"<Downloads><MicrosoftEdgeWebview2Setup.exe><SHA256> AB12 </SHA256>"
+                               u"</MicrosoftEdgeWebview2Setup.exe></Downloads></Installer></HVIC>"));
+    EXPECT_EQ(U8(pinned.GetDownloadServer()), "http://127.0.0.1:8080/deps");
+    EXPECT_EQ(U8(pinned.GetDownloadSha256(u"MicrosoftEdgeWebview2Setup.exe")), "AB12");
+    // Another file's pin, or a name that would walk elsewhere in the document, gives none.
+    for (const char16_t* name : {u"d3dx943.exe", u"", u"MicrosoftEdgeWebview2Setup.exe/..", u"../Installer"})
+        EXPECT_EQ(U8(pinned.GetDownloadSha256(name)), "") << U8(name);
+}
+}

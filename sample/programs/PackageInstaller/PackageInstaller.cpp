@@ -1,5 +1,6 @@
 // Stand-in for the product's package installer, which the setup program runs for
-// registration jobs ("/RegDLL <dll>", "/UnRegDLL <dll>") and packages. It appends its whole
+// registration jobs ("/RegDLL <dll>", "/UnRegDLL <dll>"), the audio driver
+// ("/InstallWDMDriver <inf>", "/RemoveWDMDriver <inf>") and packages. It appends its whole
 // command line to "PackageInstaller.log" beside itself, so tests can see every call, carries
 // out the two registration jobs by calling the DLL's own entry point, and exits 0.
 #include "../SampleLog.h"

@@ -2,6 +2,8 @@
 
 #include "engine/win/CInstallContext.h"
 
+#include <atomic>
+
 // The dependency step: the DirectX helpers (when wanted), the WebView2 runtime and the bundled
 // media, each made for the run and deleted after it. A download the user cancels sets the
 // cancelled flag, which stops the whole install.
@@ -23,7 +25,16 @@ public:
     bool IsCancelled() const { return cancelled_; }
     void Cancel() { cancelled_ = true; }
 
+    // The user's Cancel reaches a download through these: the page asks while a download
+    // runs, and the download stops at its next look.
+    bool IsDownloading() const { return downloading_; }
+    void SetDownloading(bool downloading) { downloading_ = downloading; }
+    void RequestCancel() { cancelRequested_ = true; }
+    bool CancelRequested() const { return cancelRequested_; }
+
 private:
     const CInstallContext& context_;
     bool cancelled_ = false;
+    bool downloading_ = false;
+    std::atomic<bool> cancelRequested_{false};
 };

@@ -4,8 +4,8 @@
 
 class CDependencyRunner;
 
-// The DirectX 9 helper components. Not installed by this version of Install Wizard yet: Install says so in the log and
-// lets the install go on.
+// The DirectX 9 helper components: fetched and run when "d3dx9_43.dll" is missing from the
+// system folder (never on Windows 2000 and earlier). Never stops the install.
 class CInstallDirectX : public IInstallDependency
 {
 public:

@@ -8,12 +8,11 @@
 #include "foundation/win/HVRegKey.h"
 #include "install/HVInstallDescription.h"
 #include "install/win/CProductIdentity.h"
-#include "integration/win/RunProgram.h"
+#include "integration/win/CComponentRegistration.h"
 
 namespace
 {
 constexpr int32_t kShellIntegration = 5;
-constexpr int kPackageInstallerTimeoutMs = 60000;
 }
 
 CSettingsHelper::CSettingsHelper(const CInstallContext& context) : context_(context)
@@ -80,13 +79,9 @@ void CSettingsHelper::ApplyShellIntegration(int32_t value)
     // Before the program files are copied (a first install) there is no package installer
     // yet: the plug-in step registers the extension once the files are in place.
     const HVString installer = context_.installFolder + u"PackageInstaller.exe";
-    int exitCode = -1;
     const bool ran = HVFileSystem::Exists(installer, false) &&
-                     RunProgram(installer,
-                                HVString::Format(u"%s \"%s%s\"", enable ? u"/RegDLL" : u"/UnRegDLL",
-                                                 context_.installFolder, kShellExtensionFile),
-                                SW_HIDE, true, true, &exitCode, kPackageInstallerTimeoutMs) &&
-                     exitCode == 0;
+                     CComponentRegistration::RegisterWithPackageInstaller(
+                         context_.installFolder, context_.installFolder + kShellExtensionFile, !enable);
     HVLog::Write(HVLog::kInfo, "CSettingsHelper::Set", u"RunPackageInstaller == %i", ran ? 1 : 0);
 
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),

@@ -155,6 +155,11 @@ void CCopyAndInstallPpg::SetHeader(const char16_t* title, const char16_t* subtit
 bool CCopyAndInstallPpg::RunDependencies()
 {
     SetHeader(kDependenciesTitle, kDependenciesSubtitle, true);
+    // Before the dependencies, which already put the bundled media in place.
+    if (!SetupFolderIsComplete()) {
+        Fail();
+        return false;
+    }
     const InstallOptions& options = Options();
     if (options.noDependencies || options.portable) {
         HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::RunDependencies", u"Dependencies left out (%s)",
@@ -162,14 +167,27 @@ bool CCopyAndInstallPpg::RunDependencies()
         return true;
     }
     CDependencyRunner runner(*context_);
-    switch (runner.Run(InstallWizard().Description().GetInteger(u"/*/Installer/InstallDirectX", 1) != 0)) {
+    dependencies_ = &runner;
+    const CDependencyRunner::Outcome outcome =
+        runner.Run(InstallWizard().Description().GetInteger(u"/*/Installer/InstallDirectX", 1) != 0);
+    dependencies_ = nullptr;
+    switch (outcome) {
     case CDependencyRunner::Outcome::Continue: return true;
-    case CDependencyRunner::Outcome::Cancelled: return false;
+    case CDependencyRunner::Outcome::Cancelled:
     case CDependencyRunner::Outcome::Failed:
         InstallWizard().Close(CInstallWizard::kCancelled);
         return false;
     }
     return false;
+}
+
+bool CCopyAndInstallPpg::TakeCancel()
+{
+    if (!dependencies_ || !dependencies_->IsDownloading())
+        return false;
+    HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::TakeCancel", u"The download is to stop");
+    dependencies_->RequestCancel();
+    return true;
 }
 
 bool CCopyAndInstallPpg::SkipInstall()
@@ -188,11 +206,6 @@ bool CCopyAndInstallPpg::RunCopy()
     HVLogTimer timer("CCopyAndInstallPpg::RunCopy");
     SetHeader(u"Copying Files", u"Please wait while Install Wizard copies and registers files.", true);
     const CInstallContext& context = *context_;
-    if (!SetupFolderIsComplete()) {
-        Fail();
-        return false;
-    }
-
     files_->CleanInstallFolder(context.description.GetInteger(u"/*/Installer/CleanData", 0) != 0,
                                context.description.GetText(u"/*/Product/ObsoleteFiles"), Product().GetRegistryRoot(),
                                *this, [this] { records_->RemoveRetiredRecords(); });

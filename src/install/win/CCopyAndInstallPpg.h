@@ -15,6 +15,8 @@
 #include <memory>
 #include <optional>
 
+class CDependencyRunner;
+
 // The page on which the install happens: the dependencies, the files, their registration, the
 // plug-ins, then a short wait so that the setup's pictures have been shown, after which the
 // page moves the wizard on by itself. Everything runs on the wizard's thread, step by step from
@@ -34,6 +36,8 @@ public:
     bool IsBackAllowed() const override { return secondButton_; }
     void ExtraAction() override;
     void OnTimer(UINT_PTR id) override;
+    // Cancel stops a download of the dependency step; elsewhere the install can't be cancelled.
+    bool TakeCancel() override;
 
     void SetStatusText(const HVString& text) override;
     void SetProgressRange(int32_t minimum, int32_t maximum) override;
@@ -79,4 +83,6 @@ private:
     std::unique_ptr<IProductRecords> records_;
     std::unique_ptr<IShellIntegration> shell_;
     std::unique_ptr<IComponentInstaller> components_;
+    // While the dependency step runs.
+    CDependencyRunner* dependencies_ = nullptr;
 };

@@ -131,6 +131,8 @@ void CInstallWizard::OnCancelRequest()
 {
     const HVString& name = product_.GetDisplayName();
     if (CWizardRules::Cancel(CurrentIndex() + 1) == CWizardRules::CancelAction::Refuse) {
+        if (CurrentPage() && CurrentPage()->TakeCancel())
+            return;
         const HVString text =
             HVString::Format(HVTranslator::Translate(u"%s installation can no longer be canceled.\r\n\r\n").c_str(), name) +
             HVTranslator::Translate(u"Once installation has completed, you can uninstall using Control Panel > Add or Remove Programs.");

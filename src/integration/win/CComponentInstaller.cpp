@@ -1,7 +1,20 @@
 #include "integration/win/CComponentInstaller.h"
 
+#include "engine/IInstallProgress.h"
+#include "engine/win/CDeferredOperations.h"
+#include "engine/win/CRegistryWriter.h"
+#include "engine/win/CSettingsHelper.h"
 #include "foundation/HVLog.h"
+#include "foundation/HVSystemIdentity.h"
+#include "foundation/HVTextFileReader.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVRegKey.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+#include "integration/CComponentRules.h"
 #include "integration/win/CComponentRegistration.h"
+#include "integration/win/RunProgram.h"
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {
@@ -15,8 +28,126 @@ bool CComponentInstaller::InstallInputPlugin(const HVString& path)
     return true;
 }
 
-void CComponentInstaller::RunPluginStep(IInstallProgress&)
+void CComponentInstaller::RunPluginStep(IInstallProgress& progress)
 {
-    HVLog::Write(HVLog::kInfo, "CComponentInstaller::RunPluginStep",
+    InstallShellIntegration(progress);
+    InstallSystemPlugins(progress);
+    InstallPluginsAndPackages(progress);
+    InstallDriver(progress);
+    InstallServerService(progress);
+}
+
+void CComponentInstaller::InstallPluginsAndPackages(IInstallProgress&)
+{
+    HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallPluginsAndPackages",
                  u"Nothing done: not part of this version of Install Wizard");
+}
+
+void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)
+{
+    progress.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing %s Shell Integration").c_str(),
+                                            context_.product.GetDisplayName()));
+    const HVString extension = context_.installFolder + CSettingsHelper::kShellExtensionFile;
+    if (!HVFileSystem::Exists(extension, false))
+        return;
+    // An extension still in use was left to the journal, which registers it at the next logon.
+    if (!context_.deferred.ShellExtensionRegistered()) {
+        HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallShellIntegration", u"%s waits for the next logon", extension);
+        return;
+    }
+    if (!CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, extension, false)) {
+        MarkPackageError(CSettingsHelper::kShellExtensionFile);
+        return;
+    }
+    CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
+                               context_.product.GetRegistryRoot() + u"\\Shell Extensions");
+    if (extensions.Open())
+        extensions.SetDWORD(CSettingsHelper::ShellExtensionName(), 1);
+}
+
+void CComponentInstaller::InstallSystemPlugins(IInstallProgress& progress)
+{
+    const HVString folder = context_.installFolder + u"Plugins\\System\\";
+    std::vector<HVFileSystem::Entry> plugins;
+    if (!HVFileSystem::FolderExists(folder) || !HVFileSystem::EnumerateFolder(folder, plugins, u"*.dll"))
+        return;
+    progress.SetProgressRange(0, static_cast<int32_t>(plugins.size()));
+    progress.SetProgressPosition(0);
+    int32_t done = 0;
+    for (const HVFileSystem::Entry& plugin : plugins) {
+        if (plugin.isFolder)
+            continue;
+        const int32_t dot = plugin.name.ReverseFind(u'.');
+        progress.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing plug-in '%s'").c_str(),
+                                                dot > 0 ? plugin.name.Left(dot) : plugin.name));
+        if (CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, folder + plugin.name, false))
+            SetSetting(CComponentRules::SystemPluginMark(plugin.name), u"installed");
+        else
+            MarkPackageError(plugin.name);
+        progress.SetProgressPosition(++done);
+    }
+}
+
+void CComponentInstaller::InstallDriver(IInstallProgress& progress)
+{
+    if (context_.options.noDriver) {
+        HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallDriver", u"Left out (NoDriver)");
+        return;
+    }
+    progress.SetStatusText(u"Installing WDM driver");
+    const HVString description =
+        context_.setupFolder + CComponentRules::DriverDescription(HVSystemIdentity::Current().GetCode());
+    HVString text;
+    if (!HVFileSystem::Exists(description, false) || !HVTextFileReader::Read(description, text)) {
+        HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallDriver", u"No driver in this setup (%s)", description);
+        return;
+    }
+    const HVString version = CComponentRules::DriverVersion(text);
+    const HVString installed = GetSetting(kDriverVersionSetting);
+    if (!CComponentRules::DriverNeedsInstall(version, installed)) {
+        HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallDriver", u"Driver %s kept (setup has \"%s\")", installed,
+                     version);
+        return;
+    }
+    // The older driver goes first: two versions of one audio device confuse Windows.
+    if (!installed.IsEmpty())
+        CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/RemoveWDMDriver", description);
+    if (CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/InstallWDMDriver", description))
+        SetSetting(kDriverVersionSetting, version);
+    else
+        MarkPackageError(u"HalvardWDMDriver.inf");
+}
+
+void CComponentInstaller::InstallServerService(IInstallProgress& progress)
+{
+    if (!context_.product.IsServerEdition())
+        return;
+    progress.SetStatusText(u"Installing Dynamo Server as system service");
+    const HVString control = context_.installFolder + u"DynamoControl.exe";
+    int exitCode = -1;
+    if (!HVFileSystem::Exists(control, false) ||
+        !RunProgram(control, u"/Install", SW_HIDE, true, true, &exitCode, CComponentRegistration::kHelperTimeoutMs) ||
+        exitCode != 0)
+        MarkPackageError(u"DynamoControl.exe");
+}
+
+void CComponentInstaller::MarkPackageError(const HVString& name)
+{
+    HVLog::Write(HVLog::kError, "CComponentInstaller::MarkPackageError", u"%s failed; the install goes on", name);
+    SetSetting(u"InstallPackageError", name);
+}
+
+bool CComponentInstaller::SetSetting(const HVString& name, const HVString& value)
+{
+    CRegistryWriter settings(context_.changes, context_.product.GetRegistryHive(), context_.product.GetSettingsKey());
+    return settings.Open() && settings.SetString(name, value);
+}
+
+HVString CComponentInstaller::GetSetting(const HVString& name) const
+{
+    HVRegKey settings;
+    HVString value;
+    if (settings.Open(context_.product.GetRegistryHive(), context_.product.GetSettingsKey(), KEY_READ))
+        settings.QueryString(name, value);
+    return value;
 }

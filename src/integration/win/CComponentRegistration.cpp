@@ -2,8 +2,11 @@
 
 #include "engine/CCopyRules.h"
 #include "foundation/HVLog.h"
+#include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 #include "foundation/win/HVUniqueResource.h"
+#include "integration/CComponentRules.h"
+#include "integration/win/RunProgram.h"
 
 #include <windows.h>
 
@@ -42,4 +45,39 @@ bool CComponentRegistration::RegisterServer(const HVString& path)
         return false;
     }
     return true;
+}
+
+namespace
+{
+bool RunHelper(const HVString& program, const HVString& parameters)
+{
+    int exitCode = -1;
+    const bool ran = RunProgram(program, parameters, SW_HIDE, true, true, &exitCode,
+                                CComponentRegistration::kHelperTimeoutMs);
+    if (ran && exitCode != 0)
+        HVLog::Write(HVLog::kError, "CComponentRegistration", u"%s %s ended with %d", program, parameters, exitCode);
+    return ran && exitCode == 0;
+}
+}
+
+bool CComponentRegistration::RunPackageInstaller(const HVString& installFolder, const HVString& switchText,
+                                                 const HVString& path)
+{
+    const HVString installer = installFolder + u"PackageInstaller.exe";
+    if (!HVFileSystem::Exists(installer, false)) {
+        HVLog::Write(HVLog::kError, "CComponentRegistration::RunPackageInstaller", u"%s is missing", installer);
+        return false;
+    }
+    return RunHelper(installer, HVString::Format(u"%s \"%s\"", switchText, path));
+}
+
+bool CComponentRegistration::RegisterWithRegSvr32(const HVString& dllPath, const HVString& extraSwitch)
+{
+    wchar_t windows[MAX_PATH + 1] = {};
+    const UINT length = ::GetWindowsDirectoryW(windows, MAX_PATH + 1);
+    if (length == 0 || length > MAX_PATH)
+        return false;
+    const HVString program = HVFileSystem::NormalizeFolderPath(HVString(windows, static_cast<int32_t>(length))) +
+                             u"system32\\RegSvr32.exe";
+    return RunHelper(program, CComponentRules::RegSvr32Parameters(dllPath, extraSwitch));
 }

@@ -2,8 +2,10 @@
 
 #include "foundation/HVString.h"
 
-// Direct registration of a module: load it, call its DllRegisterServer, unload it. Only
-// ".dll" and ".ocx" files are registered this way.
+// The three ways a module is registered: directly (load it, call its DllRegisterServer,
+// unload it; only ".dll" and ".ocx" files), through the product's package installer, which
+// also installs the audio driver, and through the system's RegSvr32. Every program started
+// here is waited for with the window messages flowing.
 class CComponentRegistration
 {
 public:
@@ -13,4 +15,19 @@ public:
     // False for another file type, a module that can't be loaded, a missing export or a
     // failing result (logged).
     static bool RegisterServer(const HVString& path);
+
+    // The product's "PackageInstaller.exe" of `installFolder` run with a switch ("/RegDLL",
+    // "/UnRegDLL", "/InstallWDMDriver", ...) and a quoted path, waited for with the window
+    // messages flowing. True when it ran and ended with 0.
+    static bool RunPackageInstaller(const HVString& installFolder, const HVString& switchText, const HVString& path);
+    static bool RegisterWithPackageInstaller(const HVString& installFolder, const HVString& dllPath, bool unregister)
+    {
+        return RunPackageInstaller(installFolder, unregister ? u"/UnRegDLL" : u"/RegDLL", dllPath);
+    }
+    // The system's "system32\RegSvr32.exe" (under the Windows folder), silent, with an extra
+    // switch ("/u" to unregister) or none. True when it ran and ended with 0.
+    static bool RegisterWithRegSvr32(const HVString& dllPath, const HVString& extraSwitch = HVString());
+
+    // A program of ours may take this long before it counts as hung and is ended.
+    static constexpr int kHelperTimeoutMs = 120000;
 };

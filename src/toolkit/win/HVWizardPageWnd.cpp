@@ -58,6 +58,11 @@ void HVWizardPageWnd::OnCancelAsked()
 {
 }
 
+bool HVWizardPageWnd::TakeCancel()
+{
+    return false;
+}
+
 bool HVWizardPageWnd::CreatePage(HVWizardPopupWnd& wizard)
 {
     wizard_ = &wizard;

@@ -40,6 +40,9 @@ public:
     // Cancel was pressed on the page and the wizard is about to ask whether to end: whatever
     // the page does by itself stops, so the question is answered on a page that holds still.
     virtual void OnCancelAsked();
+    // Cancel was pressed where the wizard itself would refuse it: a page with work that can
+    // still be stopped (a download) takes the request and returns true; the default refuses.
+    virtual bool TakeCancel();
 
     // Made hidden, as a child of the wizard.
     bool CreatePage(HVWizardPopupWnd& wizard);

@@ -30,6 +30,7 @@
 //                  test starts from a machine on which the product was never installed.
 //   SetupFolder    CopySampleSetup(L"MyTest"): a changeable copy of the sample setup folder;
 //                  SetDescriptionText(folder, "Product/InstallToPath", "...") edits Install.xml.
+//   LocalHttpServer  an HTTP server on 127.0.0.1 whose replies (and misbehaviour) the test picks.
 //   GeneratedTree  PlanTree({.files = 300, .totalBytes = 30 << 20}) and WriteGeneratedTree(...):
 //                  a made-up program tree, the same on every run, in numbered editions.
 //
@@ -39,6 +40,7 @@
 #include "FreshMachine.h"
 #include "GeneratedTree.h"
 #include "HeldFileLock.h"
+#include "LocalHttpServer.h"
 #include "SetupRun.h"
 #include "ProgramDriver.h"
 #include "SetupFolder.h"

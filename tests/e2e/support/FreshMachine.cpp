@@ -283,6 +283,13 @@ bool ResetToFreshMachine(std::vector<std::wstring>* problems)
         if (problems)
             problems->push_back(L"cannot remove " + Describe(trace));
     }
+    // Like nearly every Windows 10 and 11 machine, the test machine has a current WebView2
+    // runtime, so an install downloads nothing unless a test takes the runtime away.
+    if (!RegSetString(HKEY_LOCAL_MACHINE, kWebView2ClientKey, L"pv", kWebView2CurrentVersion, HVRegView::Key32)) {
+        ok = false;
+        if (problems)
+            problems->push_back(L"cannot record the WebView2 runtime");
+    }
     return ok;
 }
 }

@@ -37,6 +37,13 @@ const std::vector<MachineTrace>& InstallerTraces();
 // every traced file with its size and a hash of its bytes. Two runs that wrote the same things
 // read the same; a value named `mask` keeps its name but not its data (one made new each time).
 std::vector<std::wstring> ReadTraces(const std::vector<std::wstring>& mask = {});
+
+// Where EdgeUpdate records the WebView2 runtime (32-bit view), and the version a fresh test
+// machine has there: every reset puts it back.
+inline constexpr const wchar_t* kWebView2ClientKey =
+    L"SOFTWARE\\Microsoft\\EdgeUpdate\\Clients\\{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}";
+inline constexpr const wchar_t* kWebView2CurrentVersion = L"120.0.2210.91";
+
 // Removes every trace. Returns false when something could not be removed; `problems` (when
 // given) then names each one.
 bool ResetToFreshMachine(std::vector<std::wstring>* problems = nullptr);

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace
 {
 TEST(CComponentRegistrationTest, FindsAndCallsDllRegisterServer)
@@ -35,5 +37,45 @@ TEST(CComponentRegistrationTest, FindsAndCallsDllRegisterServer)
     HVRegKey halvard;
     if (!productKeyExisted && halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
         halvard.DeleteSubKeyTree(u"Sonora 32");
+}
+}
+
+namespace
+{
+// The two helper routes, each leaving the sample component's marker and taking it away again.
+TEST(CComponentRegistrationTest, PackageInstallerAndRegSvr32RegisterAndUnregister)
+{
+    const HVString media(e2e::MediaFolder().c_str());
+    const HVString folder(e2e::ScratchFolder(L"CComponentRegistrationHelpers").c_str());
+    const HVString dll = folder + u"With Blanks\\SampleShell.dll";
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"With Blanks\\"));
+    ASSERT_TRUE(HVFileSystem::CopyFile(media + u"Listenwell\\Plugins\\System\\SampleShell.dll", dll, false));
+    ASSERT_TRUE(HVFileSystem::CopyFile(media + u"Listenwell\\PackageInstaller.exe", folder + u"PackageInstaller.exe", false));
+    const auto registered = [] {
+        HVRegKey marker;
+        HVString path;
+        return marker.Open(HKEY_CURRENT_USER, u"Software\\Halvard\\Sonora 32\\Registered", KEY_READ) &&
+                       marker.QueryString(u"SampleShell.dll", path)
+                   ? path
+                   : HVString();
+    };
+    const struct
+    {
+        const char* route;
+        std::function<bool(bool unregister)> run;
+    } routes[] = {
+        {"PackageInstaller.exe",
+         [&](bool unregister) { return CComponentRegistration::RegisterWithPackageInstaller(folder, dll, unregister); }},
+        {"RegSvr32.exe",
+         [&](bool unregister) { return CComponentRegistration::RegisterWithRegSvr32(dll, unregister ? u"/u" : u""); }},
+    };
+    for (const auto& r : routes) {
+        EXPECT_TRUE(r.run(false)) << r.route;
+        EXPECT_EQ(registered(), dll) << r.route;
+        EXPECT_TRUE(r.run(true)) << r.route;
+        EXPECT_EQ(registered(), HVString()) << r.route;
+    }
+    // No package installer in the folder: nothing to run, a failure.
+    EXPECT_FALSE(CComponentRegistration::RegisterWithPackageInstaller(folder + u"With Blanks\\", dll, false));
 }
 }

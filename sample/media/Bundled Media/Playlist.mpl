@@ -1,0 +1,2 @@
+#EXTM3U
+Welcome Tone.wav

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "foundation/HVString.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+
+// The library's HTTP reader: fetches one address into a file the caller has opened. The
+// transfer runs on a thread of its own while the calling thread waits with its window
+// messages flowing, so a page that downloads stays painted and its buttons answer. The
+// caller hears of the progress on its own thread and can stop the transfer from there.
+//
+// Redirects are followed here (at most kMaxRedirects), not by the system, so that a server
+// that redirects in a circle ends in an error instead of a loop.
+class HVHttpReader
+{
+public:
+    enum class Result
+    {
+        Ok,
+        NoReader,        // the system's internet reader could not be opened
+        TransportError,  // no connection, a broken one, too many redirects, a read that failed
+        TimedOut,        // nothing arrived for the time-out
+        HttpStatus,      // the server answered with a status other than 200
+        WriteError,      // the file could not be written
+        Cancelled,       // the progress callback asked to stop
+        TooLarge,        // more than kMaxBytes without an announced length
+    };
+    struct Outcome
+    {
+        Result result = Result::TransportError;
+        uint32_t statusCode = 0;
+        HVString statusText;
+        uint64_t received = 0;
+        uint64_t announced = 0;  // the server's Content-Length; 0 when it gave none
+        DWORD error = 0;         // the system's error code of a failure
+    };
+    // Called on the calling thread about every 50 ms and once at the end: bytes so far and
+    // the announced total (0 when unknown). Returning false stops the transfer.
+    using Progress = std::function<bool(uint64_t received, uint64_t announced)>;
+
+    static constexpr int kMaxRedirects = 10;
+    static constexpr uint64_t kMaxBytes = uint64_t(1) << 30;
+    static constexpr int kDefaultTimeoutMs = 30000;
+
+    // The time-out for silence from the server: kDefaultTimeoutMs, or for tests only the
+    // milliseconds in the environment variable IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS (100 to 30000).
+    static int TimeoutMs();
+
+    // Writes the body of `url` to `file` (opened for writing, positioned at its start).
+    static Outcome Download(const HVString& url, HANDLE file, const Progress& progress, int timeoutMs);
+};

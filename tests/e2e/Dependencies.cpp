@@ -1,0 +1,293 @@
+// The dependency step and the plug-in step end to end: InstallWizard.exe /Silent on a copy of
+// the sample setup folder whose download server is a server of the test's own on 127.0.0.1,
+// serving the sample dependency setup program well or badly; the machine read back afterwards.
+#include "E2ESupport.h"
+#include "WizardDriver.h"
+
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVSha256.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <commctrl.h>
+
+namespace
+{
+const std::string kEdgeSetup = "MicrosoftEdgeWebview2Setup.exe";
+const std::wstring kSettings = L"Software\\Halvard\\Sonora 32\\Properties";
+const std::wstring kDamaged = L"The downloaded file is damaged or not the expected one.";
+constexpr DWORD kExitCancelled = 1602;
+
+std::wstring Temporary()
+{
+    wchar_t folder[MAX_PATH + 1] = {};
+    GetTempPathW(MAX_PATH + 1, folder);
+    return folder;
+}
+
+std::wstring MarkerPath() { return Temporary() + L"Sample Dependency Setup.log"; }
+
+std::wstring Wide(const std::string& text) { return std::wstring(text.begin(), text.end()); }
+
+// Downloads left in the temporary folder.
+std::vector<std::wstring> LeftDownloads()
+{
+    std::vector<std::wstring> found;
+    WIN32_FIND_DATAW data;
+    HVFindHandle find(FindFirstFileW((Temporary() + L"HV Download (*).dat").c_str(), &data));
+    for (bool more = find.IsValid(); more; more = FindNextFileW(find.Get(), &data))
+        found.push_back(data.cFileName);
+    return found;
+}
+
+class DependenciesTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        DeleteFileW(MarkerPath().c_str());
+        // What a run that was ended from outside could not remove.
+        for (const std::wstring& name : LeftDownloads())
+            DeleteFileW((Temporary() + name).c_str());
+        program_ = e2e::ReadFileText(e2e::TestProgramFolder() + L"SampleDependencySetup.exe");
+        ASSERT_GT(program_.size(), 1000u);
+        const HVFileHandle file = HVFileSystem::OpenFile((e2e::TestProgramFolder() + L"SampleDependencySetup.exe").c_str(),
+                                                         GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
+        sha256_ = HVSha256::OfFile(file.Get()).ToUtf8();
+        ASSERT_EQ(sha256_.size(), 64u);
+        setup_ = e2e::CopySampleSetup(L"Dependencies");
+        ASSERT_FALSE(setup_.empty());
+    }
+    void TearDown() override
+    {
+        for (const wchar_t* name : {L"IW_TEST_ONLY_NO_NETWORK", L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS"})
+            SetEnvironmentVariableW(name, nullptr);
+        e2e::ResetToFreshMachine();
+        DeleteFileW(MarkerPath().c_str());
+    }
+
+    // The WebView2 runtime's recorded version; nullopt takes it away.
+    static void SetEdgeVersion(const std::optional<std::wstring>& pv)
+    {
+        if (pv)
+            ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, e2e::kWebView2ClientKey, L"pv", *pv, HVRegView::Key32));
+        else
+            ASSERT_TRUE(e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, e2e::kWebView2ClientKey, L"pv", HVRegView::Key32));
+    }
+
+    void PointAt(const e2e::LocalHttpServer& server, const std::string& pin)
+    {
+        ASSERT_TRUE(server.Started());
+        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/DownloadServer", server.BaseUrl()));
+        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/Downloads/" + kEdgeSetup + "/SHA256", pin));
+    }
+
+    e2e::SetupRun Install(std::vector<e2e::DialogRule> rules = {}, const std::wstring& more = L"",
+                          std::function<bool(DWORD)> onPoll = {})
+    {
+        e2e::RunOptions options;
+        options.setupFolder = setup_;
+        options.commandLine = L"/Silent" + more;
+        options.rules = std::move(rules);
+        options.onPoll = std::move(onPoll);
+        return e2e::RunSetup(options);
+    }
+
+    std::string program_;
+    std::string sha256_;
+    std::wstring setup_;
+};
+
+e2e::HttpReply Serve(const std::string& body) { return {.body = body}; }
+
+TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently)
+{
+    const struct
+    {
+        std::optional<std::wstring> pv;
+        bool downloads;
+    } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {L"120.0.0.0", false}, {std::nullopt, true},
+                 {L"119.0", true},         {L"119.0.2151.40.1", true}};
+    e2e::LocalHttpServer server([&](const std::string& path) {
+        return path == "/" + kEdgeSetup ? Serve(program_) : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
+    });
+    PointAt(server, sha256_);
+    // A file someone else put where the first download would go is passed by, untouched.
+    const std::wstring planted = L"HV Download (1).dat";
+    ASSERT_TRUE(e2e::WriteFileBytes(Temporary() + planted, "someone else's"));
+    for (const auto& c : cases) {
+        const std::string label = c.pv ? e2e::Utf8(*c.pv) : "(missing)";
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        DeleteFileW(MarkerPath().c_str());
+        SetEdgeVersion(c.pv);
+        const int requestsBefore = server.Requests();
+        const e2e::SetupRun run = Install();
+        ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
+        EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 1 : 0) << label;
+        const std::string marker = e2e::ReadFileText(MarkerPath());
+        if (c.downloads) {
+            // Run from its temporary file with the silent switches, then removed.
+            EXPECT_EQ(marker, "HV Download (2).dat|/silent /install\r\n") << label;
+            EXPECT_TRUE(run.Logged(L"SHA-256 expected " + Wide(sha256_))) << run.Describe();
+        } else {
+            EXPECT_EQ(marker, "") << label;
+        }
+        EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
+    }
+    EXPECT_EQ(e2e::ReadFileText(Temporary() + planted), "someone else's");
+    DeleteFileW((Temporary() + planted).c_str());
+}
+
+// Every way a download can go wrong gives its box, runs nothing, leaves no file, and the
+// install goes on to its end.
+TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
+{
+    SetEdgeVersion(std::nullopt);
+    std::string tampered = program_;
+    tampered[tampered.size() / 2] ^= 0x5A;
+    const struct
+    {
+        const char* label;
+        e2e::HttpReply reply;
+        std::wstring text;  // after "Failed to download from \n<address>\n", or the whole text
+        bool wholeText;
+        std::wstring orWholeText = {};
+    } cases[] = {
+        {"404", {.status = 404, .statusText = "Not Found"}, L"Server returned: 404 Not Found", false},
+        {"500", {.status = 500, .statusText = "Internal Server Error"}, L"Server returned: 500 Internal Server Error", false},
+        {"redirect loop", {.status = 302, .statusText = "Found", .headers = {{"Location", "/" + kEdgeSetup}}}, L"Internet error.", false},
+        // A broken connection, or (as the reset may reach the reader) an early end: either way
+        // fewer bytes than announced, never run.
+        {"reset half way", {.body = program_, .resetAfter = program_.size() / 2}, L"Internet error.", false, kDamaged},
+        {"ten times the announced size", {.body = program_, .announced = program_.size() / 10}, kDamaged, true},
+        {"empty", {.body = ""}, kDamaged, true},
+        {"tampered", {.body = tampered}, kDamaged, true},
+        {"silent", {.silent = true}, L"Internet error.", false},
+    };
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS", L"1500");
+    for (const auto& c : cases) {
+        e2e::LocalHttpServer server([&](const std::string&) { return c.reply; });
+        PointAt(server, sha256_);
+        const std::wstring address = Wide(server.BaseUrl() + kEdgeSetup);
+        const std::wstring text = c.wholeText ? c.text : L"Failed to download from \n" + address + L"\n" + c.text;
+        std::vector<e2e::DialogRule> rules = {{.title = L"Download Error", .text = text, .button = IDOK, .times = 1}};
+        if (!c.orWholeText.empty())
+            rules.push_back({.title = L"Download Error", .text = c.orWholeText, .button = IDOK, .times = 1});
+        const e2e::SetupRun run = Install(rules);
+        ASSERT_TRUE(run.result.ExitedWith(0)) << c.label << run.Describe();
+        EXPECT_EQ(run.result.dialogs.size(), 1u) << c.label << run.Describe();
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), "") << c.label;
+        EXPECT_TRUE(LeftDownloads().empty()) << c.label;
+        // Went on: the product is in place.
+        EXPECT_NE(GetFileAttributesW((e2e::DefaultDestination() + L"Sonora.exe").c_str()), INVALID_FILE_ATTRIBUTES)
+            << c.label;
+        if (std::string(c.label) == "tampered") {
+            EXPECT_TRUE(run.Logged(L"SHA-256 expected " + Wide(sha256_) + L", got ")) << run.Describe();
+        }
+    }
+}
+
+TEST_F(DependenciesTest, NoNetworkOrNoDependenciesDownloadsNothing)
+{
+    SetEdgeVersion(std::nullopt);
+    e2e::LocalHttpServer server([&](const std::string&) { return Serve(program_); });
+    PointAt(server, "");
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", L"1");
+    const std::wstring text =
+        L"Failed to download from \n" + Wide(server.BaseUrl() + kEdgeSetup) + L"\nNo network connection was found.";
+    const e2e::SetupRun offline = Install({{.title = L"Download Error", .text = text, .button = IDOK, .times = 1}});
+    ASSERT_TRUE(offline.result.ExitedWith(0)) << offline.Describe();
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", nullptr);
+    const e2e::SetupRun without = Install({}, L" /NoDependencies");
+    ASSERT_TRUE(without.result.ExitedWith(0)) << without.Describe();
+    EXPECT_EQ(server.Requests(), 0);
+    EXPECT_EQ(e2e::ReadFileText(MarkerPath()), "");
+}
+
+// Cancel while a slow server trickles the program: the download stops at once, the box says
+// so, and the install stops before a file is copied.
+TEST_F(DependenciesTest, CancelDuringASlowDownloadStopsTheInstall)
+{
+    SetEdgeVersion(std::nullopt);
+    std::string big = program_;
+    big.resize(4 << 20, '\0');
+    e2e::LocalHttpServer server([&](const std::string&) { return e2e::HttpReply{.body = big, .pieceBytes = 8192, .pauseMs = 100}; });
+    PointAt(server, "");
+    std::wstring statusSeen;
+    int positionSeen = -1;
+    bool clicked = false;
+    const e2e::SetupRun run = Install(
+        {{.title = L"Download Error", .text = L"Downloading of setup file was canceled.", .button = IDOK, .times = 1}}, L"",
+        [&](DWORD pid) {
+            e2e::WizardView view;
+            if (clicked || !e2e::FindWizard(pid, view))
+                return true;
+            for (const std::wstring& text : view.Texts()) {
+                if (text.starts_with(L"Downloading Edge WebView from server... ") && text.find(L" of 4.0 MB") != std::wstring::npos)
+                    statusSeen = text;
+            }
+            if (HWND bar = view.ControlOfClass(PROGRESS_CLASSW))
+                positionSeen = static_cast<int>(SendMessageW(bar, PBM_GETPOS, 0, 0));
+            // Once some of it has come and shows: the bar moves by the bytes received.
+            if (!statusSeen.empty() && positionSeen > 0) {
+                e2e::ClickCancel(view);
+                clicked = true;
+            }
+            return true;
+        });
+    ASSERT_TRUE(run.result.ExitedWith(kExitCancelled)) << run.Describe() << e2e::Utf8(statusSeen);
+    EXPECT_TRUE(clicked);
+    EXPECT_GT(positionSeen, 0);
+    EXPECT_EQ(e2e::ReadFileText(MarkerPath()), "");
+    EXPECT_TRUE(LeftDownloads().empty());
+    EXPECT_EQ(GetFileAttributesW((e2e::DefaultDestination() + L"Sonora.exe").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+// The rest of a sample install: DirectX is there already (Wine has "d3dx9_43.dll"), the bundled
+// media and its start-up playlist, the shell extension, the system plug-in and the driver for
+// this Windows by the product's package installer; /NoDriver leaves the driver out.
+TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
+{
+    e2e::LocalHttpServer server([&](const std::string&) { return Serve(program_); });
+    PointAt(server, "");
+    const std::wstring dest = e2e::DefaultDestination();
+    const struct
+    {
+        const wchar_t* windows;
+        bool noDriver;
+        const char* driver;  // the description's folder, and the version it declares
+        const wchar_t* version;
+    } cases[] = {{L"win10", false, "Win10", L"2.4.0.12"}, {L"win81", false, "Win8", L"2.3.1.7"}, {L"win10", true, "", nullptr}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(e2e::Utf8(c.windows) + (c.noDriver ? " /NoDriver" : ""));
+        const e2e::ScopedRegString windows(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", c.windows);
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        const e2e::SetupRun run = Install({}, c.noDriver ? L" /NoDriver" : L"");
+        ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
+        EXPECT_TRUE(run.Logged(L"d3dx9_43.dll is there")) << run.Describe();
+        EXPECT_EQ(server.Requests(), 0);
+        for (const wchar_t* file : {L"Playlist.mpl", L"Welcome Tone.wav"})
+            EXPECT_EQ(e2e::ReadFileText(dest + L"Media\\" + file), e2e::ReadFileText(setup_ + L"Bundled Media\\" + file));
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"Install - Startup Media"), dest + L"Media\\Playlist.mpl");
+
+        const std::string calls = e2e::ReadFileText(dest + L"PackageInstaller.log");
+        const std::string folder = e2e::Utf8(dest);
+        EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "HVShellExt.dll\""), 1) << calls;
+        EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "Plugins\\System\\SampleShell.dll\""), 1) << calls;
+        EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver"), c.noDriver ? 0 : 1) << calls;
+        if (!c.noDriver) {
+            EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver \"" + e2e::Utf8(setup_) + "Drivers\\WDM\\" + c.driver +
+                                              "\\HalvardWDMDriver.inf\""),
+                      1)
+                << calls;
+        }
+        EXPECT_EQ(e2e::CountOf(calls, "failed"), 0) << calls;
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"System Plugin - SampleShell.dll"), L"installed");
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"WDM Driver Installed Version"),
+                  c.version ? std::optional<std::wstring>(c.version) : std::nullopt);
+        EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kSettings, L"InstallPackageError"));
+    }
+}
+}

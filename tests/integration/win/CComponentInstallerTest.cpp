@@ -1,0 +1,99 @@
+#include "integration/win/CComponentInstaller.h"
+
+#include "engine/CInstallChangeLog.h"
+#include "engine/IInstallProgress.h"
+#include "engine/win/CDeferredOperations.h"
+#include "foundation/win/HVFileSystem.h"
+#include "install/HVInstallDescription.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+
+#include "FolderTree.h"
+#include "SetupRun.h"
+#include "TestPaths.h"
+#include "TestRegistry.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
+const std::wstring kProperties = kRoot + L"\\Properties";
+
+class StatusRecorder : public IInstallProgress
+{
+public:
+    void SetStatusText(const HVString& text) override { texts.push_back(text.ToUtf8()); }
+    void SetProgressRange(int32_t, int32_t) override {}
+    void SetProgressPosition(int32_t) override {}
+    void DrainMessages() override {}
+    std::vector<std::string> texts;
+};
+
+// The plug-in step of the server edition in a program folder of the test's own, with the
+// sample package installer also standing in for the server's control program (both log their
+// command line to "PackageInstaller.log").
+TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
+{
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kRoot);
+    const std::wstring media = e2e::MediaFolder();
+    const std::wstring folder = e2e::ScratchFolder(L"CComponentInstaller");
+    const std::wstring install = folder + L"Program\\";
+    for (const wchar_t* file : {L"PackageInstaller.exe", L"HVShellExt.dll", L"Plugins\\System\\SampleShell.dll"})
+        ASSERT_TRUE(e2e::WriteFileBytes(install + file, e2e::ReadFileText(media + L"Listenwell\\" + file)));
+    ASSERT_TRUE(e2e::WriteFileBytes(install + L"DynamoControl.exe", e2e::ReadFileText(media + L"Listenwell\\PackageInstaller.exe")));
+    ASSERT_TRUE(e2e::CopyTree(media + L"Drivers\\", folder + L"Drivers\\"));
+    // An older driver is on the machine.
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version", L"1.0.0.0"));
+
+    InstallOptions options;
+    HVInstallDescription description;
+    const CProductIdentity product(folder.c_str(), u"DynamoServer.exe");
+    ASSERT_TRUE(product.IsServerEdition());
+    CInstallChangeLog changes;
+    CDeferredOperations deferred;
+    StatusRecorder progress;
+    const CInstallContext context{options, description, product, folder.c_str(), install.c_str(), changes, deferred, progress};
+    CComponentInstaller components(context);
+
+    const std::wstring log = install + L"PackageInstaller.log";
+    const auto run = [&] {
+        DeleteFileW(log.c_str());
+        components.RunPluginStep(progress);
+        return e2e::ReadFileText(log);
+    };
+    const std::string first = run();
+    const std::string version = e2e::Utf8(*e2e::RegString(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version"));
+    EXPECT_TRUE(version == "2.4.0.12" || version == "2.3.1.7") << version;
+    const std::vector<std::string> order = {"/RegDLL \"" + e2e::Utf8(install) + "HVShellExt.dll\"",
+                                            "/RegDLL \"" + e2e::Utf8(install) + "Plugins\\System\\SampleShell.dll\"",
+                                            "/RemoveWDMDriver \"" + e2e::Utf8(folder) + "Drivers\\WDM\\Win",
+                                            "/InstallWDMDriver \"" + e2e::Utf8(folder) + "Drivers\\WDM\\Win",
+                                            "DynamoControl.exe\" /Install"};
+    size_t at = 0;
+    for (const std::string& call : order) {
+        at = first.find(call, at);
+        EXPECT_NE(at, std::string::npos) << call << " in order in\n" << first;
+    }
+    EXPECT_EQ(progress.texts, (std::vector<std::string>{"Installing Sonora Shell Integration", "Installing plug-in 'SampleShell'",
+                                                        "Installing WDM driver", "Installing Dynamo Server as system service"}));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"System Plugin - SampleShell.dll"), L"installed");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"InstallPackageError"));
+
+    // Again: the driver of that version stays as it is.
+    EXPECT_EQ(e2e::CountOf(run(), "WDMDriver"), 0);
+
+    // Without the package installer and the control program: marked, and the step still ends.
+    for (const wchar_t* file : {L"PackageInstaller.exe", L"DynamoControl.exe"})
+        ASSERT_TRUE(DeleteFileW((install + file).c_str()));
+    EXPECT_EQ(run(), "");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"InstallPackageError"), L"DynamoControl.exe");
+
+    // With /NoDriver nothing is asked of the driver, even when none is recorded.
+    options.noDriver = true;
+    e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version");
+    run();
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version"));
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kRoot);
+}
+}
