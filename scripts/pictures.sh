@@ -2,7 +2,8 @@
 # Renders the wizard's pages and message boxes to <build>/pictures/*.png, at 100% and 150%
 # scale: the setup program runs on the sample setup folder in Wine's virtual desktop on a
 # private X server (Xvfb), is driven by keys (xdotool) as a user would, and each state is
-# photographed and cut to the windows shown. The Wine prefix of the build lends its display
+# photographed and cut to the windows shown: every page from the language question to the
+# finish page (with and without a restart pending) and the wizard's boxes. The Wine prefix of the build lends its display
 # driver and scale for the run and gets them back afterwards.
 #   IW_PICTURE_SCALES  the scales in DPI (default "96 144")
 set -uo pipefail
@@ -42,6 +43,9 @@ export DISPLAY=":$n"
 Xvfb "$DISPLAY" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 
+# "Restart" must never end the session of the machine the pictures are made on.
+export IW_TEST_ONLY_NO_EXIT_WINDOWS=1
+
 set_scale() {
   wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
   wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >/dev/null 2>&1
@@ -67,6 +71,13 @@ start_setup() {   # extra arguments for the setup program
   wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
   rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
   [ -n "${preset:-}" ] && wine reg add 'HKCU\Software\Halvard\Sonora 32\Installer' /v 'Run Auto Install' /t REG_DWORD /d 1 /f >/dev/null 2>&1
+  # With lock=1 the shell extension is in use (HoldLock.exe, a test tool) while it installs.
+  if [ -n "${lock:-}" ]; then
+    mkdir -p "$WINEPREFIX/drive_c/Program Files/Halvard/Sonora"
+    wine "$build/win/bin/HoldLock.exe" 'C:\Program Files\Halvard\Sonora\HVShellExt.dll' IWPicturesLock >/dev/null 2>&1 &
+    locker=$!
+    sleep 2
+  fi
   (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "$@") >/dev/null 2>&1 &
   runner=$!
   desk=
@@ -77,6 +88,7 @@ start_setup() {   # extra arguments for the setup program
   done
   sleep 3
 }
+release_lock() { [ -n "${locker:-}" ] && kill "$locker" 2>/dev/null; wait "${locker:-}" 2>/dev/null; locker=; }
 key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
 shot() {   # name
@@ -130,10 +142,31 @@ for dpi in $scales; do
   typed 'C:\Program Files\Halvard\Sonora'
   key Return
   shot 06-copying
+  key Escape
+  shot 20-cancel-unavailable
+  key Return
   sleep 6
   shot 07-file-associations
   key Return
+  shot 08-shortcuts
+  key Return
+  shot 09-finish
+  key Return
   end_setup
+
+  # A file in use: the finish page offers the restart and asks before it; "Restart" then
+  # ends the run (the session itself is left alone, IW_TEST_ONLY_NO_EXIT_WINDOWS above).
+  lock=1 start_setup
+  key Escape
+  key Return
+  key Return
+  sleep 8
+  shot 09-finish-restart
+  key Return
+  shot 21-confirm-restart
+  key Return
+  end_setup
+  release_lock
 
   # The countdown of an automatic install that the last run asked for.
   preset=1 start_setup

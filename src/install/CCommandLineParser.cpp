@@ -5,6 +5,7 @@ namespace
 enum OptionIndex
 {
     kDistributorId,
+    kDir,
     kSilent,
     kUpgrade,
     kNoAssociations,
@@ -18,8 +19,9 @@ enum OptionIndex
     kHelp,
 };
 
-// "/Log=C:\x.log", "/Log C:\x.log", "/Log "C:\My Logs\x.log"" all name the same file.
-HVString LogPathFrom(HVString rest)
+// "/Log=C:\x.log", "/Log C:\x.log", "/Log "C:\My Logs\x.log"" all name the same file; the
+// same for "/Dir".
+HVString PathFrom(HVString rest)
 {
     rest.Trim();
     if (!rest.IsEmpty() && rest[0] == u'=')
@@ -33,6 +35,7 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
 {
     static const std::vector<Option> options = {
         {u"DistributorID", u"/DistributorID <id>\tRecord the distributor's identifier with the installation."},
+        {u"Dir", u"/Dir=<folder>\tInstall to <folder> (the destination page's checks still apply)."},
         {u"Silent", u"/Silent\tInstall without asking anything; every question is answered Yes."},
         {u"Upgrade", u"/Upgrade\tUpgrade the existing installation with its settings."},
         {u"NoAssociations", u"/NoAssociations\tLeave the file associations as they are."},
@@ -74,6 +77,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
             options.distributorId = rest;
             options.distributorId.Trim();
             break;
+        case kDir: options.destinationFolder = PathFrom(rest); break;
         case kSilent: options.silent = true; break;
         case kUpgrade: options.upgrade = true; break;
         case kNoAssociations: options.noAssociations = true; break;
@@ -84,7 +88,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
         case kRegFileAssociations: options.regFileAssociations = true; break;
         case kLog:
             options.log = true;
-            options.logPath = LogPathFrom(rest);
+            options.logPath = PathFrom(rest);
             break;
         case kQuestion:
         case kHelp: options.help = true; break;

@@ -185,6 +185,10 @@ const std::vector<MachineTrace>& InstallerTraces()
         {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVSystemNotes.txt"},
         {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVSystemNotes.txt"},
         {Kind::File, nullptr, L"%SystemRoot%\\Fonts\\DejaVuSans.ttf"},
+        {Kind::Folder, nullptr, L"%SystemDrive%\\Sonora Elsewhere"},
+        {Kind::Folder, nullptr, L"%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\Sonora"},
+        {Kind::File, nullptr, L"%USERPROFILE%\\Desktop\\Sonora.lnk"},
+        {Kind::File, nullptr, L"%APPDATA%\\Microsoft\\Internet Explorer\\Quick Launch\\Sonora.lnk"},
     };
     return traces;
 }
