@@ -45,6 +45,9 @@ if [ "$mode" = window ]; then
   trap restore_driver EXIT
   echo "== Install Wizard in a window on $DISPLAY"
 else
+  # The server holds the output of the programs it served: ended with the demo, so that
+  # "make demo | tail" returns at once.
+  trap 'wineserver -k >/dev/null 2>&1' EXIT
   args="${IW_DEMO_ARGS-/Silent}"
   limit="${IW_DEMO_TIMEOUT:-180}"
   echo "== Install Wizard headless (no display): Wine's null graphics driver"

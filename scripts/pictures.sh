@@ -46,6 +46,15 @@ xvfb=$!
 # "Restart" must never end the session of the machine the pictures are made on.
 export IW_TEST_ONLY_NO_EXIT_WINDOWS=1
 
+# What an install left: its settings, program folder and shortcuts (the desktop one would
+# show in the next pictures).
+forget_install() {
+  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
+  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  rm -rf "$WINEPREFIX"/drive_c/users/*/AppData/Roaming/Microsoft/Windows/"Start Menu"/Programs/Sonora
+  rm -f "$WINEPREFIX"/drive_c/users/*/Desktop/Sonora.lnk
+}
+
 set_scale() {
   wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
   wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >/dev/null 2>&1
@@ -55,8 +64,7 @@ restore() {
   set_scale 96
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
   wine reg delete "$other_key" /f >/dev/null 2>&1
-  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
-  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  forget_install
   wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
   kill "$xvfb" 2>/dev/null
 }
@@ -68,8 +76,7 @@ wine reg add "$other_key" /v InstallLocation /d 'C:\Program Files\Other Vendor\T
 
 desk=
 start_setup() {   # extra arguments for the setup program
-  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
-  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  forget_install
   [ -n "${preset:-}" ] && wine reg add 'HKCU\Software\Halvard\Sonora 32\Installer' /v 'Run Auto Install' /t REG_DWORD /d 1 /f >/dev/null 2>&1
   # With lock=1 the shell extension is in use (HoldLock.exe, a test tool) while it installs.
   if [ -n "${lock:-}" ]; then
