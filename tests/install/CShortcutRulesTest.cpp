@@ -24,6 +24,7 @@ TEST(CShortcutRules, DefaultsFollowTheKindOfInstall)
         {"express reinstall, same version", true, false, true, kVersion, 1012, false, false, false},
         {"portable over an earlier installation", true, true, false, -1, 1006, true, true, true},
         {"unknown Windows keeps Quick Launch", false, false, false, -1, 0, true, true, true},
+        {"Vista: no Quick Launch", false, false, false, -1, 1008, true, true, false},
         {"a code beyond the Windows range", false, false, false, -1, 2000, true, true, true},
     };
     for (const auto& c : cases) {
@@ -36,13 +37,5 @@ TEST(CShortcutRules, DefaultsFollowTheKindOfInstall)
         EXPECT_EQ(choice.desktop, c.desktop) << c.name;
         EXPECT_EQ(choice.quickLaunch, c.quickLaunch) << c.name;
     }
-}
-
-TEST(CShortcutRules, QuickLaunchEndsWithVista)
-{
-    for (const int32_t code : {0, 1000, 1005, 1007, 2000})
-        EXPECT_TRUE(CShortcutRules::QuickLaunchOffered(code)) << code;
-    for (const int32_t code : {1008, 1009, 1013, 1999})
-        EXPECT_FALSE(CShortcutRules::QuickLaunchOffered(code)) << code;
 }
 }

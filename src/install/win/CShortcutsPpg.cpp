@@ -86,9 +86,7 @@ bool CShortcutsPpg::NextPressed()
     choice_.startMenu = startMenu_.IsChecked();
     choice_.desktop = desktop_.IsChecked();
     choice_.quickLaunch = quickLaunchBox_ && quickLaunch_.IsChecked();
-    CRegistryWriter installer(InstallWizard().Changes(), Product().GetRegistryHive(), Product().GetInstallerKey());
-    if (installer.Open())
-        installer.SetDWORD(u"Create Start Menu", choice_.startMenu ? 1 : 0);
+    SetInstallerValue(u"Create Start Menu", choice_.startMenu ? 1 : 0);
     return LeaveCheck();
 }
 
@@ -111,9 +109,7 @@ bool CShortcutsPpg::LeaveCheck()
 void CShortcutsPpg::MakeStartMenu(CShortcutWriter& writer, const HVString& installFolder) const
 {
     const CProductIdentity& product = Product();
-    CRegistryWriter installer(InstallWizard().Changes(), product.GetRegistryHive(), product.GetInstallerKey());
-    if (installer.Open())
-        installer.SetDWORD(u"Start Menu Version", static_cast<DWORD>(product.GetVersionInteger()));
+    SetInstallerValue(u"Start Menu Version", static_cast<DWORD>(product.GetVersionInteger()));
     const HVString folder = HVProductPaths::GetStartMenuProgramsFolder() + product.GetStartMenuFolderName() + u"\\";
     std::vector<CShortcutWriter::Shortcut> shortcuts;
     for (const CShortcutRules::StartMenuEntry& entry : CShortcutRules::StartMenuEntries()) {
@@ -133,6 +129,13 @@ void CShortcutsPpg::MakeStartMenu(CShortcutWriter& writer, const HVString& insta
         return;
     for (const CShortcutWriter::Shortcut& shortcut : shortcuts)
         writer.Write(shortcut);
+}
+
+void CShortcutsPpg::SetInstallerValue(const char16_t* name, DWORD value) const
+{
+    CRegistryWriter installer(InstallWizard().Changes(), Product().GetRegistryHive(), Product().GetInstallerKey());
+    if (installer.Open())
+        installer.SetDWORD(name, value);
 }
 
 void CShortcutsPpg::MakeProgramShortcut(CShortcutWriter& writer, const HVString& installFolder, const HVString& folder,

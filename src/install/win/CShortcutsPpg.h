@@ -5,6 +5,8 @@
 #include "toolkit/win/HVCheckBox.h"
 #include "toolkit/win/HVStaticText.h"
 
+#include <windows.h>
+
 class CShortcutWriter;
 
 // The shortcuts to the installed program: the product's Start Menu folder, a desktop
@@ -27,6 +29,8 @@ public:
     bool LeaveCheck() override;
 
 private:
+    // A DWORD under the product's "Installer" key, noted for the uninstall.
+    void SetInstallerValue(const char16_t* name, DWORD value) const;
     void MakeStartMenu(CShortcutWriter& writer, const HVString& installFolder) const;
     // The program's own shortcut (the launcher) in `folder`, made when the launcher exists.
     void MakeProgramShortcut(CShortcutWriter& writer, const HVString& installFolder, const HVString& folder,
