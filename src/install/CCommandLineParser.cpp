@@ -7,6 +7,7 @@ enum OptionIndex
     kDistributorId,
     kDir,
     kSilent,
+    kSuppressMessages,
     kUpgrade,
     kNoAssociations,
     kNoDependencies,
@@ -37,6 +38,8 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
         {u"DistributorID", u"/DistributorID <id>\tRecord the distributor's identifier with the installation."},
         {u"Dir", u"/Dir=<folder>\tInstall to <folder> (the destination page's checks still apply)."},
         {u"Silent", u"/Silent\tInstall without asking anything; every question is answered Yes."},
+        {u"SuppressMessages", u"/SuppressMessages\tShow no message box: each takes its default answer and goes to the log. "
+                              u"For deployment tools: /Silent /SuppressMessages /Log=<file>."},
         {u"Upgrade", u"/Upgrade\tUpgrade the existing installation with its settings."},
         {u"NoAssociations", u"/NoAssociations\tLeave the file associations as they are."},
         {u"NoDependencies", u"/NoDependencies\tDo not install the components the program depends on."},
@@ -79,6 +82,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
             break;
         case kDir: options.destinationFolder = PathFrom(rest); break;
         case kSilent: options.silent = true; break;
+        case kSuppressMessages: options.suppressMessages = true; break;
         case kUpgrade: options.upgrade = true; break;
         case kNoAssociations: options.noAssociations = true; break;
         case kNoDependencies: options.noDependencies = true; break;

@@ -9,6 +9,7 @@ struct InstallOptions
 {
     // From the command line.
     bool silent = false;         // "/Silent": no questions; the affirmative answer is taken
+    bool suppressMessages = false; // "/SuppressMessages": no box is shown; each takes its default answer
     bool upgrade = false;        // "/Upgrade": upgrade of an existing installation
     bool noAssociations = false; // "/NoAssociations"
     bool noDependencies = false; // "/NoDependencies"

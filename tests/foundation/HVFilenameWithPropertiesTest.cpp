@@ -66,11 +66,17 @@ TEST(HVFilenameWithPropertiesTest, WritesTheXmlfnFormExactly)
               "<Item Name=\"PostExtensionData\">a=1&amp;b=&quot;2&quot;</Item></XMLFN>");
 }
 
+// A path without properties is written as itself, and any text that is not a whole XMLFN
+// document reads back as a bare path.
 TEST(HVFilenameWithPropertiesTest, BarePathsRoundTripByteForByte)
 {
     const char16_t* paths[] = {
         u"", u"C:\\Program Files\\Halvard\\a&b.txt", u"  spaced  ", u"\\\\server\\share\\x",
-        u"http://host/get?a=1&b=2", u"<not xml", u"<XMLFNx/>", u"\U0001F600\u00e9",
+        u"http://host/get?a=1&b=2", u"<not xml", u"<XMLFNx/>", u"\U0001F600\u00e9", u"<XMLFN",
+        u"<XMLFN version=\"1.0\"><Item Name=\"Filename\">x</Item>",   // not ended
+        u"<XMLFN><Item Name=\"Filename\">x</Item></XMLFN>",             // no version
+        u"<XMLFN version='1.0'/><extra/>", u"<XMLFN version='1.0'><Item Name='Filename'>x</Item></XMLFN",
+        u"<XMLFNS version='1.0'/>", u" <XMLFN version='1.0'/>",
     };
     for (const char16_t* p : paths) {
         const HVString path(p);
@@ -86,15 +92,9 @@ TEST(HVFilenameWithPropertiesTest, BarePathsRoundTripByteForByte)
 
 TEST(HVFilenameWithPropertiesTest, AnyPathAndValuesSurviveARoundTrip)
 {
-    struct Case
-    {
-        const char16_t* path;
-        std::vector<std::pair<const char16_t*, const char16_t*>> properties;
-    };
+    struct Case { const char16_t* path; std::vector<std::pair<const char16_t*, const char16_t*>> properties; };
     const Case cases[] = {
-        {u"C:\\a&b.mp3", {{u"FileType", u"mp3"}}},
-        {u"x", {{u"k", u""}}},
-        {u"", {{u"k", u"v"}}},
+        {u"C:\\a&b.mp3", {{u"FileType", u"mp3"}}}, {u"x", {{u"k", u""}}}, {u"", {{u"k", u"v"}}},
         {u"p", {{u"quotes \"'", u"<tag attr='v'>&amp;</tag>"}, {u"second", u"]]> --> ?>"}}},
         {u"  lead and trail  ", {{u"ws", u"\r\n\t x \r\n"}}},
         {u"\u00e9\U0001F600", {{u"\u4e2d\u6587", u"&#65; &bogus; &"}}},
@@ -114,23 +114,8 @@ TEST(HVFilenameWithPropertiesTest, AnyPathAndValuesSurviveARoundTrip)
     }
 }
 
-TEST(HVFilenameWithPropertiesTest, TextsThatAreNotXmlfnAreBarePaths)
+TEST(HVFilenameWithPropertiesTest, ItemsOtherThanNamedItemsArePassedOver)
 {
-    const char16_t* texts[] = {
-        u"<XMLFN",
-        u"<XMLFN version=\"1.0\"><Item Name=\"Filename\">x</Item>",   // not ended
-        u"<XMLFN><Item Name=\"Filename\">x</Item></XMLFN>",             // no version
-        u"<XMLFN version='1.0'/><extra/>",
-        u"<XMLFN version='1.0'><Item Name='Filename'>x</Item></XMLFN",
-        u"<XMLFNS version='1.0'/>",
-        u" <XMLFN version='1.0'/>",
-    };
-    for (const char16_t* t : texts) {
-        const HVFilenameWithProperties read = HVFilenameWithProperties::Read(t);
-        EXPECT_EQ(read.GetPath(), HVString(t));
-        EXPECT_TRUE(read.GetProperties().IsEmpty());
-    }
-    // Well formed: items other than Item, and Items without a Name, are passed over.
     const HVFilenameWithProperties read = HVFilenameWithProperties::Read(
         u"<XMLFN version='2'>\r\n <Item Name='Filename'>C:\\x</Item>\r\n <Other Name='o'>1</Other>"
         u"<Item>nameless</Item><Item Name='k'>v</Item></XMLFN>");

@@ -10,34 +10,23 @@
 
 namespace
 {
-TEST(HVLogTest, NothingIsWrittenWithoutALogger)
+TEST(HVLogTest, LineCarriesLevelSourceAndFormattedMessageCutWhenLong)
 {
     HVLog::SetLogger(nullptr);
     HVLog::Write(1, "A::B", u"%s", u"x");   // must not crash or format
     EXPECT_EQ(HVLog::GetLogger(), nullptr);
-}
-
-TEST(HVLogTest, LineCarriesLevelSourceAndFormattedMessage)
-{
     RecordingLogger log;
     HVLog::Write(HVLog::kError, "HVFileSystem::DeleteFile", u"Error %d deleting existing file: %s", 5, u"C:\\x");
+    const HVString junk(std::u16string(HVLog::kMaxMessageLength + 1000, u'x'));
+    HVLog::Write(HVLog::kWarning, "A::B", u"%s", junk);
+    HVLog::Write(HVLog::kWarning, "A::B", u"%s", junk.Left(HVLog::kMaxMessageLength));
     const auto lines = log.Lines();
-    ASSERT_EQ(lines.size(), 1u);
+    ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines[0].level, 1);
     EXPECT_EQ(lines[0].Text(), "HVFileSystem::DeleteFile: Error 5 deleting existing file: C:\\x");
-}
-
-TEST(HVLogTest, ALongMessageIsCutWithANoteOfHowMuch)
-{
-    RecordingLogger log;
-    const HVString junk(std::u16string(HVLog::kMaxMessageLength + 1000, u'x'));
-    HVLog::Write(HVLog::kError, "A::B", u"%s", junk);
-    HVLog::Write(HVLog::kError, "A::B", u"%s", junk.Left(HVLog::kMaxMessageLength));
-    const auto lines = log.Lines();
-    ASSERT_EQ(lines.size(), 2u);
     const std::string kept(HVLog::kMaxMessageLength, 'x');
-    EXPECT_EQ(lines[0].message, kept + " [... 1000 more characters cut]");
-    EXPECT_EQ(lines[1].message, kept);
+    EXPECT_EQ(lines[1].message, kept + " [... 1000 more characters cut]");
+    EXPECT_EQ(lines[2].message, kept);
 }
 
 TEST(HVLogTest, TimerLogsStartAndFinish)

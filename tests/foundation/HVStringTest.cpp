@@ -12,21 +12,20 @@ int32_t Refs(const HVString& s) { return s.GetData()->refs.load(); }
 
 TEST(HVStringTest, EmptyStringsShareTheManagersStaticBuffer)
 {
-    HVString a;
-    HVString b(u"");
-    HVString c(u"x");
+    HVString a, b(u""), c(u"x"), d(u"abc"), e;
     c.Empty();
-    HVString d(u"abc");
     d.Delete(0, 3);
+    e.GetBuffer(20);
+    e.ReleaseBuffer(0);
     HVStringData* nil = HVDefaultStringManager::Instance().GetNil();
-    for (const HVString* s : {&a, &b, &c, &d}) {
+    for (const HVString* s : {&a, &b, &c, &d, &e}) {
         EXPECT_EQ(s->GetData(), nil);
         EXPECT_EQ(Refs(*s), HVStringData::kStaticRefs);
         EXPECT_EQ(s->c_str()[0], u'\0');
     }
 }
 
-TEST(HVStringTest, CopiesShareUntilOneWrites)
+TEST(HVStringTest, CopiesShareUntilOneWritesButNeverALockedBuffer)
 {
     HVString a(u"shared text");
     HVString b(a);
@@ -38,11 +37,9 @@ TEST(HVStringTest, CopiesShareUntilOneWrites)
     EXPECT_EQ(b, u"Shared text");
     EXPECT_EQ(Refs(a), 1);
     EXPECT_EQ(Refs(b), 1);
-}
 
-TEST(HVStringTest, LockedBufferIsNeverShared)
-{
-    HVString a(u"abc");
+    // A locked buffer is never shared.
+    a = u"abc";
     char16_t* p = a.GetBuffer(10);
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(Refs(a), HVStringData::kLockedRefs);
@@ -55,14 +52,6 @@ TEST(HVStringTest, LockedBufferIsNeverShared)
     EXPECT_EQ(a, u"abcd");
     EXPECT_EQ(Refs(a), 1);
     EXPECT_EQ(copy, u"abc");
-}
-
-TEST(HVStringTest, ReleaseBufferToZeroReturnsToTheEmptyBuffer)
-{
-    HVString a;
-    a.GetBuffer(20);
-    a.ReleaseBuffer(0);
-    EXPECT_EQ(a.GetData(), HVDefaultStringManager::Instance().GetNil());
 }
 
 TEST(HVStringTest, SelfReferentialOperations)
@@ -80,16 +69,10 @@ TEST(HVStringTest, SelfReferentialOperations)
     EXPECT_EQ(s, u"cdefcdefcdefcdef");
 }
 
-struct FormatCase
-{
-    const char16_t* expected;
-    HVString actual;
-};
-
 TEST(HVStringTest, Format)
 {
     const HVString name(u"Sonora");
-    const FormatCase cases[] = {
+    const std::pair<const char16_t*, HVString> cases[] = {
         {u"Finish (result: 3) (12 ms)", HVString::Format(u"Finish (result: %d) (%d ms)", 3, int64_t{12})},
         {u"Rights Check (1234567890123)", HVString::Format(u"Rights Check (%I64d)", int64_t{1234567890123})},
         {u"32.0.0.0", HVString::Format(u"%d.%d.%d.%d", 32, 0, 0, 0)},
@@ -108,28 +91,20 @@ TEST(HVStringTest, Format)
         {u"18446744073709551615", HVString::Format(u"%u", UINT64_MAX)},
         {u"\u00e9t\u00e9", HVString::Format(u"%s", "\xc3\xa9t\xc3\xa9")},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(c.actual, c.expected);
+    for (const auto& [expected, actual] : cases)
+        EXPECT_EQ(actual, expected);
 }
 
-struct Utf8Case
-{
-    std::string utf8;
-    std::u16string utf16;
-};
+using Utf8Case = std::pair<std::string, std::u16string>;
 
 TEST(HVStringTest, Utf8RoundTripAndRepair)
 {
     const Utf8Case good[] = {
-        {"", u""},
-        {"plain", u"plain"},
-        {"\xc3\xa9", u"\u00e9"},
-        {"\xe2\x82\xac", u"\u20ac"},
-        {"\xf0\x9f\x8e\xb5", u"\U0001F3B5"},
+        {"", u""}, {"plain", u"plain"}, {"\xc3\xa9", u"\u00e9"}, {"\xe2\x82\xac", u"\u20ac"}, {"\xf0\x9f\x8e\xb5", u"\U0001F3B5"},
     };
-    for (const auto& c : good) {
-        EXPECT_EQ(HVString::FromUtf8(c.utf8), c.utf16);
-        EXPECT_EQ(HVString(c.utf16).ToUtf8(), c.utf8);
+    for (const auto& [utf8, utf16] : good) {
+        EXPECT_EQ(HVString::FromUtf8(utf8), utf16);
+        EXPECT_EQ(HVString(utf16).ToUtf8(), utf8);
     }
     const Utf8Case bad[] = {
         {"\xff", u"\uFFFD"},
@@ -138,26 +113,17 @@ TEST(HVStringTest, Utf8RoundTripAndRepair)
         {"\xed\xa0\x80", u"\uFFFD"},           // encoded surrogate
         {"\xf4\x90\x80\x80", u"\uFFFD"},       // above U+10FFFF
     };
-    for (const auto& c : bad)
-        EXPECT_EQ(HVString::FromUtf8(c.utf8), c.utf16) << c.utf8;
+    for (const auto& [utf8, utf16] : bad)
+        EXPECT_EQ(HVString::FromUtf8(utf8), utf16) << utf8;
     const char16_t lone[] = {u'a', 0xD800, u'b', 0};
     EXPECT_EQ(HVString(lone).ToUtf8(), "a\xef\xbf\xbd" "b");
 }
 
 TEST(HVStringTest, CaseInsensitiveComparison)
 {
-    const struct
-    {
-        const char16_t* a;
-        const char16_t* b;
-        int expected;
-    } cases[] = {
-        {u"C:\\Program Files", u"c:\\PROGRAM FILES", 0},
-        {u"\u00e9cole", u"\u00c9COLE", 0},
-        {u"\u0434\u043e\u043c", u"\u0414\u041e\u041c", 0},
-        {u"abc", u"abd", -1},
-        {u"abc", u"ab", 1},
-        {u"", u"", 0},
+    const struct { const char16_t* a; const char16_t* b; int expected; } cases[] = {
+        {u"C:\\Program Files", u"c:\\PROGRAM FILES", 0}, {u"\u00e9cole", u"\u00c9COLE", 0},
+        {u"\u0434\u043e\u043c", u"\u0414\u041e\u041c", 0}, {u"abc", u"abd", -1}, {u"abc", u"ab", 1}, {u"", u"", 0},
     };
     for (const auto& c : cases)
         EXPECT_EQ(HVString(c.a).CompareNoCase(c.b), c.expected) << HVString(c.a).ToUtf8();
@@ -168,15 +134,12 @@ TEST(HVStringTest, SearchAndEdit)
     HVString s(u"  Install Wizard  ");
     s.Trim();
     EXPECT_EQ(s, u"Install Wizard");
-    EXPECT_EQ(s.Find(u"Wiz"), 8);
-    EXPECT_EQ(s.FindNoCase(u"WIZ"), 8);
-    EXPECT_EQ(s.Find(u"wiz"), HVString::npos);
-    EXPECT_EQ(s.ReverseFind(u'a'), 11);
-    EXPECT_EQ(s.FindOneOf(u"zW"), 8);
-    EXPECT_EQ(s.Left(7), u"Install");
-    EXPECT_EQ(s.Right(6), u"Wizard");
-    EXPECT_EQ(s.Mid(8, 3), u"Wiz");
-    EXPECT_EQ(s.Mid(100), u"");
+    for (const auto& [found, at] : {std::pair{s.Find(u"Wiz"), 8}, {s.FindNoCase(u"WIZ"), 8}, {s.Find(u"wiz"), HVString::npos},
+                                    {s.ReverseFind(u'a'), 11}, {s.FindOneOf(u"zW"), 8}})
+        EXPECT_EQ(found, at);
+    for (const auto& [part, expected] : {std::pair{s.Left(7), u"Install"}, {s.Right(6), u"Wizard"}, {s.Mid(8, 3), u"Wiz"},
+                                         {s.Mid(100), u""}})
+        EXPECT_EQ(part, expected);
     EXPECT_TRUE(s.StartsWithNoCase(u"INSTALL"));
     EXPECT_TRUE(s.EndsWith(u"ard"));
     HVString r(u"a.b.c");
@@ -200,9 +163,7 @@ TEST(HVStringTest, AppendIsAmortisedLinear)
     EXPECT_GE(s.GetData()->capacity, 100000);
 }
 
-// Many threads copy and drop one shared buffer while others make their own copies and write
-// to them. Run under ThreadSanitizer this finds unsynchronised counting; under AddressSanitizer
-// it finds a buffer freed while still in use.
+// Under ThreadSanitizer: unsynchronised counting; under AddressSanitizer: a buffer freed in use.
 TEST(HVStringConcurrentTest, CopiesAndReleasesFromManyThreads)
 {
     const HVString shared(u"a string shared by every thread of this test");

@@ -44,117 +44,84 @@ void ExpectLinksConsistent(const HVXMLDocument& doc, HVXMLDocument::Elem e)
     }
 }
 
-struct ErrorCase
-{
-    const char16_t* doc;
-    const char* error;
-    bool wellFormed;
-};
-
+// An empty error text means a well-formed document.
 TEST(HVXMLDocumentTest, ErrorTextsAndOffsets)
 {
-    const ErrorCase cases[] = {
-        {u"", "Empty document", false},
-        {u"   \r\n", "No root element", false},
-        {u"<a/><b/>", "Root element has sibling", false},
-        {u"<a><b></a>", "End tag 'a' at offset 7 does not match start tag 'b' at offset 3", false},
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u"", "Empty document"}, {u"   \r\n", "No root element"}, {u"<a/><b/>", "Root element has sibling"},
+        {u"<a><b></a>", "End tag 'a' at offset 7 does not match start tag 'b' at offset 3"},
         {u"<a><b><c></a>",
          "End tag 'a' at offset 10 does not match start tag 'c' at offset 6, "
-         "End tag 'a' at offset 10 does not match start tag 'b' at offset 3",
-         false},
-        {u"<a></b>", "No start tag for end tag 'b' at offset 4, Element 'a' at offset 0 not ended", false},
-        {u"<a></>", "No start tag for end tag '' at offset 4, Element 'a' at offset 0 not ended", false},
-        {u"<1a/>", "Incorrect tag name character at offset 0, No root element", false},
-        {u"<a>< b/></a>", "Incorrect tag name character at offset 3", false},
-        {u"<a><!-x--></a>", "Incorrect comment tag at offset 3", false},
-        {u"<a><![x]]></a>", "Incorrect tag at offset 3", false},
-        {u"<a><!x></a>", "Incorrect ! tag at offset 3", false},
-        {u"<!DOCTYPE a [<x>]><a/>", "Incorrect ! tag at offset 13", false},
-        {u"<!DOCTYPE a [<!-- c -->]><a/>", "Incorrect ! tag at offset 13", false},
-        {u"<a><!-- x", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
-        {u"<a><![CDATA[x]]", "CDATA Section at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
-        {u"<a><?pi x?", "Processing instruction at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
-        {u"<!DOCTYPE a [<!ENTITY x 'y'>", "Doctype at offset 0 unterminated, No root element", false},
-        {u"<a x='1>", "Element tag at offset 0 unterminated, No root element", false},
-        {u"<a></a", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
-        {u"<a/><", "tag at offset 4 unterminated", false},
+         "End tag 'a' at offset 10 does not match start tag 'b' at offset 3"},
+        {u"<a></b>", "No start tag for end tag 'b' at offset 4, Element 'a' at offset 0 not ended"},
+        {u"<a></>", "No start tag for end tag '' at offset 4, Element 'a' at offset 0 not ended"},
+        {u"<1a/>", "Incorrect tag name character at offset 0, No root element"},
+        {u"<a>< b/></a>", "Incorrect tag name character at offset 3"},
+        {u"<a><!-x--></a>", "Incorrect comment tag at offset 3"},
+        {u"<a><![x]]></a>", "Incorrect tag at offset 3"},
+        {u"<a><!x></a>", "Incorrect ! tag at offset 3"},
+        {u"<!DOCTYPE a [<x>]><a/>", "Incorrect ! tag at offset 13"},
+        {u"<!DOCTYPE a [<!-- c -->]><a/>", "Incorrect ! tag at offset 13"},
+        {u"<a><!-- x", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended"},
+        {u"<a><![CDATA[x]]", "CDATA Section at offset 3 unterminated, Element 'a' at offset 0 not ended"},
+        {u"<a><?pi x?", "Processing instruction at offset 3 unterminated, Element 'a' at offset 0 not ended"},
+        {u"<!DOCTYPE a [<!ENTITY x 'y'>", "Doctype at offset 0 unterminated, No root element"},
+        {u"<a x='1>", "Element tag at offset 0 unterminated, No root element"},
+        {u"<a></a", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended"},
+        {u"<a/><", "tag at offset 4 unterminated"},
         {u"<?xml version=\"1.0\"?>\n<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a x CDATA #IMPLIED>"
-         u"<!ENTITY e 'v'><!NOTATION n SYSTEM 'n'>]>\n<!-- c --><a x='>'><![CDATA[<]]></a>\n",
-         "", true},
-        {u"<a attr='x>y' b=\"it's\"/>", "", true},
-        {u"<a>text</a>trailing text", "", true},
-        {u"<a><!----><!-- - --></a>", "", true},
-        {u"<a><!---></a>", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended", false},
+         u"<!ENTITY e 'v'><!NOTATION n SYSTEM 'n'>]>\n<!-- c --><a x='>'><![CDATA[<]]></a>\n", ""},
+        {u"<a attr='x>y' b=\"it's\"/>", ""},
+        {u"<a>text</a>trailing text", ""},
+        {u"<a><!----><!-- - --></a>", ""},
+        {u"<a><!---></a>", "Comment at offset 3 unterminated, Element 'a' at offset 0 not ended"},
     };
-    for (const ErrorCase& c : cases) {
+    for (const auto& [text, error] : cases) {
         HVXMLDocument doc;
-        EXPECT_EQ(doc.SetDoc(c.doc), c.wellFormed) << U8(c.doc);
-        EXPECT_EQ(doc.IsWellFormed(), c.wellFormed) << U8(c.doc);
-        EXPECT_EQ(U8(doc.GetError()), c.error) << U8(c.doc);
-        const bool illFormedFlag =
-            (doc.GetRecord(0)->flags & HVXMLElementRecord::kDocumentIllFormed) != 0;
-        EXPECT_EQ(illFormedFlag, !c.wellFormed) << U8(c.doc);
+        const bool wellFormed = *error == 0;
+        EXPECT_EQ(doc.SetDoc(text), wellFormed) << U8(text);
+        EXPECT_EQ(doc.IsWellFormed(), wellFormed) << U8(text);
+        EXPECT_EQ(U8(doc.GetError()), error) << U8(text);
+        EXPECT_EQ((doc.GetRecord(0)->flags & HVXMLElementRecord::kDocumentIllFormed) != 0, !wellFormed) << U8(text);
         ExpectLinksConsistent(doc, 0);
     }
 }
 
-struct TreeCase
-{
-    const char16_t* doc;
-    const char* tree;
-};
-
 TEST(HVXMLDocumentTest, NotEndedElementsHandTheirChildrenToTheirParent)
 {
-    const TreeCase cases[] = {
-        {u"<a><b>text</a>", "a(b!)"},
-        {u"<a><b><c/></a>", "a(b! c)"},
-        {u"<r><a><b><c/></b></r>", "r(a! b(c))"},
-        {u"<r><x><y></z></r>", "r(x! y!)"},
-        {u"<a><b><c>", "a! b! c!"},
-        {u"<a><b/><c><d/>", "a! b c! d"},
-        {u"<r><p><q><s/></q><t/></r><u/>", "r(p! q(s) t) u"},
-        {u"<r><a></b></a></r>", "r(a)"},
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u"<a><b>text</a>", "a(b!)"},     {u"<a><b><c/></a>", "a(b! c)"}, {u"<r><a><b><c/></b></r>", "r(a! b(c))"},
+        {u"<r><x><y></z></r>", "r(x! y!)"}, {u"<a><b><c>", "a! b! c!"},  {u"<a><b/><c><d/>", "a! b c! d"},
+        {u"<r><p><q><s/></q><t/></r><u/>", "r(p! q(s) t) u"},           {u"<r><a></b></a></r>", "r(a)"},
     };
-    for (const TreeCase& c : cases) {
+    for (const auto& [text, tree] : cases) {
         HVXMLDocument doc;
-        doc.SetDoc(c.doc);
-        EXPECT_EQ(Tree(doc, 0), c.tree) << U8(c.doc);
+        doc.SetDoc(text);
+        EXPECT_EQ(Tree(doc, 0), tree) << U8(text);
         ExpectLinksConsistent(doc, 0);
     }
 }
 
 TEST(HVXMLDocumentTest, RecordsHoldOffsetsLengthsAndFlags)
 {
-    //                0         1         2         3         4
-    //                0123456789012345678901234567890123456789012345
     HVXMLDocument doc;
     ASSERT_TRUE(doc.SetDoc(u"<root a='1'><child>text</child ><e/></root>"));
-    const HVXMLElementRecord* document = doc.GetRecord(0);
-    EXPECT_EQ(document->length, 43u);
-    const HVXMLDocument::Elem root = document->firstChild;
-    const HVXMLElementRecord* r = doc.GetRecord(root);
-    EXPECT_EQ(r->start, 0);
-    EXPECT_EQ(r->length, 43u);
-    EXPECT_EQ(doc.GetStartTagLength(root), 12u);
-    EXPECT_EQ(doc.GetEndTagLength(root), 7u);
-
-    const HVXMLDocument::Elem child = r->firstChild;
-    const HVXMLElementRecord* c = doc.GetRecord(child);
-    EXPECT_EQ(c->start, 12);
-    EXPECT_EQ(c->length, 20u);   // "<child>text</child >"
-    EXPECT_EQ(doc.GetEndTagLength(child), 9u);
-    EXPECT_EQ(c->Level(), 1u);
-
-    const HVXMLDocument::Elem e = c->nextSibling;
-    const HVXMLElementRecord* er = doc.GetRecord(e);
-    EXPECT_EQ(er->start, 32);
-    EXPECT_EQ(er->length, 4u);
-    EXPECT_EQ(doc.GetEndTagLength(e), 0u);
-    EXPECT_EQ(er->prevSibling, child);
-    EXPECT_EQ(c->prevSibling, e);   // the first child points to the last
-    EXPECT_EQ(doc.GetPrevSibling(child), 0u);
+    EXPECT_EQ(doc.GetRecord(0)->length, 43u);
     EXPECT_EQ(doc.GetElemCount(), 3u);
+    const struct { const char16_t* path; int32_t start; uint32_t length, startTag, endTag, level; } rows[] = {
+        {u"/root", 0, 43, 12, 7, 0}, {u"/root/child", 12, 20, 7, 9, 1}, {u"/root/e", 32, 4, 4, 0, 1}};
+    for (const auto& row : rows) {
+        const HVXMLDocument::Elem e = doc.Select(row.path);
+        ASSERT_EQ(doc.GetRecord(e)->start, row.start) << U8(row.path);
+        EXPECT_EQ(doc.GetRecord(e)->length, row.length) << U8(row.path);
+        EXPECT_EQ(doc.GetStartTagLength(e), row.startTag) << U8(row.path);
+        EXPECT_EQ(doc.GetEndTagLength(e), row.endTag) << U8(row.path);
+        EXPECT_EQ(doc.GetRecord(e)->Level(), row.level) << U8(row.path);
+    }
+    const HVXMLDocument::Elem child = doc.Select(u"/root/child"), e = doc.Select(u"/root/e");
+    EXPECT_EQ(doc.GetRecord(e)->prevSibling, child);
+    EXPECT_EQ(doc.GetRecord(child)->prevSibling, e);   // the first child points to the last
+    EXPECT_EQ(doc.GetPrevSibling(child), 0u);
 }
 
 TEST(HVXMLDocumentTest, ErrorsFlagTheElementThatHoldsThem)
@@ -173,30 +140,16 @@ TEST(HVXMLDocumentTest, ErrorsFlagTheElementThatHoldsThem)
     EXPECT_EQ(doc.GetRecord(doc.Select(u"/r/open"))->length, 6u);
 }
 
-struct DataCase
-{
-    const char16_t* doc;
-    const char16_t* path;
-    const char16_t* data;
-};
-
 TEST(HVXMLDocumentTest, ContentRules)
 {
-    const DataCase cases[] = {
-        {u"<a>x &amp;&#65;&#x42;&bogus; y</a>", u"/a", u"x &AB&bogus; y"},
-        {u"<a><![CDATA[<x>]]></a>", u"/a", u"<x>"},
-        {u"<a>\r\n  <![CDATA[in&amp;]]>\r\n</a>", u"/a", u"in&amp;"},
-        {u"<a>x<!--c-->y<?p d?>z</a>", u"/a", u"xyz"},
-        {u"<a> x <![CDATA[ y ]]> z </a>", u"/a", u" x  y  z "},
-        {u"<a>  spaced \r\n</a>", u"/a", u"  spaced \r\n"},
-        {u"<a>\n <!-- only a comment -->\n</a>", u"/a", u""},
-        {u"<a><b/>t</a>", u"/a", u""},
-        {u"<a/>", u"/a", u""},
-        {u"<a><b>text</a>", u"/a", u""},
-        {u"<a><b>text</a>", u"/a/b", u""},
-        {u"<a>t</x>u</a>", u"/a", u"tu"},
+    const struct { const char16_t* doc; const char16_t* path; const char16_t* data; } cases[] = {
+        {u"<a>x &amp;&#65;&#x42;&bogus; y</a>", u"/a", u"x &AB&bogus; y"}, {u"<a><![CDATA[<x>]]></a>", u"/a", u"<x>"},
+        {u"<a>\r\n  <![CDATA[in&amp;]]>\r\n</a>", u"/a", u"in&amp;"}, {u"<a>x<!--c-->y<?p d?>z</a>", u"/a", u"xyz"},
+        {u"<a> x <![CDATA[ y ]]> z </a>", u"/a", u" x  y  z "}, {u"<a>  spaced \r\n</a>", u"/a", u"  spaced \r\n"},
+        {u"<a>\n <!-- only a comment -->\n</a>", u"/a", u""}, {u"<a><b/>t</a>", u"/a", u""}, {u"<a/>", u"/a", u""},
+        {u"<a><b>text</a>", u"/a", u""}, {u"<a><b>text</a>", u"/a/b", u""}, {u"<a>t</x>u</a>", u"/a", u"tu"},
     };
-    for (const DataCase& c : cases) {
+    for (const auto& c : cases) {
         HVXMLDocument doc;
         doc.SetDoc(c.doc);
         const HVXMLDocument::Elem e = doc.Select(c.path);
@@ -207,70 +160,39 @@ TEST(HVXMLDocumentTest, ContentRules)
     }
 }
 
-struct DecodeCase
-{
-    const char16_t* text;
-    std::u16string decoded;
-};
-
 TEST(HVXMLDocumentTest, EntityDecoding)
 {
-    const DecodeCase cases[] = {
-        {u"&lt;&amp;&gt;&apos;&quot;", u"<&>'\""},
-        {u"&#65;&#x42;&#x6a;&#x6A;", u"ABjj"},
-        {u"&#0;&#x0;", u"&#0;&#x0;"},
-        {u"&#65", u"&#65"},
-        {u"&#;&#x;", u"&#;&#x;"},
-        {u"&#X41;", u"&#X41;"},
-        {u"&#6a;", u"&#6a;"},
-        {u"&#1114111;", u"\U0010FFFF"},
-        {u"&#1114112;", u"&#1114112;"},
+    const std::pair<const char16_t*, std::u16string> cases[] = {
+        {u"&lt;&amp;&gt;&apos;&quot;", u"<&>'\""}, {u"&#65;&#x42;&#x6a;&#x6A;", u"ABjj"}, {u"&#0;&#x0;", u"&#0;&#x0;"},
+        {u"&#65", u"&#65"},          {u"&#;&#x;", u"&#;&#x;"},         {u"&#X41;", u"&#X41;"},  {u"&#6a;", u"&#6a;"},
+        {u"&#1114111;", u"\U0010FFFF"}, {u"&#1114112;", u"&#1114112;"}, {u"&#x1F600;", u"\U0001F600"},
         {u"&#00000065;", u"&#00000065;"},   // eight digits: too many
         {u"&#0000065;", u"A"},              // seven are fine
-        {u"&#x1F600;", u"\U0001F600"},
-        {u"&amp", u"&amp"},
-        {u"&unknown;", u"&unknown;"},
-        {u"a&", u"a&"},
-        {u"&&amp;", u"&&"},
-        {u"&amp;amp;", u"&amp;"},
-        {u"&AMP;", u"&AMP;"},
+        {u"&amp", u"&amp"},          {u"&unknown;", u"&unknown;"},     {u"a&", u"a&"},          {u"&&amp;", u"&&"},
+        {u"&amp;amp;", u"&amp;"},    {u"&AMP;", u"&AMP;"},
     };
-    for (const DecodeCase& c : cases) {
-        EXPECT_EQ(HVXMLDocument::DecodeText(c.text).view(), c.decoded) << U8(c.text);
-        const HVString s(c.text);
-        EXPECT_EQ(HVXMLDocument::DecodeText(s.c_str(), s.GetLength()).view(), c.decoded) << U8(c.text);
+    for (const auto& [text, decoded] : cases) {
+        EXPECT_EQ(HVXMLDocument::DecodeText(text).view(), decoded) << U8(text);
+        const HVString s(text);
+        EXPECT_EQ(HVXMLDocument::DecodeText(s.c_str(), s.GetLength()).view(), decoded) << U8(text);
     }
     EXPECT_TRUE(HVXMLDocument::DecodeText(nullptr).IsEmpty());
     EXPECT_EQ(HVXMLDocument::DecodeText(u"&amp;stop", 5), u"&");
     EXPECT_EQ(HVXMLDocument::DecodeText(u"&amp;stop", 4), u"&amp");   // the ";" lies past the end
 }
 
-struct AttribCase
-{
-    const char16_t* doc;
-    const char16_t* name;
-    bool found;
-    const char16_t* value;
-};
-
 TEST(HVXMLDocumentTest, AttributesAreReadOnDemand)
 {
-    const AttribCase cases[] = {
-        {u"<a x=\"1\" y='2' z=3 w>", u"x", true, u"1"},
-        {u"<a x=\"1\" y='2' z=3 w>", u"z", true, u"3"},
-        {u"<a x=\"1\" y='2' z=3 w>", u"w", true, u""},
-        {u"<a x=\"1\" y='2' z=3 w>", u"q", false, u""},
-        {u"<a x=\"1\" y='2' z=3 w>", u"X", false, u""},
-        {u"<a\n\tx\t=\r\n\"a&amp;b\"/>", u"x", true, u"a&b"},
-        {u"<a x=\"it's\" y='say \"hi\"'/>", u"y", true, u"say \"hi\""},
-        {u"<a x='a>b' y='c'/>", u"y", true, u"c"},
-        {u"<a b=c/>", u"b", true, u"c/"},
-        {u"<a  b = 'v' / >", u"b", true, u"v"},
-        {u"<a xx='1' x='2'/>", u"x", true, u"2"},
-        {u"<a x='' y='2'/>", u"x", true, u""},
+    const struct { const char16_t* doc; const char16_t* name; bool found; const char16_t* value; } cases[] = {
+        {u"<a x=\"1\" y='2' z=3 w>", u"x", true, u"1"}, {u"<a x=\"1\" y='2' z=3 w>", u"z", true, u"3"},
+        {u"<a x=\"1\" y='2' z=3 w>", u"w", true, u""}, {u"<a x=\"1\" y='2' z=3 w>", u"q", false, u""},
+        {u"<a x=\"1\" y='2' z=3 w>", u"X", false, u""}, {u"<a\n\tx\t=\r\n\"a&amp;b\"/>", u"x", true, u"a&b"},
+        {u"<a x=\"it's\" y='say \"hi\"'/>", u"y", true, u"say \"hi\""}, {u"<a x='a>b' y='c'/>", u"y", true, u"c"},
+        {u"<a b=c/>", u"b", true, u"c/"}, {u"<a  b = 'v' / >", u"b", true, u"v"},
+        {u"<a xx='1' x='2'/>", u"x", true, u"2"}, {u"<a x='' y='2'/>", u"x", true, u""},
         {u"<a x='&#65;&lt;'/>", u"x", true, u"A<"},
     };
-    for (const AttribCase& c : cases) {
+    for (const auto& c : cases) {
         HVXMLDocument doc;
         doc.SetDoc(c.doc);
         ASSERT_TRUE(doc.FindElem(u"/a")) << U8(c.doc);
@@ -284,11 +206,8 @@ TEST(HVXMLDocumentTest, AttributesAreReadOnDemand)
 TEST(HVXMLDocumentTest, AttributeNamesInTheOrderWritten)
 {
     const std::pair<const char16_t*, const char*> cases[] = {
-        {u"<a x=\"1\" y='2' z=3 w>", "x y z w "},
-        {u"<a>", ""},
-        {u"<a q='>' r=\"'\" / >", "q r "},
-        {u"<a = b ? c/>", "b c "},
-        {u"<a\tk\r\n=\r\nv\n>", "k "},
+        {u"<a x=\"1\" y='2' z=3 w>", "x y z w "}, {u"<a>", ""}, {u"<a q='>' r=\"'\" / >", "q r "},
+        {u"<a = b ? c/>", "b c "}, {u"<a\tk\r\n=\r\nv\n>", "k "},
     };
     for (const auto& [text, names] : cases) {
         HVXMLDocument doc;
@@ -299,21 +218,6 @@ TEST(HVXMLDocumentTest, AttributeNamesInTheOrderWritten)
             got += U8(doc.GetAttribName(i)) + " ";
         EXPECT_EQ(got, names) << U8(text);
     }
-}
-
-TEST(HVXMLDocumentTest, IgnoreCaseAppliesToNamesInQueries)
-{
-    HVXMLDocument doc;
-    doc.SetDoc(u"<Root><ITEM Name='v'/></Root>");
-    EXPECT_FALSE(doc.FindElem(u"/root/item"));
-    EXPECT_TRUE(doc.FindElem(u"/Root/ITEM"));
-    EXPECT_TRUE(doc.GetAttrib(u"name").IsEmpty());
-    doc.SetIgnoreCase(true);
-    doc.ResetPos();
-    EXPECT_TRUE(doc.FindElem(u"/root/item"));
-    EXPECT_EQ(doc.GetAttrib(u"NAME"), u"v");
-    EXPECT_TRUE(doc.FindElem(u"/ROOT/Item[@name='v']"));
-    EXPECT_FALSE(doc.FindElem(u"/ROOT/Item[@name='V']"));   // values stay exact
 }
 
 // Path queries over one catalogue: what each finds, as "tag#id" or "tag:data".
@@ -335,33 +239,22 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
         return U8(doc.GetElemTagName(e)) + ":" + U8(doc.GetElemData(e));
     };
     const std::pair<const char16_t*, const char*> cases[] = {
-        {u"/*/Item", "Item#1"},
-        {u"/*/Item[1]", "Item#1"},
-        {u"/*/Item[2]", "Item#2"},
-        {u"/*/Item[4]", "none"},
-        {u"/*/Item[0]", "none"},
-        {u"/*/Item[01]", "none"},
-        {u"/*/Item[@k]", "Item#2"},
-        {u"/*/Item[@id=3]", "Item#3"},
-        {u"/*/Item[ @id = '3' ]", "Item#3"},
-        {u"/*/Item[@k='x&y']", "Item#2"},
-        {u"/*/Item[@k='x&amp;y']", "none"},
-        {u"/*/Item[@missing]", "none"},
-        {u"/*/Item[Name]", "Item#1"},
-        {u"/*/Item[Sub]", "Item#3"},
-        {u"/*/*", "Item#1"},
-        {u"/*/*[3]", "Other#o"},
-        {u"/*/Item/Name", "Name:A"},
-        {u"/cat/Item[3]/Sub/Name", "Name:deep"},
+        {u"/*/Item", "Item#1"},              {u"/*/Item[1]", "Item#1"},
+        {u"/*/Item[2]", "Item#2"},           {u"/*/Item[4]", "none"},
+        {u"/*/Item[0]", "none"},             {u"/*/Item[01]", "none"},
+        {u"/*/Item[@k]", "Item#2"},          {u"/*/Item[@id=3]", "Item#3"},
+        {u"/*/Item[ @id = '3' ]", "Item#3"}, {u"/*/Item[@k='x&y']", "Item#2"},
+        {u"/*/Item[@k='x&amp;y']", "none"},  {u"/*/Item[@missing]", "none"},
+        {u"/*/Item[Name]", "Item#1"},        {u"/*/Item[Sub]", "Item#3"},
+        {u"/*/*", "Item#1"},                 {u"/*/*[3]", "Other#o"},
+        {u"/*/Item/Name", "Name:A"},         {u"/cat/Item[3]/Sub/Name", "Name:deep"},
         {u"/*/Item/Sub", "none"},   // the first Item has no Sub: no backtracking
         {u"//Name", "Name:A"},
         {u"//Name[3]", "Name:deep"},
         {u"//Sub/Name", "Name:deep"},
         {u"//*[@k]", "Item#2"},
-        {u"/*/", "Item#1"},
-        {u"/", "cat:"},
-        {u"/x", "none"},
-        {u"/cat/Item[", "none"},
+        {u"/*/", "Item#1"},                  {u"/", "cat:"},
+        {u"/x", "none"},                     {u"/cat/Item[", "none"},
         {u"/cat/It", "none"},
     };
     for (const auto& [path, expected] : cases) {
@@ -373,6 +266,17 @@ TEST(HVXMLDocumentTest, PathQueriesWithPredicates)
             EXPECT_EQ(show(doc.GetElem()), expected) << U8(path);
         }
     }
+    // Ignoring case applies to names in queries; values stay exact.
+    doc.ResetPos();
+    EXPECT_FALSE(doc.FindElem(u"/CAT/item"));
+    EXPECT_TRUE(doc.FindElem(u"/cat/Item"));
+    EXPECT_TRUE(doc.GetAttrib(u"ID").IsEmpty());
+    doc.SetIgnoreCase(true);
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem(u"/CAT/item"));
+    EXPECT_EQ(doc.GetAttrib(u"ID"), u"1");
+    EXPECT_EQ(show(doc.Select(u"/CAT/ITEM[@K='x&y']")), "Item#2");
+    EXPECT_EQ(doc.Select(u"/CAT/ITEM[@K='X&Y']"), 0u);
 }
 
 TEST(HVXMLDocumentTest, CursorMovesAmongSiblingsAndLevels)
@@ -427,51 +331,41 @@ TEST(HVXMLDocumentTest, CursorMovesAmongSiblingsAndLevels)
     EXPECT_FALSE(doc.IntoElem() && doc.FindElem());
 }
 
-struct NodeStep
+struct NodeStep { int kind; const char* name; const char* data; };
+
+// FindNode from where the cursor stands meets these nodes, then no more.
+void ExpectNodes(HVXMLDocument& doc, std::initializer_list<NodeStep> steps)
 {
-    int kind;
-    const char* name;
-    const char* data;
-};
+    for (const NodeStep& step : steps) {
+        EXPECT_EQ(doc.FindNode(), step.kind);
+        EXPECT_EQ(U8(doc.GetNodeName()), step.name);
+        EXPECT_EQ(U8(doc.GetData()), step.data);
+    }
+    EXPECT_EQ(doc.FindNode(), 0);
+}
 
 TEST(HVXMLDocumentTest, NonElementNodesAreWalkedInOrder)
 {
     HVXMLDocument doc;
     doc.SetDoc(u"<?xml version='1.0'?>\n<!DOCTYPE r [<!ELEMENT r ANY>]>\n"
                u"<r>t &amp; u<!--c--><![CDATA[d<]]><e>x</e> </x><?pi data?></r>\n");
-    const NodeStep top[] = {
-        {HVXMLDocument::kNodeProcessingInstruction, "xml", "xml version='1.0'"},
-        {HVXMLDocument::kNodeWhitespace, "#text", "\n"},
-        {HVXMLDocument::kNodeDocumentType, "r", "<!DOCTYPE r [<!ELEMENT r ANY>]>"},
-        {HVXMLDocument::kNodeWhitespace, "#text", "\n"},
-        {HVXMLDocument::kNodeElement, "r", ""},
-        {HVXMLDocument::kNodeWhitespace, "#text", "\n"},
-    };
-    for (const NodeStep& step : top) {
-        EXPECT_EQ(doc.FindNode(), step.kind);
-        EXPECT_EQ(U8(doc.GetNodeName()), step.name);
-        EXPECT_EQ(U8(doc.GetData()), step.data);
-    }
-    EXPECT_EQ(doc.FindNode(), 0);
+    ExpectNodes(doc, {{HVXMLDocument::kNodeProcessingInstruction, "xml", "xml version='1.0'"},
+                      {HVXMLDocument::kNodeWhitespace, "#text", "\n"},
+                      {HVXMLDocument::kNodeDocumentType, "r", "<!DOCTYPE r [<!ELEMENT r ANY>]>"},
+                      {HVXMLDocument::kNodeWhitespace, "#text", "\n"},
+                      {HVXMLDocument::kNodeElement, "r", ""},
+                      {HVXMLDocument::kNodeWhitespace, "#text", "\n"}});
     EXPECT_EQ(doc.GetNodeType(), HVXMLDocument::kNodeWhitespace);   // stays on the last node
 
     ASSERT_TRUE(doc.FindElem(u"/r"));
     ASSERT_TRUE(doc.IntoElem());
-    const NodeStep inside[] = {
-        {HVXMLDocument::kNodeText, "#text", "t & u"},
-        {HVXMLDocument::kNodeComment, "#comment", "c"},
-        {HVXMLDocument::kNodeCData, "#cdata-section", "d<"},
-        {HVXMLDocument::kNodeElement, "e", "x"},
-        {HVXMLDocument::kNodeWhitespace, "#text", " "},
-        {HVXMLDocument::kNodeLoneEndTag, "x", "x"},
-        {HVXMLDocument::kNodeProcessingInstruction, "pi", "pi data"},
-    };
-    for (const NodeStep& step : inside) {
-        EXPECT_EQ(doc.FindNode(), step.kind);
-        EXPECT_EQ(U8(doc.GetNodeName()), step.name);
-        EXPECT_EQ(U8(doc.GetData()), step.data);
-    }
-    EXPECT_EQ(doc.FindNode(), 0);
+    ExpectNodes(doc, {{HVXMLDocument::kNodeText, "#text", "t & u"},
+                      {HVXMLDocument::kNodeComment, "#comment", "c"},
+                      {HVXMLDocument::kNodeCData, "#cdata-section", "d<"},
+                      {HVXMLDocument::kNodeElement, "e", "x"},
+                      {HVXMLDocument::kNodeWhitespace, "#text", " "},
+                      {HVXMLDocument::kNodeLoneEndTag, "x", "x"},
+                      {HVXMLDocument::kNodeProcessingInstruction, "pi", "pi data"}});
 
     // A mask skips what it doesn't name; FindElem goes on after a non-element node.
     doc.ResetMainPos();
@@ -490,11 +384,7 @@ TEST(HVXMLDocumentTest, NotEndedContentIsWalkedAfterTheEmptyElement)
     doc.SetDoc(u"<a><b>text</a>");
     ASSERT_TRUE(doc.FindElem(u"/a"));
     ASSERT_TRUE(doc.IntoElem());
-    EXPECT_EQ(doc.FindNode(), HVXMLDocument::kNodeElement);
-    EXPECT_EQ(doc.GetTagName(), u"b");
-    EXPECT_EQ(doc.FindNode(), HVXMLDocument::kNodeText);
-    EXPECT_EQ(doc.GetData(), u"text");
-    EXPECT_EQ(doc.FindNode(), 0);
+    ExpectNodes(doc, {{HVXMLDocument::kNodeElement, "b", ""}, {HVXMLDocument::kNodeText, "#text", "text"}});
 
     // Unreadable constructs come back as text, never past the end.
     doc.SetDoc(u"<r>a<1b>c<!-- open");

@@ -23,19 +23,26 @@ HVString Repeat(std::u16string_view piece, int times, std::u16string_view before
     return HVString(text);
 }
 
+// How many elements deep the first-child chain from `e` goes, each of them ended properly.
+int EndedDepth(const HVXMLDocument& doc, HVXMLDocument::Elem e, HVXMLDocument::Elem* last = nullptr)
+{
+    int depth = 0;
+    for (; e != 0; e = doc.GetFirstChild(e), ++depth) {
+        EXPECT_FALSE(doc.GetRecord(e)->IsNotEnded());
+        if (last)
+            *last = e;
+    }
+    return depth;
+}
+
 TEST(HVXMLScaleTest, AMillionNestedElementsClosedProperly)
 {
     HVXMLDocument doc;
     const HVString text = Repeat(u"<a>", kMillion) + Repeat(u"</a>", kMillion);
     ASSERT_TRUE(doc.SetDoc(text));
     EXPECT_EQ(doc.GetElemCount(), static_cast<uint32_t>(kMillion));
-    HVXMLDocument::Elem e = doc.Select(u"/a");
-    int depth = 1;
-    while (doc.GetFirstChild(e) != 0) {
-        e = doc.GetFirstChild(e);
-        ++depth;
-    }
-    EXPECT_EQ(depth, kMillion);
+    HVXMLDocument::Elem e = 0;
+    EXPECT_EQ(EndedDepth(doc, doc.Select(u"/a"), &e), kMillion);
     EXPECT_EQ(doc.GetRecord(e)->Level(), HVXMLElementRecord::kLevelMask);   // saturated, not wrapped
     EXPECT_EQ(doc.GetRecord(e)->start, 3 * (kMillion - 1));
     EXPECT_EQ(doc.GetRecord(e)->length, 7u);
@@ -98,14 +105,7 @@ TEST(HVXMLScaleTest, LoneEndTagsUnderADeepStack)
     doc.SetDoc(Repeat(u"<a>", n) + Repeat(u"</b>", n) + Repeat(u"</a>", n));
     EXPECT_FALSE(doc.IsWellFormed());
     EXPECT_TRUE(doc.GetError().StartsWith(u"No start tag for end tag 'b' at offset 600001, "));
-    // The a's still close one another properly.
-    HVXMLDocument::Elem e = doc.Select(u"/a");
-    int depth = 0;
-    for (; e != 0; e = doc.GetFirstChild(e)) {
-        ASSERT_FALSE(doc.GetRecord(e)->IsNotEnded());
-        ++depth;
-    }
-    EXPECT_EQ(depth, n);
+    EXPECT_EQ(EndedDepth(doc, doc.Select(u"/a")), n);   // the a's still close one another properly
 }
 
 TEST(HVXMLScaleTest, AMillionChildrenAreFoundByPositionAndWalk)

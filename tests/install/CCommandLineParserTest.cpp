@@ -15,6 +15,7 @@ std::string Flags(const InstallOptions& o)
             s += std::string(s.empty() ? "" : " ") + name;
     };
     add(o.silent, "Silent");
+    add(o.suppressMessages, "SuppressMessages");
     add(o.upgrade, "Upgrade");
     add(o.noAssociations, "NoAssociations");
     add(o.noDependencies, "NoDependencies");
@@ -42,6 +43,7 @@ const Case kCases[] = {
     {u"Silent /Upgrade", "Upgrade", u"", u""},
     {u"\"Z:\\media\\InstallWizard.exe\" /Silent /NoRun", "Silent NoRun", u"", u""},
     {u"x /silent /NOASSOCIATIONS", "Silent NoAssociations", u"", u""},
+    {u"x /Silent /suppressmessages /Log=C:\\d.log", "Silent SuppressMessages Log", u"", u"C:\\d.log"},
     {u"x /NoAssociations/NoDependencies/NoUpgrade/NoDriver/NoRun",
      "NoAssociations NoDependencies NoUpgrade NoDriver NoRun", u"", u""},
     // Prefix match: the rest of a piece after a name is ignored.

@@ -1,12 +1,11 @@
 #include "install/CInstallSettings.h"
 
+#include "ScratchDir.h"
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <set>
 #include <string>
-#include <system_error>
 
 namespace
 {
@@ -14,12 +13,13 @@ std::string U8(const HVString& s) { return s.ToUtf8(); }
 
 const char16_t* const kXmlPath = u"C:\\Setup\\Disk1\\Install.xml";
 
+// support and media are "" when the default stays.
 struct SettingsCase
 {
     const char* name;
     const char16_t* xml;
     bool applies;
-    const char* support;   // "" when the default stays
+    const char* support;
     bool allowDowngrade;
     const char* media;
 };
@@ -83,27 +83,20 @@ TEST(CInstallSettingsTest, FoldersAreMadeAbsoluteAndNormalised)
     const std::pair<const char16_t*, const char*> normalised[] = {
         {u"C:\\a\\b", "C:\\a\\b\\"},
         {u"C:/a//b/", "C:\\a\\b\\"},
-        {u"C:\\a\\.\\b\\..\\c", "C:\\a\\c\\"},
-        {u"C:\\..\\..\\a", "C:\\a\\"},
-        {u"C:\\", "C:\\"},
-        {u"c:", "c:\\"},
+        {u"C:\\a\\.\\b\\..\\c", "C:\\a\\c\\"}, {u"C:\\..\\..\\a", "C:\\a\\"}, {u"C:\\", "C:\\"}, {u"c:", "c:\\"},
         {u"\\\\server\\share\\x\\..\\..\\y", "\\\\server\\share\\y\\"},
         {u"//server/share", "\\\\server\\share\\"},
         {u"\\\\?\\C:\\long\\..\\path", "\\\\?\\C:\\path\\"},
-        {u"\\\\?\\UNC\\server\\share\\a\\..", "\\\\?\\UNC\\server\\share\\"},
-        {u"\\rooted\\..\\..\\x", "\\x\\"},
+        {u"\\\\?\\UNC\\server\\share\\a\\..", "\\\\?\\UNC\\server\\share\\"}, {u"\\rooted\\..\\..\\x", "\\x\\"},
         {u"relative\\..\\..\\x", "..\\x\\"},
     };
     for (const auto& [path, expected] : normalised)
         EXPECT_EQ(U8(CInstallSettings::NormalizeFolder(path)), expected) << U8(path);
 
     const std::tuple<const char16_t*, const char16_t*, const char*> resolved[] = {
-        {kXmlPath, u"Support", "C:\\Setup\\Disk1\\Support\\"},
-        {kXmlPath, u"  ..\\Support  ", "C:\\Setup\\Support\\"},
-        {kXmlPath, u"E:\\Media", "E:\\Media\\"},
-        {kXmlPath, u"\\\\nas\\media\\x", "\\\\nas\\media\\x\\"},
-        {kXmlPath, u"", ""},
-        {u"\\\\server\\setup\\Install.xml", u"..\\..\\Support", "\\\\server\\setup\\Support\\"},
+        {kXmlPath, u"Support", "C:\\Setup\\Disk1\\Support\\"}, {kXmlPath, u"  ..\\Support  ", "C:\\Setup\\Support\\"},
+        {kXmlPath, u"E:\\Media", "E:\\Media\\"}, {kXmlPath, u"\\\\nas\\media\\x", "\\\\nas\\media\\x\\"},
+        {kXmlPath, u"", ""}, {u"\\\\server\\setup\\Install.xml", u"..\\..\\Support", "\\\\server\\setup\\Support\\"},
         {u"Install.xml", u"Support", "Support\\"},
     };
     for (const auto& [xml, value, expected] : resolved)
@@ -112,13 +105,8 @@ TEST(CInstallSettingsTest, FoldersAreMadeAbsoluteAndNormalised)
 
 TEST(CInstallSettingsTest, ReadsTheFileAtThePathItIsGiven)
 {
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() / "hvsettings-test";
-    std::filesystem::create_directories(dir / "Support");
-#ifdef _WIN32
-    const HVString xmlPath(std::filesystem::path(dir / "Install.xml").wstring().c_str());
-#else
-    const HVString xmlPath = HVString::FromUtf8((dir / "Install.xml").string());
-#endif
+    const ScratchDir dir;
+    const HVString xmlPath = dir.Path("Install.xml");
     std::vector<std::string> asked;
     const auto exists = [&](const HVString& folder) {
         asked.push_back(U8(folder));
@@ -129,8 +117,7 @@ TEST(CInstallSettingsTest, ReadsTheFileAtThePathItIsGiven)
     EXPECT_FALSE(none.Applies());
     EXPECT_TRUE(asked.empty());
 
-    std::ofstream(dir / "Install.xml", std::ios::binary)
-        << "<HVIC version=\"1.0\"><Settings SupportFiles=\"Support\" AllowDowngrade=\"1\"/></HVIC>";
+    dir.Write("Install.xml", "<HVIC version=\"1.0\"><Settings SupportFiles=\"Support\" AllowDowngrade=\"1\"/></HVIC>");
     const CInstallSettings s = CInstallSettings::Read(xmlPath, exists);
     EXPECT_TRUE(s.Applies());
     EXPECT_TRUE(s.GetAllowDowngrade());
@@ -138,7 +125,5 @@ TEST(CInstallSettingsTest, ReadsTheFileAtThePathItIsGiven)
     EXPECT_EQ(U8(s.GetSupportFolder()), asked[0]);
     EXPECT_TRUE(s.GetSupportFolder().EndsWith(u"\\Support\\"));
     EXPECT_EQ(s.GetSupportFolder().Find(u'/'), HVString::npos);
-    std::error_code ignored;
-    std::filesystem::remove_all(dir, ignored);
 }
 }   // namespace

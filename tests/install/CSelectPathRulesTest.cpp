@@ -45,73 +45,42 @@ public:
 
 constexpr uint64_t MiB = uint64_t(1) << 20;
 
-struct CheckRow
+// The entered folder, the check that refuses it (0: accepted) and the folder it normalises to.
+TEST(CSelectPathRules, RefusesWithTheFirstFailingCheck)
 {
-    const char16_t* entered;
-    int check;              // 0: accepted
-    const char16_t* folder; // the normalised folder
-};
-
-class CSelectPathCheckTest : public ::testing::TestWithParam<CheckRow>
-{};
-
-TEST_P(CSelectPathCheckTest, RefusesWithTheFirstFailingCheck)
-{
-    const CheckRow& row = GetParam();
-    FakeMachine machine;
-    CSelectPathResult r = CSelectPathRules::Check(row.entered, u"Sonora", machine);
-    EXPECT_EQ(r.check, row.check) << U8(HVString(row.entered));
-    EXPECT_EQ(r.accepted, row.check == 0);
-    EXPECT_EQ(U8(r.folder), U8(HVString(row.folder)));
-    // Only checks 6 and 7 are reached with a folder that gets created.
-    EXPECT_EQ(machine.created.size(), (row.check == 0 || row.check == 7) ? 1u : 0u);
+    const struct { const char16_t* entered; int check; const char16_t* folder; } rows[] = {
+        {u"", 1, u""}, {u"   ", 1, u""}, {u"\t ", 1, u""}, {u"C:\\", 2, u"C:\\"}, {u"C:", 2, u"C:\\"},
+        {u"d:\\\\", 2, u"d:\\"}, {u"C:\\Foo\\..", 2, u"C:\\"}, {u"\\\\server\\share", 2, u"\\\\server\\share\\"},
+        {u"\\", 2, u"\\"}, {u"C:\\Windows", 3, u"C:\\Windows\\"},
+        {u"c:\\WINDOWS\\System32\\Sonora", 3, u"c:\\WINDOWS\\System32\\Sonora\\"},
+        {u"C:/Windows/Sonora", 3, u"C:\\Windows\\Sonora\\"},
+        {u"C:\\WindowsApps\\Sonora", 0, u"C:\\WindowsApps\\Sonora\\"},
+        {u"C:\\Program Files", 4, u"C:\\Program Files\\"}, {u"c:\\program files\\ ", 4, u"c:\\program files\\"},
+        {u"C:\\Program Files\\Halvard\\Sonora", 0, u"C:\\Program Files\\Halvard\\Sonora\\"},
+        {u"C:\\Program Files (x86)\\Sonora", 0, u"C:\\Program Files (x86)\\Sonora\\"},
+        {u"D:\\Games\\Other Player", 5, u"D:\\Games\\Other Player\\"},
+        {u"d:\\games\\other player\\Skins", 5, u"d:\\games\\other player\\Skins\\"},
+        {u"C:\\Tools\\Editor\\", 5, u"C:\\Tools\\Editor\\"}, {u"C:\\Tools\\Editor2", 0, u"C:\\Tools\\Editor2\\"},
+        {u"D:\\Games", 0, u"D:\\Games\\"}, {u"  E:\\Music Player  ", 0, u"E:\\Music Player\\"},
+        {u"E:\\Music.\\Player ", 0, u"E:\\Music\\Player\\"}, {u"E:\\a<b>c|d?", 0, u"E:\\a_b_c_d_\\"},
+        {u"Sonora", 6, u"Sonora\\"}, {u"Halvard\\Sonora", 6, u"Halvard\\Sonora\\"}, {u"\\Sonora", 6, u"\\Sonora\\"},
+        {u"C:Sonora", 6, u"C:Sonora\\"}, {u"..\\..\\Sonora", 6, u"..\\..\\Sonora\\"},
+    };
+    for (const auto& row : rows) {
+        FakeMachine machine;
+        CSelectPathResult r = CSelectPathRules::Check(row.entered, u"Sonora", machine);
+        EXPECT_EQ(r.check, row.check) << U8(HVString(row.entered));
+        EXPECT_EQ(r.accepted, row.check == 0);
+        EXPECT_EQ(U8(r.folder), U8(HVString(row.folder)));
+        // Only checks 6 and 7 are reached with a folder that gets created.
+        EXPECT_EQ(machine.created.size(), (row.check == 0 || row.check == 7) ? 1u : 0u);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, CSelectPathCheckTest,
-    ::testing::Values(
-        CheckRow{u"", 1, u""}, CheckRow{u"   ", 1, u""}, CheckRow{u"\t ", 1, u""},
-        CheckRow{u"C:\\", 2, u"C:\\"}, CheckRow{u"C:", 2, u"C:\\"}, CheckRow{u"d:\\\\", 2, u"d:\\"},
-        CheckRow{u"C:\\Foo\\..", 2, u"C:\\"}, CheckRow{u"\\\\server\\share", 2, u"\\\\server\\share\\"},
-        CheckRow{u"\\", 2, u"\\"},
-        CheckRow{u"C:\\Windows", 3, u"C:\\Windows\\"}, CheckRow{u"c:\\WINDOWS\\System32\\Sonora", 3, u"c:\\WINDOWS\\System32\\Sonora\\"},
-        CheckRow{u"C:/Windows/Sonora", 3, u"C:\\Windows\\Sonora\\"},
-        CheckRow{u"C:\\WindowsApps\\Sonora", 0, u"C:\\WindowsApps\\Sonora\\"},
-        CheckRow{u"C:\\Program Files", 4, u"C:\\Program Files\\"}, CheckRow{u"c:\\program files\\ ", 4, u"c:\\program files\\"},
-        CheckRow{u"C:\\Program Files\\Halvard\\Sonora", 0, u"C:\\Program Files\\Halvard\\Sonora\\"},
-        CheckRow{u"C:\\Program Files (x86)\\Sonora", 0, u"C:\\Program Files (x86)\\Sonora\\"},
-        CheckRow{u"D:\\Games\\Other Player", 5, u"D:\\Games\\Other Player\\"},
-        CheckRow{u"d:\\games\\other player\\Skins", 5, u"d:\\games\\other player\\Skins\\"},
-        CheckRow{u"C:\\Tools\\Editor\\", 5, u"C:\\Tools\\Editor\\"},
-        CheckRow{u"C:\\Tools\\Editor2", 0, u"C:\\Tools\\Editor2\\"},
-        CheckRow{u"D:\\Games", 0, u"D:\\Games\\"},
-        CheckRow{u"  E:\\Music Player  ", 0, u"E:\\Music Player\\"},
-        CheckRow{u"E:\\Music.\\Player ", 0, u"E:\\Music\\Player\\"},
-        CheckRow{u"E:\\a<b>c|d?", 0, u"E:\\a_b_c_d_\\"},
-        CheckRow{u"Sonora", 6, u"Sonora\\"}, CheckRow{u"Halvard\\Sonora", 6, u"Halvard\\Sonora\\"},
-        CheckRow{u"\\Sonora", 6, u"\\Sonora\\"}, CheckRow{u"C:Sonora", 6, u"C:Sonora\\"},
-        CheckRow{u"..\\..\\Sonora", 6, u"..\\..\\Sonora\\"}));
-
-// The refusals' other texts are read from the real wizard, end to end.
-TEST(CSelectPathRules, TooLittleSpaceIsRefusedWithItsOwnBox)
-{
-    FakeMachine machine;
-    machine.freeBytes = 5 * MiB;
-    const CSelectPathResult r = CSelectPathRules::Check(u"E:\\Sonora", u"Sonora", machine);
-    ASSERT_EQ(r.check, 7);
-    EXPECT_EQ(U8(r.title), "Insufficient Disk Space");
-    EXPECT_EQ(U8(r.text), "There is not enough free space on this drive to install Sonora.\r\n\r\n"
-                          "Sonora installation requires at least 20 MB of free disk space.\r\n\r\n"
-                          "Please select a different drive or free more space on the selected drive.");
-}
-
+// The refusals' other texts are read from the real wizard, end to end; too little space has its own box.
 TEST(CSelectPathRules, FreeSpaceIsMeasuredInWholeMiBAgainstThirty)
 {
-    struct Row
-    {
-        std::optional<uint64_t> free;
-        bool accepted;
-    } rows[] = {
+    struct Row { std::optional<uint64_t> free; bool accepted; } rows[] = {
         {30 * MiB, true},     {30 * MiB - 1, false}, {31 * MiB - 1, true}, {0, false},
         {std::nullopt, true}, {UINT64_MAX, true},    {29 * MiB, false},
     };
@@ -123,10 +92,14 @@ TEST(CSelectPathRules, FreeSpaceIsMeasuredInWholeMiBAgainstThirty)
         EXPECT_EQ(r.check, row.accepted ? 0 : 7);
         // The folder was created before space was looked at, even when refused.
         EXPECT_EQ(machine.created.size(), 1u);
+        EXPECT_EQ(U8(r.title), row.accepted ? "" : "Insufficient Disk Space");
+        EXPECT_EQ(U8(r.text), row.accepted ? "" : "There is not enough free space on this drive to install Sonora.\r\n\r\n"
+                                                  "Sonora installation requires at least 20 MB of free disk space.\r\n\r\n"
+                                                  "Please select a different drive or free more space on the selected drive.");
     }
 }
 
-TEST(CSelectPathRules, EarlierChecksWinOverLaterOnes)
+TEST(CSelectPathRules, EarlierChecksWinOverLaterOnesAndUnreadFoldersRefuseNothing)
 {
     FakeMachine machine;
     machine.windows = u"C:\\Windows\\";
@@ -139,16 +112,13 @@ TEST(CSelectPathRules, EarlierChecksWinOverLaterOnes)
     EXPECT_EQ(CSelectPathRules::Check(u"C:\\Elsewhere", u"S", machine).check, 6);
     ASSERT_EQ(machine.created.size(), 1u);
     EXPECT_EQ(U8(machine.created[0]), "C:\\Elsewhere\\");
-}
 
-TEST(CSelectPathRules, EmptyMachineFoldersRefuseNothing)
-{
     // A machine whose folders couldn't be read must not refuse every folder.
-    FakeMachine machine;
-    machine.windows.Empty();
-    machine.programFiles.Empty();
-    machine.protectedFolders = {HVString(), HVString(u"")};
-    EXPECT_TRUE(CSelectPathRules::Check(u"C:\\Sonora", u"Sonora", machine).accepted);
+    FakeMachine unread;
+    unread.windows.Empty();
+    unread.programFiles.Empty();
+    unread.protectedFolders = {HVString(), HVString(u"")};
+    EXPECT_TRUE(CSelectPathRules::Check(u"C:\\Sonora", u"Sonora", unread).accepted);
 }
 
 class PrefixTranslator : public IHVTranslator
@@ -182,13 +152,8 @@ TEST(CSelectPathRules, TranslatesEachPartBeforeFillingInTheName)
 struct ProposalRow
 {
     const char* name;
-    bool portable;
-    bool earlierFound;
-    const char16_t* current;
-    const char16_t* earlier;
-    const char16_t* remembered;
-    const char16_t* installToPath;
-    const char16_t* expected;
+    bool portable, earlierFound;
+    const char16_t *current, *earlier, *remembered, *installToPath, *expected;
 };
 
 TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
@@ -224,9 +189,9 @@ TEST(CSelectPathRules, BuildsTheDefaultWithOneBackslashAfterProgramFiles)
     FakeMachine machine;
     CSelectPathRules::ProposalInput in;
     in.displayName = u"Sonora";
-    machine.programFiles = u"C:\\Program Files";
-    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora\\");
-    machine.programFiles = u"C:\\Program Files\\";
-    EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora\\");
+    for (const char16_t* programFiles : {u"C:\\Program Files", u"C:\\Program Files\\"}) {
+        machine.programFiles = programFiles;
+        EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), "C:\\Program Files\\Halvard\\Sonora\\");
+    }
 }
 }

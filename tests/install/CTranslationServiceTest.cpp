@@ -4,11 +4,11 @@
 #include "foundation/HVTranslator.h"
 
 #include "RecordingLogger.h"
+#include "ScratchDir.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace
@@ -26,11 +26,7 @@ HVString Doc(const char* body, const char* root = "<HVLanguage name=\"Deutsch\" 
 }
 
 // A text as written, and what should come out of it.
-struct TextRow
-{
-    const char* english;
-    const char* expected;
-};
+struct TextRow { const char* english; const char* expected; };
 
 TEST(CTranslationService, StartsEnglishAndGivesTextsBack)
 {
@@ -40,10 +36,20 @@ TEST(CTranslationService, StartsEnglishAndGivesTextsBack)
     EXPECT_EQ(U8(service.LanguageCode()), "en");
     EXPECT_EQ(U8(service.Translate(u"Next >")), "Next >");
     EXPECT_EQ(U8(service.Translate(u"")), "");
+    // Once installed, the service translates for every HVTranslator caller.
+    ASSERT_TRUE(service.LoadText(Doc("<Text><English>Cancel</English><Translation>Abbrechen</Translation></Text>"), u"t"));
+    HVTranslator::Set(&service);
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Abbrechen");
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Finish")), "Finish");
+    HVTranslator::Set(nullptr);
+    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Cancel");
 }
 
-TEST(CTranslationService, TranslatesByExactText)
+// Entries that would break a message (markers that differ, no translation) are left out with a
+// warning; of two for one text the first counts.
+TEST(CTranslationService, TranslatesByExactTextAndJoinedMessagesPartByPart)
 {
+    RecordingLogger log;
     CTranslationService service;
     ASSERT_TRUE(service.LoadText(Doc(R"(
       <Text><English>&lt; Back</English><Translation>&lt; Zurück</Translation></Text>
@@ -53,11 +59,26 @@ TEST(CTranslationService, TranslatesByExactText)
         <Translation>%s kann nicht in einen leeren Ordner.\r\n\r\n</Translation>
       </Text>
       <Text><English>C:\Program Files\\new</English><Translation>C:\Programme\\new</Translation></Text>
-      <Text><English><![CDATA[a <b> & c]]></English><Translation>x &amp; y</Translation></Text>)"),
+      <Text><English><![CDATA[a <b> & c]]></English><Translation>x &amp; y</Translation></Text>
+      <Text><English>First part.\r\n\r\n</English><Translation>Erster Teil.\r\n\r\n</Translation></Text>
+      <Text><English>Second line.\r\n</English><Translation>Zweite Zeile.\r\n</Translation></Text>
+      <Text><English>Last part.</English><Translation>Letzter Teil.</Translation></Text>
+      <Text><English>Bare</English><Translation>Nackt</Translation></Text>
+      <Text><English>Whole.\r\n\r\nText.</English><Translation>Ganz.\r\n\r\nText!</Translation></Text>
+      <Text><English>%s needs %d MB</English><Translation>%d MB braucht %s</Translation></Text>
+      <Text><English>Install %s</English><Translation>Installieren</Translation></Text>
+      <Text><English>Empty</English><Translation></Translation></Text>
+      <Text><English>Only English</English></Text>
+      <Text><English>Twice</English><Translation>Erstes</Translation></Text>
+      <Text><English>Twice</English><Translation>Zweites</Translation></Text>
+      <Other><English>Other</English><Translation>Anders</Translation></Other>
+      <Text><English>Good %s</English><Translation>Gut %s</Translation></Text>)"),
                                      u"test"));
     EXPECT_EQ(U8(service.LanguageName()), "Deutsch");
     EXPECT_EQ(U8(service.LanguageCode()), "de");
-    EXPECT_EQ(service.GetCount(), 5u);
+    EXPECT_EQ(service.GetCount(), 12u);
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "%s needs %d MB"));
+    EXPECT_TRUE(log.Has(HVLog::kWarning, "Install %s"));
 
     const TextRow rows[] = {
         {"< Back", "< Zurück"},
@@ -68,28 +89,15 @@ TEST(CTranslationService, TranslatesByExactText)
         {"C:\\Program Files\\new", "C:\\Programme\\new"},
         {"a <b> & c", "x & y"},
         {"Unknown", "Unknown"},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(U8(service.Translate(H(row.english))), row.expected) << row.english;
-}
-
-TEST(CTranslationService, JoinedMessagesAreTranslatedPartByPart)
-{
-    CTranslationService service;
-    ASSERT_TRUE(service.LoadText(Doc(R"(
-      <Text><English>First part.\r\n\r\n</English><Translation>Erster Teil.\r\n\r\n</Translation></Text>
-      <Text><English>Second line.\r\n</English><Translation>Zweite Zeile.\r\n</Translation></Text>
-      <Text><English>Last part.</English><Translation>Letzter Teil.</Translation></Text>
-      <Text><English>Bare</English><Translation>Nackt</Translation></Text>
-      <Text><English>Whole.\r\n\r\nText.</English><Translation>Ganz.\r\n\r\nText!</Translation></Text>)"),
-                                     u"test"));
-    const TextRow rows[] = {
+        // Joined messages are translated part by part.
         {"First part.\r\n\r\nSecond line.\r\nLast part.", "Erster Teil.\r\n\r\nZweite Zeile.\r\nLetzter Teil."},
         {"First part.\r\n\r\nUntranslated.", "Erster Teil.\r\n\r\nUntranslated."},
         {"Bare\r\n\r\nLast part.", "Nackt\r\n\r\nLetzter Teil."},   // a part found without its breaks
         {"Whole.\r\n\r\nText.", "Ganz.\r\n\r\nText!"},              // a whole entry wins
         {"None.\r\nOf these.", "None.\r\nOf these."},
         {"\r\n\r\n", "\r\n\r\n"},
+        {"%s needs %d MB", "%s needs %d MB"}, {"Install %s", "Install %s"}, {"Empty", "Empty"}, {"Twice", "Erstes"},
+        {"Other", "Other"}, {"Good %s", "Gut %s"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(U8(service.Translate(H(row.english))), row.expected) << row.english;
@@ -98,17 +106,11 @@ TEST(CTranslationService, JoinedMessagesAreTranslatedPartByPart)
 TEST(CTranslationService, UnescapesBreaksAndFoldsWrappedLines)
 {
     const TextRow rows[] = {
-        {"a\\r\\nb", "a\r\nb"},
-        {"tab\\there", "tab\there"},
-        {"back\\\\n", "back\\n"},
-        {"C:\\Program Files\\Halvard", "C:\\Program Files\\Halvard"},
-        {"end\\", "end\\"},
-        {"wrapped\n   line", "wrapped line"},
-        {"wrapped   \r\n\t  line", "wrapped line"},
-        {"\n   leading and trailing\n  ", "leading and trailing"},
-        {"two  spaces stay", "two  spaces stay"},
-        {"trailing space ", "trailing space "},
-        {"", ""},
+        {"a\\r\\nb", "a\r\nb"}, {"tab\\there", "tab\there"}, {"back\\\\n", "back\\n"},
+        {"C:\\Program Files\\Halvard", "C:\\Program Files\\Halvard"}, {"end\\", "end\\"},
+        {"wrapped\n   line", "wrapped line"}, {"wrapped   \r\n\t  line", "wrapped line"},
+        {"\n   leading and trailing\n  ", "leading and trailing"}, {"two  spaces stay", "two  spaces stay"},
+        {"trailing space ", "trailing space "}, {"", ""},
     };
     for (const auto& row : rows)
         EXPECT_EQ(U8(CTranslationService::Unescape(H(row.english).view())), row.expected) << row.english;
@@ -116,16 +118,9 @@ TEST(CTranslationService, UnescapesBreaksAndFoldsWrappedLines)
 
 TEST(CTranslationService, FormatMarkersAreReadInOrder)
 {
-    const struct
-    {
-        const char* text;
-        std::vector<std::string> markers;
-    } rows[] = {
-        {"%s and %d", {"%s", "%d"}},
-        {"100%% sure %s", {"%s"}},
-        {"%I64d bytes, %-5.2f, %ls", {"%I64d", "%-5.2f", "%ls"}},
-        {"no markers", {}},
-        {"ends in %", {"%"}},
+    const struct { const char* text; std::vector<std::string> markers; } rows[] = {
+        {"%s and %d", {"%s", "%d"}}, {"100%% sure %s", {"%s"}},
+        {"%I64d bytes, %-5.2f, %ls", {"%I64d", "%-5.2f", "%ls"}}, {"no markers", {}}, {"ends in %", {"%"}},
     };
     for (const auto& row : rows) {
         std::vector<std::string> got;
@@ -135,38 +130,9 @@ TEST(CTranslationService, FormatMarkersAreReadInOrder)
     }
 }
 
-TEST(CTranslationService, EntriesThatWouldBreakAMessageAreLeftOut)
-{
-    RecordingLogger log;
-    CTranslationService service;
-    ASSERT_TRUE(service.LoadText(Doc(R"(
-      <Text><English>%s needs %d MB</English><Translation>%d MB braucht %s</Translation></Text>
-      <Text><English>Install %s</English><Translation>Installieren</Translation></Text>
-      <Text><English>Empty</English><Translation></Translation></Text>
-      <Text><English>Only English</English></Text>
-      <Text><English>Twice</English><Translation>Erstes</Translation></Text>
-      <Text><English>Twice</English><Translation>Zweites</Translation></Text>
-      <Other><English>Other</English><Translation>Anders</Translation></Other>
-      <Text><English>Good %s</English><Translation>Gut %s</Translation></Text>)"),
-                                     u"test.xml"));
-    EXPECT_EQ(U8(service.Translate(u"%s needs %d MB")), "%s needs %d MB");
-    EXPECT_EQ(U8(service.Translate(u"Install %s")), "Install %s");
-    EXPECT_EQ(U8(service.Translate(u"Empty")), "Empty");
-    EXPECT_EQ(U8(service.Translate(u"Twice")), "Erstes");
-    EXPECT_EQ(U8(service.Translate(u"Other")), "Other");
-    EXPECT_EQ(U8(service.Translate(u"Good %s")), "Gut %s");
-    EXPECT_EQ(service.GetCount(), 2u);
-    EXPECT_TRUE(log.Has(HVLog::kWarning, "%s needs %d MB"));
-    EXPECT_TRUE(log.Has(HVLog::kWarning, "Install %s"));
-}
-
 TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
 {
-    const struct
-    {
-        const char* name;
-        HVString text;
-    } rows[] = {
+    const struct { const char* name; HVString text; } rows[] = {
         {"not XML", H("this is not xml at all <<<")},
         {"unclosed", H("<HVLanguage name=\"X\"><Text><English>a</English><Translation>b</Translation></Text>")},
         {"mismatched", H("<HVLanguage name=\"X\"><Text><English>a</Translation></Text></HVLanguage>")},
@@ -185,54 +151,17 @@ TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
     }
 }
 
-TEST(CTranslationService, InstalledServiceTranslatesThroughHVTranslator)
+// Language files are listed through an injected lister, as the dialog lists them.
+bool ListDirectory(const HVString& folder, std::vector<HVString>& names)
 {
-    CTranslationService service;
-    ASSERT_TRUE(service.LoadText(Doc("<Text><English>Cancel</English><Translation>Abbrechen</Translation></Text>"), u"t"));
-    HVTranslator::Set(&service);
-    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Abbrechen");
-    EXPECT_EQ(U8(HVTranslator::Translate(u"Finish")), "Finish");
-    HVTranslator::Set(nullptr);
-    EXPECT_EQ(U8(HVTranslator::Translate(u"Cancel")), "Cancel");
+    std::error_code error;
+    std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
+    if (error)
+        return false;
+    for (const auto& entry : it)
+        names.push_back(HVString(entry.path().filename().u16string()));
+    return true;
 }
-
-// Language files on disk, listed through an injected lister as the dialog lists them.
-class LanguageFolder : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        dir_ = std::filesystem::temp_directory_path() /
-               ("iw-languages-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(dir_);
-        std::filesystem::create_directories(dir_);
-    }
-    void TearDown() override { std::filesystem::remove_all(dir_); }
-
-    void Write(const std::string& name, const std::string& text)
-    {
-        std::ofstream(dir_ / name, std::ios::binary) << text;
-    }
-    HVString Folder() const
-    {
-        std::u16string folder = dir_.u16string();
-        folder += static_cast<char16_t>(std::filesystem::path::preferred_separator);
-        return HVString(folder);
-    }
-    static bool ListDirectory(const HVString& folder, std::vector<HVString>& names)
-    {
-        std::error_code error;
-        std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
-        if (error)
-            return false;
-        for (const auto& entry : it)
-            names.push_back(HVString(entry.path().filename().u16string()));
-        return true;
-    }
-
-    std::filesystem::path dir_;
-};
 
 std::string LanguageFile(const char* name, const char* code)
 {
@@ -240,27 +169,28 @@ std::string LanguageFile(const char* name, const char* code)
            "\"><Text><English>Cancel</English><Translation>" + name + "</Translation></Text></HVLanguage>\n";
 }
 
-TEST_F(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
+TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
 {
     RecordingLogger log;
-    Write("Deutsch.xml", LanguageFile("Deutsch", "de"));
-    Write("francais.XML", LanguageFile("Français", "fr"));
-    Write("aa.xml", LanguageFile("Afrikaans", "af"));
-    Write("Broken.xml", "<HVLanguage name=\"Broken\"><Text>");
-    Write("Install.xml", "<HVIC version=\"1.0\"><Settings/></HVIC>");
-    Write("Nameless.xml", "<HVLanguage><Text><English>a</English><Translation>b</Translation></Text></HVLanguage>");
-    Write("Deutsch2.xml", LanguageFile("deutsch", "de-AT"));
-    Write("English.xml", LanguageFile("English", "en"));
-    Write("notes.txt", LanguageFile("Text", "tx"));
-    std::filesystem::create_directories(dir_ / "Folder.xml");
+    const ScratchDir dir;
+    dir.Write("Deutsch.xml", LanguageFile("Deutsch", "de"));
+    dir.Write("francais.XML", LanguageFile("Français", "fr"));
+    dir.Write("aa.xml", LanguageFile("Afrikaans", "af"));
+    dir.Write("Broken.xml", "<HVLanguage name=\"Broken\"><Text>");
+    dir.Write("Install.xml", "<HVIC version=\"1.0\"><Settings/></HVIC>");
+    dir.Write("Nameless.xml", "<HVLanguage><Text><English>a</English><Translation>b</Translation></Text></HVLanguage>");
+    dir.Write("Deutsch2.xml", LanguageFile("deutsch", "de-AT"));
+    dir.Write("English.xml", LanguageFile("English", "en"));
+    dir.Write("notes.txt", LanguageFile("Text", "tx"));
+    std::filesystem::create_directories(dir.Dir() / "Folder.xml");
 
-    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(Folder(), ListDirectory);
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ListDirectory);
     std::vector<std::string> names;
     for (const CLanguageInfo& l : languages)
         names.push_back(U8(l.name) + "/" + U8(l.code));
     EXPECT_EQ(names, (std::vector<std::string>{"English/en", "Afrikaans/af", "Deutsch/de", "Français/fr", "Nameless/"}));
     EXPECT_TRUE(languages[0].path.IsEmpty());
-    EXPECT_EQ(U8(languages[2].path), U8(Folder() + u"Deutsch.xml"));
+    EXPECT_EQ(U8(languages[2].path), U8(dir.Folder() + u"Deutsch.xml"));
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Broken.xml"));
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Install.xml"));
 
@@ -271,8 +201,9 @@ TEST_F(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
     EXPECT_EQ(U8(service.Translate(u"Cancel")), "Français");
 }
 
-TEST_F(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
+TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
 {
+    const ScratchDir dir;
     const auto missing = [](const HVString&, std::vector<HVString>&) { return false; };
     ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", missing).size(), 1u);
     ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", nullptr).size(), 1u);
@@ -280,24 +211,24 @@ TEST_F(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
         names = {u"Gone.xml", u".xml", u"x"};
         return true;
     };
-    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(Folder(), ghosts);
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ghosts);
     ASSERT_EQ(languages.size(), 1u);
     EXPECT_EQ(U8(languages[0].name), "English");
 
     RecordingLogger log;
     CTranslationService service;
-    EXPECT_FALSE(service.Load(Folder() + u"Gone.xml"));
+    EXPECT_FALSE(service.Load(dir.Folder() + u"Gone.xml"));
     EXPECT_TRUE(service.IsEnglish());
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Gone.xml"));
 }
 
-TEST_F(LanguageFolder, ReadsUtf16FilesWithTheirByteOrderMark)
+TEST(LanguageFolder, ReadsUtf16FilesWithTheirByteOrderMark)
 {
+    const ScratchDir dir;
     const std::u16string text = u"\uFEFF<HVLanguage name=\"Ελληνικά\" code=\"el\"><Text><English>Cancel</English>"
                                 u"<Translation>Άκυρο</Translation></Text></HVLanguage>";
-    Write("Greek.xml", std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2));
     CTranslationService service;
-    ASSERT_TRUE(service.Load(Folder() + u"Greek.xml"));
+    ASSERT_TRUE(service.Load(dir.Write("Greek.xml", std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2))));
     EXPECT_EQ(U8(service.LanguageName()), "Ελληνικά");
     EXPECT_EQ(U8(service.Translate(u"Cancel")), "Άκυρο");
 }

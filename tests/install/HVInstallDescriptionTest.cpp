@@ -1,12 +1,11 @@
 #include "install/HVInstallDescription.h"
 
+#include "ScratchDir.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <system_error>
 
 namespace
 {
@@ -31,49 +30,34 @@ const char16_t* const kDescription =
     u"  <SpecialFeatures><MinIEVersion/></SpecialFeatures>\r\n"
     u"</HVIC>\r\n";
 
-struct TextCase
-{
-    const char16_t* path;
-    const char16_t* fallback;
-    const char16_t* text;
-    bool present;   // GetValue finds the element
-};
-
 TEST(HVInstallDescriptionTest, TextKeysGiveTheirDefaultWhenMissingOrEmpty)
 {
     HVInstallDescription d;
     ASSERT_TRUE(d.SetText(kDescription));
-    const TextCase cases[] = {
+    // present: GetValue finds the element.
+    const struct { const char16_t* path; const char16_t* fallback; const char16_t* text; bool present; } cases[] = {
         {u"/*/Product/InstallToPath", u"", u"C:\\Program Files\\Halvard\\Sonora\\", true},
         {u"/HVIC/Product/InstallToPath", u"", u"C:\\Program Files\\Halvard\\Sonora\\", true},
         {u"/*/Product/ObsoleteFiles", u"none", u"none", true},
         {u"/*/Product/DefaultFileTypes", u"", u" mp3;wma ", true},
-        {u"/*/Product/DefaultAssocFileTypes", u"", u"", false},
-        {u"/*/DefaultSettings/", u"", u"80", true},
+        {u"/*/Product/DefaultAssocFileTypes", u"", u"", false}, {u"/*/DefaultSettings/", u"", u"80", true},
         {u"/*/DefaultSettings/Skin", u"", u"Dark & Light", true},
         {u"/*/Product", u"x", u"x", true},   // an element with children has no text
         {u"/Other/Product/InstallToPath", u"d", u"d", false},
     };
-    for (const TextCase& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(U8(d.GetText(c.path, c.fallback)), U8(c.text)) << U8(c.path);
         HVString value;
         EXPECT_EQ(d.GetValue(c.path, value), c.present) << U8(c.path);
     }
 }
 
-struct IntegerCase
-{
-    const char16_t* path;
-    int32_t fallback;
-    int32_t value;
-};
-
 TEST(HVInstallDescriptionTest, IntegerKeysAreReadAsTheyStand)
 {
     HVInstallDescription d;
     ASSERT_TRUE(d.SetText(kDescription));
     // The description applies no bounds: the floor of 1 image and 1000 ms belong to the reader.
-    const IntegerCase cases[] = {
+    const struct { const char16_t* path; int32_t fallback, value; } cases[] = {
         {u"/*/Installer/ShowLanguageSelection", 0, 1},
         {u"/*/Installer/PromoCount", 0, -3},
         {u"/*/Installer/PromoMinimumMilliseconds", 0, 250},
@@ -81,7 +65,7 @@ TEST(HVInstallDescriptionTest, IntegerKeysAreReadAsTheyStand)
         {u"/*/Installer/Missing", 42, 42},
         {u"/*/SpecialFeatures/MinIEVersion", -1, -1},   // empty
     };
-    for (const IntegerCase& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(d.GetInteger(c.path, c.fallback), c.value) << U8(c.path);
 }
 
@@ -120,41 +104,28 @@ TEST(HVInstallDescriptionTest, ElementsAndAttributes)
     EXPECT_EQ(d.FindElement(u"/*/Nothing"), 0u);
 }
 
-TEST(HVInstallDescriptionTest, AnyRootServesTheStarKeys)
+TEST(HVInstallDescriptionTest, AnyRootAndBrokenOrMissingFiles)
 {
     HVInstallDescription d;
     ASSERT_TRUE(d.SetText(u"<Setup><Product><InstallToPath>D:\\x</InstallToPath></Product></Setup>"));
     EXPECT_EQ(d.GetText(u"/*/Product/InstallToPath"), u"D:\\x");
     EXPECT_TRUE(d.GetText(u"/HVIC/Product/InstallToPath").IsEmpty());
-}
-
-TEST(HVInstallDescriptionTest, BrokenOrMissingFileLeavesDefaults)
-{
-    HVInstallDescription d;
     // Not well formed: what could be read is still served.
     EXPECT_FALSE(d.SetText(u"<HVIC><Installer><PromoCount>4</PromoCount></Installer><Broken></HVIC>"));
     EXPECT_TRUE(d.IsLoaded());
     EXPECT_EQ(d.GetInteger(u"/*/Installer/PromoCount", 0), 4);
 
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() / "hvdesc-test";
-    std::filesystem::create_directories(dir);
-#ifdef _WIN32
-    auto pathOf = [](const std::filesystem::path& p) { return HVString(p.wstring().c_str()); };
-#else
-    auto pathOf = [](const std::filesystem::path& p) { return HVString::FromUtf8(p.string()); };
-#endif
-    EXPECT_FALSE(d.Load(pathOf(dir / "missing.xml")));
+    const ScratchDir dir;
+    EXPECT_FALSE(d.Load(dir.Path("missing.xml")));
     EXPECT_FALSE(d.IsLoaded());
     EXPECT_EQ(d.GetText(u"/*/Installer/PromoCount", u"dflt"), u"dflt");
     EXPECT_EQ(d.GetInteger(u"/*/Installer/PromoCount", 1), 1);
 
-    std::ofstream(dir / "Install.xml", std::ios::binary)
-        << "\xEF\xBB\xBF<HVIC version='1.0'><Product><InstallToPath>C:\\\xC3\xA9</InstallToPath></Product></HVIC>";
-    EXPECT_TRUE(d.Load(pathOf(dir / "Install.xml")));
+    const HVString path = dir.Write(
+        "Install.xml", "\xEF\xBB\xBF<HVIC version='1.0'><Product><InstallToPath>C:\\\xC3\xA9</InstallToPath></Product></HVIC>");
+    EXPECT_TRUE(d.Load(path));
     EXPECT_TRUE(d.IsLoaded());
-    EXPECT_EQ(d.GetPath(), pathOf(dir / "Install.xml"));
+    EXPECT_EQ(d.GetPath(), path);
     EXPECT_EQ(d.GetText(u"/*/Product/InstallToPath"), u"C:\\\u00e9");
-    std::error_code ignored;
-    std::filesystem::remove_all(dir, ignored);
 }
 }   // namespace

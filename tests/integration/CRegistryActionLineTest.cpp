@@ -30,8 +30,7 @@ TEST(CRegistryActionLineTest, FieldsTypesAndActions)
         {u"K|N|x|STRING|delete", true, u"N", u"x", true, Action::Set},
         {u"K|N|x|STRING", false, u"", u"", false, Action::Set},
         {u"K|N|x|STRING|MODIFY|", false, u"", u"", false, Action::Set},
-        {u"HKEY_LOCAL_MACHINE ", false, u"", u"", false, Action::Set},
-        {u"", false, u"", u"", false, Action::Set},
+        {u"HKEY_LOCAL_MACHINE ", false, u"", u"", false, Action::Set}, {u"", false, u"", u"", false, Action::Set},
     };
     for (const Case& c : cases) {
         const auto line = CRegistryActionLine::Parse(c.line);

@@ -40,9 +40,13 @@ CInstallApp* CInstallApp::Get() { return static_cast<CInstallApp*>(HVApp::Get())
 
 bool CInstallApp::InitInstance()
 {
-    // The log is opened before anything else so that the whole run is in it, the framework's
-    // own initialisation included.
-    OpenLog();
+    // The switches that govern the run's own output are read ahead of the real parse (step 4),
+    // so that the steps before it are logged too and no box of theirs waits for a person who
+    // isn't there. Parsing has no side effects, so reading twice is harmless.
+    InstallOptions early;
+    CCommandLineParser::Parse(GetCommandLine(), early);
+    OpenLog(early);
+    SuppressMessagesIfAsked(early.suppressMessages);
     if (!HVExecutableApp::InitInstance())
     {
         HVLog::Write(HVLog::kError, "CInstallApp::InitInstance", u"The application framework failed to start");
@@ -53,12 +57,19 @@ bool CInstallApp::InitInstance()
     return true;
 }
 
-void CInstallApp::OpenLog()
+void CInstallApp::SuppressMessagesIfAsked(bool suppress)
 {
-    // The log switches are read ahead of the real parse (step 4) so that the steps before it
-    // are logged too; parsing has no side effects, so reading twice is harmless.
-    InstallOptions early;
-    CCommandLineParser::Parse(GetCommandLine(), early);
+    HVMessageBox::SetSuppressed(suppress);
+    // The system's own boxes on our behalf (a crash, a drive without a disk) would wait for a
+    // person just as ours would.
+    if (!suppress)
+        return;
+    ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
+    HVLog::Write(HVLog::kInfo, "CInstallApp::InitInstance", u"Messages suppressed: no box is shown, each takes its default answer");
+}
+
+void CInstallApp::OpenLog(const InstallOptions& early)
+{
     if (early.log)
     {
         HVString path = early.logPath;

@@ -52,7 +52,8 @@ protected:
     virtual void RunWizard();
 
 private:
-    void OpenLog();
+    void SuppressMessagesIfAsked(bool suppress);
+    void OpenLog(const InstallOptions& early);
     void TakeSingleInstanceMutex();
     void RemoveStaleVirtualStoreKeys();
     void ReadSetupFolder();

@@ -63,6 +63,9 @@ CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
 {
     HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard starts (silent %d, upgrade %d, auto install offered %d)",
                  options_.silent, options_.upgrade, autoInstallOffered_);
+    // A silent run that shows no boxes has nobody to watch its progress either.
+    if (options_.silent && HVMessageBox::IsSuppressed())
+        SetShown(false);
     const int result = Run(owner);
     const Result outcome = result == kFinished ? Result::Finished : result == kCancelled ? Result::Cancelled : Result::Failed;
     HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard ends: %s (destination %s, express %d, portable %d)",

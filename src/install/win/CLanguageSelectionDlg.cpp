@@ -2,6 +2,7 @@
 
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
+#include "toolkit/win/HVMessageBox.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -170,6 +171,9 @@ int CLanguageSelectionDlg::Show(HWND owner, const std::vector<CLanguageInfo>& la
 {
     if (languages.empty())
         return 0;
+    const size_t preselected = IndexForLocale(languages, preselectCode);
+    if (HVMessageBox::SkipUnattended(u"Install Wizard", u"Please select a language:", u"OK (" + languages[preselected].name + u")"))
+        return static_cast<int>(preselected);
 
     DialogTemplate tpl(L"Install Wizard", DS_MODALFRAME | DS_CENTER | WS_POPUP | WS_CAPTION | WS_SYSMENU, 186, 124);
     tpl.AddItem(kStatic, kPromptId, L"Please select a language:", SS_LEFT, 7, 7, 172, 10);
@@ -180,7 +184,7 @@ int CLanguageSelectionDlg::Show(HWND owner, const std::vector<CLanguageInfo>& la
 
     DialogState state;
     state.languages = &languages;
-    state.preselect = IndexForLocale(languages, preselectCode);
+    state.preselect = preselected;
     const INT_PTR result = ::DialogBoxIndirectParamW(::GetModuleHandleW(nullptr), tpl.Get(), owner, DialogProc,
                                                      reinterpret_cast<LPARAM>(&state));
     if (result == -1 || result == 0) {

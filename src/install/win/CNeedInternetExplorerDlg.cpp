@@ -19,6 +19,10 @@ CNeedInternetExplorerDlg::Choice CNeedInternetExplorerDlg::DoModal()
                                                   kDownload, kQuitSetup, MB_ICONWARNING);
     if (pressed != kDownload)
         return kQuitSetup;
+    // An unattended run answers Download by default, but nobody is there to read the page,
+    // and a machine without a browser would answer the shell's launch with a box of its own.
+    if (HVMessageBox::IsSuppressed())
+        return kQuitSetup;
     HVLog::Write(HVLog::kInfo, "CNeedInternetExplorerDlg::DoModal", u"Opening %s", kDownloadPage);
     RunProgram(kDownloadPage, HVString(), SW_SHOWNORMAL, false, false, nullptr, 0, true);
     return kDownload;

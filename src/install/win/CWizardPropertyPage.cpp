@@ -1,12 +1,24 @@
 #include "install/win/CWizardPropertyPage.h"
 
+#include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "toolkit/win/HVMessageBox.h"
 
 bool CWizardPropertyPage::EnterTest()
 {
-    return CWizardRules::EnterTest(*this, Options());
+    if (!CWizardRules::EnterTest(*this, Options()))
+        return false;
+    // A silent run enters a page it passes by only when the page's own check refused its
+    // defaults (a destination that can't be used). Without boxes nobody is there to correct
+    // it either, and the wizard would wait for ever: the install can't go on.
+    if (Options().silent && HVMessageBox::IsSuppressed() && SkipTest()) {
+        HVLog::Write(HVLog::kError, "CWizardPropertyPage::EnterTest", u"The page \"%s\" needs a person: the install can't go on",
+                     Title());
+        wizard_.Close(CInstallWizard::kFailed);
+    }
+    return true;
 }
 
 bool CWizardPropertyPage::NextPressed()

@@ -122,8 +122,10 @@ int HVPopupWnd::DoModal(HWND owner)
     const bool ownerWasEnabled = owner_ && ::IsWindowEnabled(owner_);
     if (ownerWasEnabled)
         ::EnableWindow(owner_, FALSE);
-    ::ShowWindow(hwnd_, SW_SHOW);
-    ::SetForegroundWindow(hwnd_);
+    if (shown_) {
+        ::ShowWindow(hwnd_, SW_SHOW);
+        ::SetForegroundWindow(hwnd_);
+    }
     running_ = true;
     result_ = 0;
     MSG msg;

@@ -28,6 +28,8 @@ public:
 
     // Runs until EndModal; returns its result (0 when the window could not be made).
     int DoModal(HWND owner);
+    // False: DoModal runs the window without ever showing it, for runs that nobody watches.
+    void SetShown(bool shown) { shown_ = shown; }
     void EndModal(int result);
     bool IsRunning() const { return running_; }
     // The title-bar icon at 48 pixels scaled for the DPI, for a header or a banner.
@@ -62,6 +64,7 @@ private:
     HVString title_;
     HWND lastFocus_ = nullptr;
     bool running_ = false;
+    bool shown_ = true;
     int result_ = 0;
     HVIcon bigIcon_;
     HVIcon smallIcon_;

@@ -6,6 +6,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdint>
+
 namespace e2e
 {
 namespace
@@ -102,6 +105,86 @@ std::wstring Describe(const MachineTrace& t)
     }
     return t.path;
 }
+
+std::wstring Hex(const uint8_t* data, size_t size)
+{
+    static const wchar_t kDigits[] = L"0123456789abcdef";
+    std::wstring text;
+    for (size_t i = 0; i < size; ++i)
+        text += std::wstring{kDigits[data[i] >> 4], kDigits[data[i] & 15]};
+    return text;
+}
+
+void ReadKey(HKEY root, const std::wstring& path, HVRegView view, const std::vector<std::wstring>& mask,
+             std::vector<std::wstring>& lines)
+{
+    HVRegKey key;
+    if (!key.Open(root, HVString(path.c_str()), KEY_READ, view))
+        return;
+    const std::wstring prefix = std::wstring(RootName(root)) + L"\\" + path + (view == HVRegView::Key32 ? L" [32] " : L" [64] ");
+    for (const HVString& name : key.EnumValueNames())
+    {
+        DWORD type = 0;
+        std::vector<uint8_t> data;
+        key.QueryValue(name, type, data);
+        const std::wstring wname(name.w());
+        const bool masked = std::find(mask.begin(), mask.end(), wname) != mask.end();
+        lines.push_back(prefix + wname + L" = " + std::to_wstring(type) + L":" + (masked ? L"*" : Hex(data.data(), data.size())));
+    }
+    lines.push_back(prefix + L"(key)");
+    for (const HVString& sub : key.EnumSubKeys())
+        ReadKey(root, path + L"\\" + sub.w(), view, mask, lines);
+}
+
+std::wstring FileLine(const std::wstring& path)
+{
+    std::string bytes;
+    if (!ReadFileBytes(path, bytes))
+        return path + L" (unreadable)";
+    uint64_t hash = 14695981039346656037ull;
+    for (const char c : bytes)
+        hash = (hash ^ static_cast<uint8_t>(c)) * 1099511628211ull;
+    return path + L" (" + std::to_wstring(bytes.size()) + L" bytes, " + std::to_wstring(hash) + L")";
+}
+}
+
+std::vector<std::wstring> ReadTraces(const std::vector<std::wstring>& mask)
+{
+    std::vector<std::wstring> lines;
+    for (const MachineTrace& t : InstallerTraces())
+    {
+        const std::vector<HVRegView> views = t.bothViews ? std::vector<HVRegView>{HVRegView::Key64, HVRegView::Key32}
+                                                         : std::vector<HVRegView>{HVRegView::Native};
+        switch (t.kind)
+        {
+        case Kind::Process: break;
+        case Kind::File:
+            if (GetFileAttributesW(Expand(t.path).c_str()) != INVALID_FILE_ATTRIBUTES)
+                lines.push_back(FileLine(Expand(t.path)));
+            break;
+        case Kind::Folder:
+            for (const std::wstring& file : ListTree(Expand(t.path)))
+                lines.push_back(FileLine(Expand(t.path) + L"\\" + file));
+            break;
+        case Kind::RegistryKey:
+            for (HVRegView view : views)
+                ReadKey(t.root, t.path, view, mask, lines);
+            break;
+        case Kind::RegistryKeyPrefix:
+            for (HVRegView view : views)
+                for (const std::wstring& sub : RegSubKeys(t.root, t.path, view))
+                    if (StartsWithNoCase(sub, t.name))
+                        ReadKey(t.root, t.path + L"\\" + sub, view, mask, lines);
+            break;
+        case Kind::RegistryValue:
+            for (HVRegView view : views)
+                if (const std::optional<std::wstring> value = RegString(t.root, t.path, t.name, view))
+                    lines.push_back(Describe(t) + (view == HVRegView::Key32 ? L" [32] = " : L" [64] = ") + *value);
+            break;
+        }
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
 }
 
 const std::vector<MachineTrace>& InstallerTraces()

@@ -32,6 +32,11 @@ struct MachineTrace
 
 const std::vector<MachineTrace>& InstallerTraces();
 
+// What the traces hold now, one line each, sorted: every registry value below a traced key
+// ("HKLM\...\Sonora 32 [64] DisplayName = 1:<bytes in hex>"), every file of a traced folder and
+// every traced file with its size and a hash of its bytes. Two runs that wrote the same things
+// read the same; a value named `mask` keeps its name but not its data (one made new each time).
+std::vector<std::wstring> ReadTraces(const std::vector<std::wstring>& mask = {});
 // Removes every trace. Returns false when something could not be removed; `problems` (when
 // given) then names each one.
 bool ResetToFreshMachine(std::vector<std::wstring>* problems = nullptr);

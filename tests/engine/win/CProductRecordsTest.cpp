@@ -3,7 +3,6 @@
 #include "engine/win/CProductRecords.h"
 
 #include "engine/CInstallChangeLog.h"
-#include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
 #include "engine/win/CInstallationRecords.h"
 #include "engine/win/CRegistryWriter.h"
@@ -12,6 +11,7 @@
 #include "install/InstallOptions.h"
 #include "install/win/CProductIdentity.h"
 
+#include "RecordedProgress.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
@@ -30,16 +30,6 @@ const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora
 const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
 const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
-
-class NoProgress : public IInstallProgress
-{
-public:
-    void SetStatusText(const HVString&) override {}
-    void SetProgressRange(int32_t, int32_t) override {}
-    void SetProgressPosition(int32_t position) override { positions.push_back(position); }
-    void DrainMessages() override {}
-    std::vector<int32_t> positions;
-};
 
 void Clean()
 {
@@ -79,7 +69,7 @@ protected:
     CProductIdentity product_{setup_};
     CInstallChangeLog changes_;
     CDeferredOperations deferred_;
-    NoProgress progress_;
+    e2e::RecordedProgress progress_;
     std::optional<CInstallContext> context_;
 };
 
@@ -129,29 +119,17 @@ TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
 
 TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnValuesWin)
 {
+    // The library path, a plain value, the user's own value and the first-run default are also
+    // carried over end to end.
     const std::wstring earlierFolder = L"C:\\Program Files\\Halvard\\Sonora 31\\";
-    const std::wstring library = earlierFolder + L"Data\\Library\\";
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Installer", L"Install Directory", earlierFolder));
-    const struct
-    {
-        const wchar_t* name;
-        const wchar_t* earlier;
-        const wchar_t* current;   // held before the install; nullptr: none
-        const wchar_t* expected;  // nullptr: not there
-    } rows[] = {
-        {L"View - Theme", L"Dark", nullptr, L"Dark"},
-        {L"General - Volume", L"earlier", L"mine", L"mine"},
-        {L"LibraryPath", library.c_str(), nullptr, L"[App Data Path]Data\\Library\\"},
-        {L"File Location - Image File Location", L"D:\\Pictures\\", nullptr, L"D:\\Pictures\\"},
-        {L"Install - Start Version", L"31", nullptr, nullptr},
-        {L"Startup - Page", L"3", nullptr, L"3"},  // replaces this run's first-run default
+    // expected nullptr: not carried over.
+    const struct { const wchar_t* name; const wchar_t* earlier; const wchar_t* expected; } rows[] = {
+        {L"File Location - Image File Location", L"D:\\Pictures\\", L"D:\\Pictures\\"},
+        {L"Install - Start Version", L"31", nullptr},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Properties", row.name, row.earlier));
-        if (row.current) {
-            ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, row.name, row.current));
-        }
-    }
     // A value of a type the product never wrote goes over as it is.
     HVRegKey odd;
     ASSERT_TRUE(odd.Create(HKEY_CURRENT_USER, HVString(k31.c_str()) + u"\\Properties"));

@@ -14,15 +14,6 @@ namespace
 {
 HVString Folder(const std::wstring& folder) { return HVString(folder.c_str()); }
 
-TEST(CVersionInfoFileTest, ReadsTheFixedFileVersion)
-{
-    // The installer's own version resource says 1.0.0.0.
-    const CVersionInfo wizard(HVString(e2e::InstallWizardPath().c_str()));
-    EXPECT_TRUE(wizard.HasVersionResource());
-    EXPECT_EQ(wizard.GetText(), u"1.0.0.0");
-    EXPECT_EQ(wizard.GetShortText(), u"1.0.0");
-}
-
 TEST(CVersionInfoFileTest, SampleDllsCarryTheirVersions)
 {
     // The sample setup folder's version-checked system libraries.
@@ -33,18 +24,15 @@ TEST(CVersionInfoFileTest, SampleDllsCarryTheirVersions)
     EXPECT_EQ(codec.GetText(), u"2.0.0.0");
     EXPECT_EQ(disc.GetText(), u"1.5.0.0");
     EXPECT_GT(codec, disc);
-    // A text file beside them has no version: version 0, older than both.
-    const CVersionInfo notes(folder + u"HVSystemNotes.txt");
-    EXPECT_TRUE(notes.IsZero());
-    EXPECT_LT(notes, disc);
 }
 
 TEST(CVersionInfoFileTest, NoVersionResourceOrNoFileIsZero)
 {
-    // Test programs are built without a version resource.
+    // Test programs are built without a version resource; a text file has none either.
     wchar_t self[MAX_PATH];
     ASSERT_GT(::GetModuleFileNameW(nullptr, self, MAX_PATH), 0u);
-    for (const HVString& path : {HVString(self), Folder(e2e::TestProgramFolder()) + u"missing.dll", HVString()}) {
+    for (const HVString& path : {HVString(self), Folder(e2e::TestProgramFolder()) + u"missing.dll", HVString(),
+                                 Folder(e2e::MediaFolder()) + u"System\\Check Version\\HVSystemNotes.txt"}) {
         CVersionInfo v(9, 9, 9, 9);
         EXPECT_FALSE(v.Read(path)) << path.ToUtf8();
         EXPECT_FALSE(v.HasVersionResource());
@@ -53,17 +41,22 @@ TEST(CVersionInfoFileTest, NoVersionResourceOrNoFileIsZero)
     }
 }
 
-TEST(CVersionInfoFileTest, ReadsBeyond260Characters)
+// The installer's own version resource says 1.0.0.0, also read from beyond 260 characters.
+TEST(CVersionInfoFileTest, ReadsTheFixedFileVersion)
 {
     HVString folder = Folder(e2e::ScratchFolder(L"CVersionInfo"));
     ASSERT_FALSE(folder.IsEmpty());
     for (int i = 0; i < 5; ++i)
         folder += HVString::Format(u"a folder name of some sixty characters to pass the limit %d\\", i);
     ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
-    ASSERT_TRUE(HVFileSystem::CopyFile(HVString(e2e::InstallWizardPath().c_str()), folder + u"Sonora 32.exe", false));
-    const CVersionInfo v(folder + u"Sonora 32.exe");
-    EXPECT_TRUE(v.HasVersionResource());
-    EXPECT_EQ(v.GetText(), u"1.0.0.0");
+    const HVString wizard(e2e::InstallWizardPath().c_str());
+    ASSERT_TRUE(HVFileSystem::CopyFile(wizard, folder + u"Sonora 32.exe", false));
+    for (const HVString& path : {wizard, folder + u"Sonora 32.exe"}) {
+        const CVersionInfo v(path);
+        EXPECT_TRUE(v.HasVersionResource()) << path.ToUtf8();
+        EXPECT_EQ(v.GetText(), u"1.0.0.0");
+        EXPECT_EQ(v.GetShortText(), u"1.0.0");
+    }
 }
 
 TEST(HVSystemIdentityCurrentTest, TheRunningSystemIsKnownAndReadOnce)

@@ -1,17 +1,17 @@
 #include "foundation/win/HVApp.h"
-#include "foundation/win/HVCrashHandler.h"
 #include "foundation/win/HVFileLogger.h"
 
 #include "foundation/HVLog.h"
-#include "foundation/win/HVUniqueResource.h"
 
 #include "FolderTree.h"
+#include "TestPaths.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -20,31 +20,26 @@ class TestApp : public HVApp
 {
 };
 
-struct Seen
-{
-    UINT message;
-    WPARAM wParam;
-    LPARAM lParam;
-};
+// The message the app says it is dispatching, as each window procedure call saw it.
+using Seen = std::tuple<UINT, WPARAM, LPARAM>;
 std::vector<Seen> g_seen;
 TestApp* g_testApp = nullptr;
 
 LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message >= WM_APP)
-    {
-        g_seen.push_back({g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam()});
-        // A nested dispatch (as a modal box runs one) must give the outer message back.
-        if (message == WM_APP + 1)
-        {
-            MSG inner = {window, WM_APP + 2, 5, 6, 0, {}};
-            g_testApp->DispatchTracked(inner);
-            g_seen.push_back(
-                {g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam()});
-        }
-        return 0;
+    if (message < WM_APP)
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    const auto look = [] {
+        g_seen.emplace_back(g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam());
+    };
+    look();
+    // A nested dispatch (as a modal box runs one) must give the outer message back.
+    if (message == WM_APP + 1) {
+        MSG inner = {window, WM_APP + 2, 5, 6, 0, {}};
+        g_testApp->DispatchTracked(inner);
+        look();
     }
-    return ::DefWindowProcW(window, message, wParam, lParam);
+    return 0;
 }
 
 HWND MakeWindow()
@@ -58,12 +53,6 @@ HWND MakeWindow()
                            nullptr);
 }
 
-HVString TempFile(const wchar_t* name)
-{
-    wchar_t temp[MAX_PATH + 1];
-    const DWORD length = ::GetTempPathW(MAX_PATH + 1, temp);
-    return HVString(temp, static_cast<int32_t>(length)) + HVString(name);
-}
 }
 
 TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
@@ -76,15 +65,7 @@ TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
     ::PostMessageW(window, WM_APP, 11, 12);
     ::PostMessageW(window, WM_APP + 1, 21, 22);
     EXPECT_TRUE(app.PumpWaitingMessages());
-    ASSERT_EQ(g_seen.size(), 4u);
-    EXPECT_EQ(g_seen[0].message, static_cast<UINT>(WM_APP));
-    EXPECT_EQ(g_seen[0].wParam, 11u);
-    EXPECT_EQ(g_seen[0].lParam, 12);
-    EXPECT_EQ(g_seen[1].message, static_cast<UINT>(WM_APP + 1));
-    EXPECT_EQ(g_seen[2].message, static_cast<UINT>(WM_APP + 2));  // the nested one
-    EXPECT_EQ(g_seen[2].wParam, 5u);
-    EXPECT_EQ(g_seen[3].message, static_cast<UINT>(WM_APP + 1));  // the outer one again
-    EXPECT_EQ(g_seen[3].lParam, 22);
+    EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP, 11, 12}, {WM_APP + 1, 21, 22}, {WM_APP + 2, 5, 6}, {WM_APP + 1, 21, 22}}));
     EXPECT_EQ(app.GetCurrentMessage(), 0u);
     ::DestroyWindow(window);
     g_testApp = nullptr;
@@ -117,7 +98,9 @@ TEST(HVApp, OneAppAtATimeAndItsLoggerIsTheProcesses)
 
 TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
 {
-    const HVString path = TempFile(L"HVFileLoggerTest.log");
+    const std::wstring folder = e2e::ScratchFolder(L"HVFileLogger");
+    ASSERT_FALSE(folder.empty());
+    const HVString path = HVString(folder.c_str()) + u"HVFileLoggerTest.log";
     {
         HVFileLogger logger;
         ASSERT_TRUE(logger.Open(path));
@@ -153,33 +136,12 @@ TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
     }
     EXPECT_EQ(lines, 801);
     EXPECT_NE(text.find("line 199 \xc3\xa9"), std::string::npos);
-    ::DeleteFileW(path.w());
 }
 
-TEST(HVFileLogger, AFolderThatDoesNotExistIsAnErrorNotACrash)
+TEST(HVFileLogger, AMissingFolderIsAnErrorNotACrash)
 {
     HVFileLogger logger;
     EXPECT_FALSE(logger.Open(u"C:\\No Such Folder\\At All\\x.log"));
     EXPECT_FALSE(logger.IsOpen());
     logger.Write(1, "Test", u"goes nowhere");
-}
-
-TEST(HVFileLogger, DatedNamesAreInTheFolder)
-{
-    const HVString name = HVFileLogger::DatedName(u"C:\\Temp", u"Install Wizard");
-    EXPECT_TRUE(name.StartsWith(u"C:\\Temp\\Install Wizard 2")) << name.ToUtf8();
-    EXPECT_TRUE(name.EndsWith(u".log"));
-    EXPECT_EQ(name.Find(u':', 2), HVString::npos) << "no colons in a file name";
-}
-
-TEST(HVCrashHandler, InstallMakesTheNamedSixteenByteBlock)
-{
-    TestApp app;
-    HVCrashHandler::Install(&app);
-    const std::wstring expected = L"HVCrashInfo" + std::to_wstring(::GetCurrentProcessId());
-    EXPECT_EQ(std::wstring(HVCrashHandler::BlockName()), expected);
-    HVHandle mapping(::OpenFileMappingW(FILE_MAP_READ, FALSE, expected.c_str()));
-    ASSERT_TRUE(mapping);
-    HVMappedView view(::MapViewOfFile(mapping.Get(), FILE_MAP_READ, 0, 0, sizeof(HVCrashHandler::CrashInfo)));
-    EXPECT_TRUE(view);
 }

@@ -5,8 +5,7 @@
 
 #include "HeldFileLock.h"
 #include "PendingRenames.h"
-#include "RecordingLogger.h"
-#include "TestPaths.h"
+#include "ScratchFolderTest.h"
 
 #include <gtest/gtest.h>
 
@@ -18,37 +17,9 @@ namespace
 {
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 
-class HVFileSystemTest : public ::testing::Test
+class HVFileSystemTest : public ScratchFolderTest
 {
 protected:
-    void SetUp() override
-    {
-        const std::wstring folder = e2e::ScratchFolder(L"HVFileSystem");
-        ASSERT_FALSE(folder.empty());
-        root = HVString(folder.c_str());
-    }
-
-    void Write(const HVString& path, const std::string& content)
-    {
-        ASSERT_TRUE(HVFileSystem::WriteFile(path, content.data(), content.size())) << U8(path);
-    }
-    std::string Read(const HVString& path)
-    {
-        std::vector<uint8_t> data;
-        if (!HVFileSystem::ReadFile(path, data))
-            return "<unreadable>";
-        return std::string(data.begin(), data.end());
-    }
-    std::vector<std::string> Names(const HVString& folder)
-    {
-        std::vector<HVFileSystem::Entry> entries;
-        HVFileSystem::EnumerateFolder(folder, entries);
-        std::vector<std::string> names;
-        for (const auto& e : entries)
-            names.push_back(U8(e.name));
-        std::sort(names.begin(), names.end());
-        return names;
-    }
     // A folder whose path passes 260 characters, made with the file system's own tree maker.
     HVString LongFolder()
     {
@@ -59,38 +30,29 @@ protected:
         EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
         return folder;
     }
-
-    HVString root;
-    RecordingLogger log;
 };
 
-TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstAndFailsSilentlyOnWhatIsNotThere)
+TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstFailsSilentlyOnWhatIsNotThereAndLogsALockedFile)
 {
-    const HVString file = root + u"read-only.txt";
-    Write(file, "x");
-    ASSERT_TRUE(::SetFileAttributesW(file.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
-    EXPECT_TRUE(HVFileSystem::DeleteFile(file));
-    EXPECT_FALSE(HVFileSystem::Exists(file, true));
+    const HVString readOnly = root + u"read-only.txt";
+    Write(readOnly, "x");
+    ASSERT_TRUE(::SetFileAttributesW(readOnly.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    EXPECT_TRUE(HVFileSystem::DeleteFile(readOnly));
+    EXPECT_FALSE(HVFileSystem::Exists(readOnly, true));
     for (const HVString& missing : {root + u"missing.txt", root + u"missing folder\\missing.txt", HVString(),
                                     HVString(u"relative\\missing.txt")})
         EXPECT_FALSE(HVFileSystem::DeleteFile(missing)) << U8(missing);
     EXPECT_TRUE(log.Lines().empty());
-}
 
-TEST_F(HVFileSystemTest, LockedFileIsNeitherDeletedNorCopiedAndTheDeleteIsLogged)
-{
+    // A locked file is neither deleted nor copied, and the failed delete is logged.
     const HVString file = root + u"locked.dll";
     Write(file, "in use");
     e2e::HeldFileLock lock(file.w());
     ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
-
     EXPECT_FALSE(HVFileSystem::DeleteFile(file));
     EXPECT_TRUE(HVFileSystem::Exists(file, false));
-    ASSERT_EQ(log.Lines().size(), 1u);
-    EXPECT_EQ(log.Lines()[0].level, 1);
-    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::DeleteFile");
-    EXPECT_EQ(log.Lines()[0].message, "Error 32 deleting existing file: " + U8(file));
-
+    EXPECT_EQ(log.Texts(), std::vector<std::string>{"HVFileSystem::DeleteFile: Error 32 deleting existing file: " + U8(file)});
+    EXPECT_TRUE(log.Has(HVLog::kError, "deleting"));
     DWORD error = 0;
     EXPECT_FALSE(HVFileSystem::CopyFile(file, root + u"copy.dll", false, &error));
     EXPECT_EQ(error, static_cast<DWORD>(ERROR_SHARING_VIOLATION));
@@ -123,7 +85,7 @@ TEST_F(HVFileSystemTest, SafeReplaceSwapsInTheNewFileOrChangesNothing)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        root = HVString(e2e::ScratchFolder(L"HVFileSystem").c_str());
+        ASSERT_TRUE(Empty());
         log.Clear();
         const HVString original = root + u"Sonora.exe";
         const HVString incoming = root + row.incoming;
@@ -155,39 +117,29 @@ TEST_F(HVFileSystemTest, SafeReplaceSwapsInTheNewFileOrChangesNothing)
     }
 }
 
-TEST_F(HVFileSystemTest, DirectoryTreeNeedsAnAbsolutePath)
+// Parents are made outermost first; only an absolute path that fails is logged, in its plain form.
+TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOrLogsThePath)
 {
-    for (const char16_t* bad : {u"", u"relative\\path", u"\\rooted\\path", u"C:drive-relative", u"C:/forward"})
-        EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad)) << U8(bad);
-    EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOutermostFirst)
-{
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a"));
-    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\c\\"));
-    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\b"));
-    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\b\\c"));
-    // Existing folders and dotted forms are fine too.
-    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\c"));
-    EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"a\\b\\..\\d\\.\\e"));
-    EXPECT_TRUE(HVFileSystem::FolderExists(root + u"a\\d\\e"));
-    EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST_F(HVFileSystemTest, DirectoryTreeFailuresAreLoggedWithThePlainPath)
-{
-    const HVString blocked = root + u"file\\below";
     Write(root + u"file", "not a folder");
-    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(blocked));
-    const HVString reserved = root + u"bad<name>\\x";
-    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(reserved));
-    EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(u"Q:\\no such drive\\x"));
-    ASSERT_EQ(log.Lines().size(), 3u);
-    EXPECT_EQ(log.Lines()[0].source, "HVFileSystem::MakeDirectoryTree");
-    EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(blocked));
-    EXPECT_EQ(log.Lines()[1].message, "Failed! Path=" + U8(reserved));
-    EXPECT_EQ(log.Lines()[2].message, "Failed! Path=Q:\\no such drive\\x");
+    HVString overlong = root;
+    for (int i = 0; i < 300; ++i)
+        overlong += u'n';   // one component beyond what any file system allows
+    const struct { HVString path; bool made; } rows[] = {
+        {u"", false}, {u"relative\\path", false}, {u"\\rooted\\path", false}, {u"C:drive-relative", false},
+        {u"C:/forward", false}, {root + u"a", true}, {root + u"a\\b\\c\\", true}, {root + u"a\\b\\c", true},
+        {root + u"a\\b\\..\\d\\.\\e", true}, {root + u"file\\below", false}, {root + u"bad<name>\\x", false},
+        {u"Q:\\no such drive\\x", false}, {overlong, false}, {u"\\\\no-such-server\\share\\folder\\", false},
+        {root + u"what?.txt", false},
+    };
+    for (const auto& row : rows) {
+        log.Clear();
+        EXPECT_EQ(HVFileSystem::MakeDirectoryTree(row.path), row.made) << U8(row.path);
+        const bool logged = !row.made && HVFileSystemPath::IsAbsolute(row.path.view());
+        EXPECT_EQ(log.Texts(), logged ? std::vector<std::string>{"HVFileSystem::MakeDirectoryTree: Failed! Path=" + U8(row.path)}
+                                      : std::vector<std::string>{});
+    }
+    for (const char16_t* made : {u"a\\b", u"a\\b\\c", u"a\\d\\e"})
+        EXPECT_TRUE(HVFileSystem::FolderExists(root + made)) << U8(made);
 }
 
 TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
@@ -204,9 +156,6 @@ TEST_F(HVFileSystemTest, BadPathsGiveFalseAndNeverCrash)
         EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(bad));
         EXPECT_FALSE(HVFileSystem::WriteFile(bad, "x", 1));
         EXPECT_TRUE(log.Lines().empty()) << log.Lines()[0].message;
-        EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(bad));
-        ASSERT_EQ(log.Lines().size(), 1u);
-        EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(bad));
         HVString unique = bad;
         EXPECT_TRUE(HVFileSystem::MakeUniqueName(unique));   // nothing there: the name stays
         EXPECT_EQ(unique, bad);
@@ -268,76 +217,73 @@ TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
         << log.Lines()[0].Text();
 }
 
-TEST_F(HVFileSystemTest, UniqueNameSkipsEverythingThatExists)
+// The same on a short path and on one beyond 260 characters; failures are logged as warnings
+// naming the plain paths.
+TEST_F(HVFileSystemTest, CopyMoveEnumerateSizesAndUniqueNames)
 {
-    Write(root + u"song.mp3", "");
-    Write(root + u"song - 1.mp3", "");
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"song - 2.mp3"));   // a folder counts too
-    HVString path = root + u"song.mp3";
-    EXPECT_TRUE(HVFileSystem::MakeUniqueName(path));
-    EXPECT_EQ(U8(path), U8(root + u"song - 3.mp3"));
-    HVString fresh = root + u"new.mp3";
-    EXPECT_TRUE(HVFileSystem::MakeUniqueName(fresh));
-    EXPECT_EQ(U8(fresh), U8(root + u"new.mp3"));
-}
+    for (const HVString& folder : {root + u"short\\", LongFolder()}) {
+        SCOPED_TRACE(folder.GetLength());
+        log.Clear();
+        ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
+        Write(folder + u"a.txt", "12345");
+        uint64_t size = 0;
+        EXPECT_TRUE(HVFileSystem::GetFileSize(folder + u"a.txt", size));
+        EXPECT_EQ(size, 5u);
+        EXPECT_FALSE(HVFileSystem::GetFileSize(folder, size));
+        DWORD error = 1;
+        EXPECT_TRUE(HVFileSystem::CopyFile(folder + u"a.txt", folder + u"b.txt", true, &error));
+        EXPECT_EQ(error, 0u);
+        EXPECT_FALSE(HVFileSystem::CopyFile(folder + u"a.txt", folder + u"b.txt", true, &error));
+        EXPECT_EQ(error, static_cast<DWORD>(ERROR_FILE_EXISTS));
+        EXPECT_FALSE(HVFileSystem::MoveFile(folder + u"a.txt", folder + u"b.txt", false, false, &error));
+        EXPECT_TRUE(HVFileSystem::MoveFile(folder + u"a.txt", folder + u"b.txt", true, false, &error));
+        EXPECT_FALSE(HVFileSystem::Exists(folder + u"a.txt", false));
+        EXPECT_EQ(Read(folder + u"b.txt"), "12345");
+        ASSERT_EQ(log.Lines().size(), 2u);
+        EXPECT_TRUE(log.Has(HVLog::kWarning, "Error 80 copying " + U8(folder) + "a.txt to " + U8(folder) + "b.txt"));
+        EXPECT_EQ(log.Lines()[1].source, "HVFileSystem::MoveFile");
 
-TEST_F(HVFileSystemTest, CopyMoveEnumerateAndSizes)
-{
-    Write(root + u"a.txt", "12345");
-    uint64_t size = 0;
-    EXPECT_TRUE(HVFileSystem::GetFileSize(root + u"a.txt", size));
-    EXPECT_EQ(size, 5u);
-    EXPECT_FALSE(HVFileSystem::GetFileSize(root, size));
+        ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"sub"));
+        Write(folder + u"c.log", "");
+        std::vector<HVFileSystem::Entry> entries;
+        EXPECT_TRUE(HVFileSystem::EnumerateFolder(folder, entries, u"*.txt"));
+        ASSERT_EQ(entries.size(), 1u);
+        EXPECT_EQ(U8(entries[0].name), "b.txt");
+        EXPECT_EQ(entries[0].size, 5u);
+        EXPECT_FALSE(entries[0].isFolder);
+        EXPECT_TRUE(HVFileSystem::EnumerateFolder(folder, entries, u"*.none"));
+        EXPECT_TRUE(entries.empty());
+        EXPECT_FALSE(HVFileSystem::EnumerateFolder(folder + u"missing", entries));
+        EXPECT_EQ(Names(folder), (std::vector<std::string>{"b.txt", "c.log", "sub"}));
+        EXPECT_TRUE(HVFileSystem::DeleteFolderTree(folder + u"sub"));
+        EXPECT_FALSE(HVFileSystem::FolderExists(folder + u"sub"));
 
-    DWORD error = 1;
-    EXPECT_TRUE(HVFileSystem::CopyFile(root + u"a.txt", root + u"b.txt", true, &error));
-    EXPECT_EQ(error, 0u);
-    EXPECT_FALSE(HVFileSystem::CopyFile(root + u"a.txt", root + u"b.txt", true, &error));
-    EXPECT_EQ(error, static_cast<DWORD>(ERROR_FILE_EXISTS));
-    EXPECT_FALSE(HVFileSystem::MoveFile(root + u"a.txt", root + u"b.txt", false, false, &error));
-    EXPECT_TRUE(HVFileSystem::MoveFile(root + u"a.txt", root + u"b.txt", true, false, &error));
-    EXPECT_FALSE(HVFileSystem::Exists(root + u"a.txt", false));
-    EXPECT_EQ(Read(root + u"b.txt"), "12345");
-    // The failures were warnings naming the plain paths.
-    ASSERT_EQ(log.Lines().size(), 2u);
-    EXPECT_EQ(log.Lines()[0].level, 2);
-    EXPECT_EQ(log.Lines()[0].message, "Error 80 copying " + U8(root) + "a.txt to " + U8(root) + "b.txt");
-    EXPECT_EQ(log.Lines()[1].source, "HVFileSystem::MoveFile");
-
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(root + u"sub"));
-    Write(root + u"c.log", "");
-    std::vector<HVFileSystem::Entry> entries;
-    EXPECT_TRUE(HVFileSystem::EnumerateFolder(root, entries, u"*.txt"));
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(U8(entries[0].name), "b.txt");
-    EXPECT_EQ(entries[0].size, 5u);
-    EXPECT_FALSE(entries[0].isFolder);
-    EXPECT_TRUE(HVFileSystem::EnumerateFolder(root, entries, u"*.none"));
-    EXPECT_TRUE(entries.empty());
-    EXPECT_FALSE(HVFileSystem::EnumerateFolder(root + u"missing", entries));
-    EXPECT_EQ(Names(root), (std::vector<std::string>{"b.txt", "c.log", "sub"}));
-
-    EXPECT_TRUE(HVFileSystem::DeleteFolderTree(root + u"sub"));
-    EXPECT_FALSE(HVFileSystem::FolderExists(root + u"sub"));
+        // Unique names skip everything that exists, a folder too.
+        Write(folder + u"b - 1.txt", "");
+        ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"b - 2.txt"));
+        for (const auto& [name, unique] : {std::pair{u"b.txt", u"b - 3.txt"}, {u"new.mp3", u"new.mp3"}}) {
+            HVString path = folder + name;
+            EXPECT_TRUE(HVFileSystem::MakeUniqueName(path));
+            EXPECT_EQ(U8(path), U8(folder + unique));
+        }
+    }
 }
 
 TEST_F(HVFileSystemTest, FreeSpaceIsReadFromTheNearestExistingFolder)
 {
+    for (const HVString& folder : {root, root + u"not\\made\\yet\\"}) {
+        uint64_t free = 0;
+        EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(folder, free));
+        EXPECT_GT(free, 0u);
+    }
     uint64_t free = 0;
-    EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(root, free));
-    EXPECT_GT(free, 0u);
-    uint64_t below = 0;
-    EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(root + u"not\\made\\yet\\", below));
-    EXPECT_GT(below, 0u);
-    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"relative", free));
-    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"", free));
-    EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(u"Q:\\no such drive\\", free));
+    for (const char16_t* bad : {u"relative", u"", u"Q:\\no such drive\\"})
+        EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(bad, free)) << U8(bad);
 }
 
 TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
 {
     const HVString folder = LongFolder();
-    ASSERT_GT(folder.GetLength(), MAX_PATH);
     EXPECT_TRUE(HVFileSystem::FolderExists(folder));
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(folder));
     EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, true));
@@ -345,20 +291,11 @@ TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
     const HVString file = folder + u"library.xml";
     Write(file, "long");
     EXPECT_TRUE(HVFileSystem::Exists(file, false));
-    EXPECT_EQ(Read(file), "long");
-    uint64_t size = 0;
-    EXPECT_TRUE(HVFileSystem::GetFileSize(file, size));
-    EXPECT_EQ(size, 4u);
     EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, false));
-    EXPECT_TRUE(HVFileSystem::CopyFile(file, folder + u"copy.xml", false));
-    EXPECT_TRUE(HVFileSystem::MoveFile(folder + u"copy.xml", folder + u"moved.xml", false, false));
-    HVString unique = file;
-    EXPECT_TRUE(HVFileSystem::MakeUniqueName(unique));
-    EXPECT_EQ(U8(unique), U8(folder + u"library - 1.xml"));
     Write(folder + u"library.new", "replacement");
     EXPECT_TRUE(HVFileSystem::SafeReplaceFile(file, folder + u"library.new"));
     EXPECT_EQ(Read(file), "replacement");
-    EXPECT_EQ(Names(folder), (std::vector<std::string>{"library.xml", "moved.xml"}));
+    EXPECT_EQ(Names(folder), (std::vector<std::string>{"library.xml"}));
     ASSERT_TRUE(::SetFileAttributesW(HVFileSystemPath::ToLongPath(file).w(), FILE_ATTRIBUTE_READONLY));
     EXPECT_TRUE(HVFileSystem::SetNormalAttributes(file));
     EXPECT_EQ(HVFileSystem::GetAttributes(file) & FILE_ATTRIBUTE_READONLY, 0u);
@@ -367,11 +304,9 @@ TEST_F(HVFileSystemTest, EveryOperationWorksBeyond260Characters)
     EXPECT_TRUE(HVFileSystem::DeleteFile(file));
     EXPECT_FALSE(HVFileSystem::Exists(file, false));
     EXPECT_TRUE(log.Lines().empty());
-
     // A failure on a long path is logged in the caller's form, never the prefixed one.
     EXPECT_FALSE(HVFileSystem::MakeDirectoryTree(folder + u"a|b"));
-    ASSERT_EQ(log.Lines().size(), 1u);
-    EXPECT_EQ(log.Lines()[0].message, "Failed! Path=" + U8(folder) + "a|b");
+    EXPECT_EQ(log.Texts(), std::vector<std::string>{"HVFileSystem::MakeDirectoryTree: Failed! Path=" + U8(folder) + "a|b"});
 
     EXPECT_TRUE(HVFileSystem::DeleteFolderTree(root + u"level 0 of a path far longer than the old limit"));
     EXPECT_TRUE(Names(root).empty());

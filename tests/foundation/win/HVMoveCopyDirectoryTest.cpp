@@ -3,9 +3,9 @@
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
 
+#include "FolderTree.h"
 #include "HeldFileLock.h"
-#include "RecordingLogger.h"
-#include "TestPaths.h"
+#include "ScratchFolderTest.h"
 
 #include <gtest/gtest.h>
 
@@ -15,14 +15,12 @@
 
 namespace
 {
-class HVMoveCopyDirectoryTest : public ::testing::Test
+class HVMoveCopyDirectoryTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
-        const std::wstring folder = e2e::ScratchFolder(L"HVMoveCopyDirectory");
-        ASSERT_FALSE(folder.empty());
-        root = HVString(folder.c_str());
+        ScratchFolderTest::SetUp();
         source = root + u"source\\";
         target = root + u"target\\";
         for (const char16_t* f : {u"", u"Skins\\", u"Skins\\Standard View\\", u"Empty\\"})
@@ -31,30 +29,18 @@ protected:
             ASSERT_TRUE(HVFileSystem::WriteFile(source + f, f, std::char_traits<char16_t>::length(f) * 2));
     }
 
-    // Every file and folder below a folder, as relative paths.
-    std::vector<std::string> Tree(const HVString& folder, const HVString& prefix = HVString())
+    static ::testing::AssertionResult Holds(const HVString& folder, const std::vector<std::wstring>& tree)
     {
-        std::vector<std::string> result;
-        std::vector<HVFileSystem::Entry> entries;
-        HVFileSystem::EnumerateFolder(folder, entries);
-        for (const auto& e : entries) {
-            result.push_back((prefix + e.name + (e.isFolder ? u"\\" : u"")).ToUtf8());
-            if (e.isFolder) {
-                auto below = Tree(folder + e.name + u"\\", prefix + e.name + u"\\");
-                result.insert(result.end(), below.begin(), below.end());
-            }
-        }
-        std::sort(result.begin(), result.end());
-        return result;
+        return e2e::TreeMatches(folder.w(), tree, e2e::TreeEntries::FilesAndFolders);
     }
 
-    const std::vector<std::string> expected = {"Empty\\", "Skins\\", "Skins\\Standard View\\",
-                                               "Skins\\Standard View\\c.txt", "Skins\\b.txt", "a.txt"};
-    HVString root, source, target;
-    RecordingLogger log;
+    const std::vector<std::wstring> expected = {L"Empty\\", L"Skins\\", L"Skins\\Standard View\\",
+                                                L"Skins\\Standard View\\c.txt", L"Skins\\b.txt", L"a.txt"};
+    HVString source, target;
 };
 
-TEST_F(HVMoveCopyDirectoryTest, TreeIsListedDepthFirstEachFolderBeforeItsContents)
+// The tree is listed depth first, each folder before its contents.
+TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
 {
     HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
     ASSERT_TRUE(job.AddTree(source, target));
@@ -63,18 +49,12 @@ TEST_F(HVMoveCopyDirectoryTest, TreeIsListedDepthFirstEachFolderBeforeItsContent
     EXPECT_TRUE(items[0].isFolder);
     EXPECT_EQ(items[0].target, target);
     EXPECT_EQ(std::count_if(items.begin(), items.end(), [](const auto& i) { return i.isFolder; }), 4);
+    EXPECT_TRUE(job.Run());
+    EXPECT_TRUE(Holds(target, expected));
+    EXPECT_TRUE(Holds(source, expected));
+    EXPECT_TRUE(log.Lines().empty());
     HVMoveCopyDirectory missing(HVMoveCopyDirectory::Mode::Copy);
     EXPECT_FALSE(missing.AddTree(root + u"missing", target));
-}
-
-TEST_F(HVMoveCopyDirectoryTest, CopyLeavesTheSourceAndFillsTheTarget)
-{
-    HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Copy);
-    ASSERT_TRUE(job.AddTree(source, target));
-    EXPECT_TRUE(job.Run());
-    EXPECT_EQ(Tree(target), expected);
-    EXPECT_EQ(Tree(source), expected);
-    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST_F(HVMoveCopyDirectoryTest, MoveEmptiesTheSourceAndReplacesReadOnlyTargets)
@@ -85,7 +65,7 @@ TEST_F(HVMoveCopyDirectoryTest, MoveEmptiesTheSourceAndReplacesReadOnlyTargets)
     HVMoveCopyDirectory job(HVMoveCopyDirectory::Mode::Move);
     ASSERT_TRUE(job.AddTree(source, target));
     EXPECT_TRUE(job.Run());
-    EXPECT_EQ(Tree(target), expected);
+    EXPECT_TRUE(Holds(target, expected));
     EXPECT_FALSE(HVFileSystem::FolderExists(source));
     uint64_t size = 0;
     EXPECT_TRUE(HVFileSystem::GetFileSize(target + u"a.txt", size));
@@ -106,7 +86,7 @@ TEST_F(HVMoveCopyDirectoryTest, ALockedFileStaysAndIsReported)
     EXPECT_TRUE(HVFileSystem::Exists(locked, false));
     EXPECT_TRUE(HVFileSystem::Exists(target + u"Skins\\Standard View\\c.txt", false));
     EXPECT_FALSE(HVFileSystem::Exists(target + u"Skins\\b.txt", false));
-    EXPECT_EQ(Tree(source), (std::vector<std::string>{"Skins\\", "Skins\\b.txt"}));
+    EXPECT_TRUE(Holds(source, {L"Skins\\", L"Skins\\b.txt"}));
     ASSERT_FALSE(log.Lines().empty());
     EXPECT_EQ(log.Texts().back(), "HVMoveCopyDirectory::Run: Error 32 moving " + locked.ToUtf8() + " to " +
                                     (target + u"Skins\\b.txt").ToUtf8());

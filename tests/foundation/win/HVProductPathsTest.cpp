@@ -5,6 +5,7 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 
+#include "OwnDialog.h"
 #include "RecordingLogger.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
@@ -31,9 +32,7 @@ protected:
     }
     void Record(HVRegView view, const HVString& path)
     {
-        HVRegKey key;
-        ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS, view));
-        ASSERT_TRUE(key.SetString(u"Path", path));
+        ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, (kInstallations + u"\\" + kTestInstallation).w(), L"Path", path.w(), view));
     }
 };
 
@@ -41,6 +40,13 @@ TEST_F(HVProductPathsTest, InstallationFolderNativeViewFirstThen32Bit)
 {
     EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
     Record(HVRegView::Key32, u"C:\\Program Files (x86)\\Halvard\\Sonora\\Sonora.exe");
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
+    // A native Path of another type, or a blank one, counts as none.
+    HVRegKey key;
+    ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS, HVRegView::Key64));
+    ASSERT_TRUE(key.SetDWORD(u"Path", 1));
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
+    ASSERT_TRUE(key.SetString(u"Path", u"   "));
     EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
     Record(HVRegView::Key64, u"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe");
     EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files\\Halvard\\Sonora\\");
@@ -53,17 +59,6 @@ TEST_F(HVProductPathsTest, InstallationFolderNativeViewFirstThen32Bit)
         }
     }
     EXPECT_TRUE(listed);
-}
-
-TEST_F(HVProductPathsTest, PathOfTheWrongTypeIsAbsent)
-{
-    HVRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS,
-                           HVRegView::Key64));
-    ASSERT_TRUE(key.SetDWORD(u"Path", 1));
-    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
-    ASSERT_TRUE(key.SetString(u"Path", u"   "));
-    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
 }
 
 TEST_F(HVProductPathsTest, FolderOfAPathValue)
@@ -105,20 +100,13 @@ TEST_F(HVProductPathsTest, UserAndProductFolders)
     EXPECT_EQ(HVProductPaths::GetProgramFolder64(u""), u"");
     EXPECT_EQ(HVProductPaths::GetRunningProgramFolder(), HVString(e2e::TestProgramFolder().c_str()));
     using R = HVProductPaths::Resource;
-    const struct
-    {
-        R resource;
-        const char16_t* folder;
-    } cases[] = {{R::Skins, u"C:\\S\\Skins\\"},
-                 {R::Visualizations, u"C:\\S\\Visualizations\\"},
-                 {R::MiniView, u"C:\\S\\Mini View\\"},
-                 {R::LoungeView, u"C:\\S\\Lounge View\\"},
-                 {R::TrackInfo, u"C:\\S\\Track Info\\"}};
+    const struct { R resource; const char16_t* folder; } cases[] = {
+        {R::Skins, u"C:\\S\\Skins\\"},          {R::Visualizations, u"C:\\S\\Visualizations\\"},
+        {R::MiniView, u"C:\\S\\Mini View\\"},   {R::LoungeView, u"C:\\S\\Lounge View\\"},
+        {R::TrackInfo, u"C:\\S\\Track Info\\"}};
     for (const auto& c : cases)
         EXPECT_EQ(HVProductPaths::GetResourceFolder(u"C:\\S\\", c.resource), c.folder);
 }
-
-// --- the library loader ---
 
 class Pseudo : public IHVTranslator
 {
@@ -169,20 +157,14 @@ TEST(HVLoadLibraryTest, CriticalFailureIsShownToTheUser)
     std::atomic<bool> loaded{true};
     std::thread loader([&] { loaded = HVLoadLibrary::LoadCritical(missing, nullptr).IsValid(); });
 
-    HWND box = nullptr;
-    for (int i = 0; i < 200 && !box; ++i) {
-        box = ::FindWindowW(L"#32770", L"Critical Error");
-        if (!box)
-            ::Sleep(50);
-    }
-    ASSERT_NE(box, nullptr) << "the Critical Error box did not appear";
-    wchar_t text[1024] = {};
-    ::GetWindowTextW(::GetDlgItem(box, 0xFFFF), text, 1024);
-    const HVString shown(text);
-    const HVString expected = HVLoadLibrary::CriticalErrorText(missing, HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND));
-    ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+    const HWND box = WaitForOwnDialog();
+    const std::wstring title = WindowText(box);
+    const HVString shown(WindowText(::GetDlgItem(box, 0xFFFF)).c_str());
+    PressButton(box, IDOK);
     loader.join();
     EXPECT_FALSE(loaded);
-    EXPECT_EQ(shown.ToUtf8(), expected.ToUtf8());
+    EXPECT_EQ(title, L"Critical Error");
+    EXPECT_EQ(shown.ToUtf8(),
+              HVLoadLibrary::CriticalErrorText(missing, HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND)).ToUtf8());
 }
 }

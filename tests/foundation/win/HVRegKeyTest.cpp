@@ -73,24 +73,24 @@ TEST_F(HVRegKeyTest, ValuesRoundTripByType)
 
 TEST_F(HVRegKeyTest, ViewsAreSeparate)
 {
-    HVRegKey k64, k32;
-    ASSERT_TRUE(k64.Create(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key64));
-    ASSERT_TRUE(k32.Create(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_ALL_ACCESS, HVRegView::Key32));
-    ASSERT_TRUE(k64.SetString(u"Path", u"64"));
-    ASSERT_TRUE(k32.SetString(u"Path", u"32"));
-    HVString a, b;
-    HVRegKey r64, r32;
-    ASSERT_TRUE(r64.Open(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", KEY_READ, HVRegView::Native));
-    ASSERT_TRUE(r32.Open(HKEY_LOCAL_MACHINE, u"Software\\WOW6432Node\\IW Unit Tests\\HVRegKey"));
-    EXPECT_TRUE(r64.QueryString(u"Path", a));
-    EXPECT_TRUE(r32.QueryString(u"Path", b));
-    EXPECT_EQ(a, u"64");
-    EXPECT_EQ(b, u"32");
+    for (const auto& [view, value] : {std::pair{HVRegView::Key64, u"64"}, {HVRegView::Key32, u"32"}}) {
+        HVRegKey key;
+        ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, root, KEY_ALL_ACCESS, view));
+        ASSERT_TRUE(key.SetString(u"Path", value));
+    }
+    // The native view is the 64-bit one; the 32-bit one is seen under WOW6432Node.
+    for (const auto& [path, value] : {std::pair{root, u"64"}, {HVString(u"Software\\WOW6432Node\\IW Unit Tests\\HVRegKey"), u"32"}}) {
+        HVRegKey key;
+        HVString text;
+        ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, path, KEY_READ, HVRegView::Native));
+        EXPECT_TRUE(key.QueryString(u"Path", text));
+        EXPECT_EQ(text, value);
+    }
     for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
         HVRegKey parent;
         ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests", KEY_ALL_ACCESS, view));
         EXPECT_TRUE(parent.DeleteSubKeyTree(u"HVRegKey"));
-        EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests\\HVRegKey", view));
+        EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, root, view));
     }
 }
 

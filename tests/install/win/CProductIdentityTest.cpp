@@ -3,27 +3,26 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
 
+#include "ScratchFolderTest.h"
 #include "TestPaths.h"
-
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-class CProductIdentityTest : public ::testing::Test
+class CProductIdentityTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
-        const std::wstring folder = e2e::ScratchFolder(L"CProductIdentity");
-        ASSERT_FALSE(folder.empty());
-        setup = HVString(folder.c_str()) + u"Setup\\";
-        install = HVString(folder.c_str()) + u"Installed\\";
+        ScratchFolderTest::SetUp();
+        setup = root + u"Setup\\";
+        install = root + u"Installed\\";
         ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(setup + u"Listenwell\\Data"));
         ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(install + u"Data\\Custom Art"));
     }
-    void Touch(const HVString& path) { ASSERT_TRUE(HVFileSystem::WriteFile(path, "x", 1)) << path.ToUtf8(); }
+    void Touch(const HVString& path) { Write(path, "x"); }
 
     HVString setup, install;
 };
@@ -31,17 +30,16 @@ protected:
 TEST_F(CProductIdentityTest, FixedNamesAndKeys)
 {
     const CProductIdentity product(setup);
-    EXPECT_EQ(product.GetDisplayName(), u"Sonora");
     EXPECT_EQ(product.GetMajorVersion(), 32);
     EXPECT_EQ(product.GetRegistryHive(), HKEY_CURRENT_USER);
-    EXPECT_EQ(product.GetRegistryRoot(), u"Software\\Halvard\\Sonora 32");
-    EXPECT_EQ(product.GetSettingsKey(), u"Software\\Halvard\\Sonora 32\\Properties");
-    EXPECT_EQ(product.GetInstallerKey(), u"Software\\Halvard\\Sonora 32\\Installer");
-    EXPECT_EQ(product.GetLauncherName(), u"Sonora.exe");
-    EXPECT_EQ(product.GetMainProgramName(), u"Sonora 32.exe");
-    EXPECT_EQ(product.GetMainProgramSourcePath(), setup + u"Listenwell\\Sonora 32.exe");
-    EXPECT_EQ(product.GetStartMenuFolderName(), u"Sonora");
-    EXPECT_EQ(product.GetProductWithVersion(), u"Sonora32");
+    const std::pair<HVString, HVString> texts[] = {
+        {product.GetDisplayName(), u"Sonora"}, {product.GetRegistryRoot(), u"Software\\Halvard\\Sonora 32"},
+        {product.GetSettingsKey(), u"Software\\Halvard\\Sonora 32\\Properties"},
+        {product.GetInstallerKey(), u"Software\\Halvard\\Sonora 32\\Installer"}, {product.GetLauncherName(), u"Sonora.exe"},
+        {product.GetMainProgramName(), u"Sonora 32.exe"}, {product.GetMainProgramSourcePath(), setup + u"Listenwell\\Sonora 32.exe"},
+        {product.GetStartMenuFolderName(), u"Sonora"}, {product.GetProductWithVersion(), u"Sonora32"}};
+    for (const auto& [actual, expected] : texts)
+        EXPECT_EQ(actual, expected);
 }
 
 TEST_F(CProductIdentityTest, VersionComesFromTheShippedMainProgram)
@@ -93,17 +91,12 @@ TEST_F(CProductIdentityTest, ProductFilesAreFoundInstalledFolderFirst)
     const CProductIdentity product(setup);
     const HVString name = u"FileAssociations.xml";
     EXPECT_EQ(product.FindFile(name, install), u"");
-    Touch(setup + name);
-    EXPECT_EQ(product.FindFile(name, install), setup + name);
-    Touch(setup + u"Listenwell\\" + name);
-    EXPECT_EQ(product.FindFile(name, install), setup + u"Listenwell\\" + name);
-    Touch(setup + u"Listenwell\\Data\\" + name);
-    EXPECT_EQ(product.FindFile(name, install), setup + u"Listenwell\\Data\\" + name);
+    // Each place, once a copy is there, wins over the places before it.
+    for (const HVString& place : {setup, setup + u"Listenwell\\", setup + u"Listenwell\\Data\\", install, install + u"Data\\"}) {
+        Touch(place + name);
+        EXPECT_EQ(product.FindFile(name, install), place + name);
+    }
     EXPECT_EQ(product.FindFile(name, HVString()), setup + u"Listenwell\\Data\\" + name);
-    Touch(install + name);
-    EXPECT_EQ(product.FindFile(name, install), install + name);
-    Touch(install + u"Data\\" + name);
-    EXPECT_EQ(product.FindFile(name, install), install + u"Data\\" + name);
     EXPECT_EQ(product.FindFile(u"", install), u"");
 }
 
@@ -113,48 +106,8 @@ TEST_F(CProductIdentityTest, EarlierInstallationFromTheInstallationRecord)
     HVRegKey existing;
     if (existing.Open(HKEY_LOCAL_MACHINE, key))
         GTEST_SKIP() << "an installation record exists already";
-    {
-        HVRegKey record;
-        ASSERT_TRUE(record.Create(HKEY_LOCAL_MACHINE, key));
-        ASSERT_TRUE(record.SetString(u"Path", install + u"Sonora.exe"));
-    }
+    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, key.w(), L"Path", (install + u"Sonora.exe").w()));
     EXPECT_EQ(CProductIdentity(setup).GetEarlierInstallationFolder(), install);
     EXPECT_TRUE(e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, key.w()));
-}
-
-// A stand-in for the running product: a top-level "LWFrame" window that closes on WM_CLOSE.
-LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM w, LPARAM l)
-{
-    if (message == WM_CLOSE) {
-        ::DestroyWindow(window);
-        return 0;
-    }
-    return ::DefWindowProcW(window, message, w, l);
-}
-
-TEST(CProductIdentityRunningTest, RunningCopyIsFoundAndAskedToClose)
-{
-    EXPECT_FALSE(CProductIdentity::IsRunning());
-    EXPECT_FALSE(CProductIdentity::CloseRunningCopy());
-
-    WNDCLASSW wc = {};
-    wc.lpfnWndProc = FrameProc;
-    wc.hInstance = ::GetModuleHandleW(nullptr);
-    wc.lpszClassName = CProductIdentity::kMainWindowClass;
-    ASSERT_NE(::RegisterClassW(&wc), 0);
-    HWND frame = ::CreateWindowExW(0, CProductIdentity::kMainWindowClass, L"Sonora", WS_OVERLAPPEDWINDOW, 0, 0, 100,
-                                   100, nullptr, nullptr, wc.hInstance, nullptr);
-    ASSERT_NE(frame, nullptr);
-
-    EXPECT_TRUE(CProductIdentity::IsRunning());
-    EXPECT_EQ(CProductIdentity::GetMainWindow(), frame);
-    EXPECT_TRUE(CProductIdentity::CloseRunningCopy());
-    MSG msg;
-    for (int i = 0; i < 100 && ::IsWindow(frame); ++i)
-        while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-            ::DispatchMessageW(&msg);
-    EXPECT_FALSE(::IsWindow(frame));
-    EXPECT_FALSE(CProductIdentity::IsRunning());
-    ::UnregisterClassW(CProductIdentity::kMainWindowClass, wc.hInstance);
 }
 }

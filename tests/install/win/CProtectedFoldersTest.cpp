@@ -2,7 +2,6 @@
 
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/CSelectPathRules.h"
 
 #include <gtest/gtest.h>
 
@@ -37,21 +36,13 @@ TEST(CProtectedFolders, DecidesEachEntry)
         {u"Other", u"%SystemDrive%\\Expanded", u"C:\\Expanded\\"},
         {u"Other", u"C:\\Windows\\System32", u"C:\\Windows\\System32\\"},
         {u"Other", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X\\"},
-        {u"Other", u"\\\\server\\share\\app", u"\\\\server\\share\\app\\"},
-        {u"Other", u"", nullptr},
-        {u"Other", u"   ", nullptr},
-        {u"Other", u"\"\"", nullptr},
-        {u"Other", u"C:\\", nullptr},
-        {u"Other", u"C:", nullptr},
-        {u"Other", u"\\\\server\\share", nullptr},
-        {u"Other", u"relative\\path", nullptr},
-        {u"Other", u"\\rooted", nullptr},
-        {u"Other", u"c:\\WINDOWS\\", nullptr},
-        {u"Other", u"C:\\Program Files", nullptr},
-        {u"Other", u"C:\\PROGRAM FILES (X86)\\", nullptr},
+        {u"Other", u"\\\\server\\share\\app", u"\\\\server\\share\\app\\"}, {u"Other", u"", nullptr},
+        {u"Other", u"   ", nullptr}, {u"Other", u"\"\"", nullptr}, {u"Other", u"C:\\", nullptr},
+        {u"Other", u"C:", nullptr}, {u"Other", u"\\\\server\\share", nullptr}, {u"Other", u"relative\\path", nullptr},
+        {u"Other", u"\\rooted", nullptr}, {u"Other", u"c:\\WINDOWS\\", nullptr},
+        {u"Other", u"C:\\Program Files", nullptr}, {u"Other", u"C:\\PROGRAM FILES (X86)\\", nullptr},
         {u"Other", u"C:\\Program Files\\Halvard\\Sonora", nullptr},
-        {u"Other", u"c:\\program files\\halvard\\", nullptr},
-        {u"Sonora 32", u"D:\\X", nullptr},
+        {u"Other", u"c:\\program files\\halvard\\", nullptr}, {u"Sonora 32", u"D:\\X", nullptr},
         {u"SONORA 32", u"D:\\X", nullptr},
         // Only the key the installations record names is the product's own.
         {u"Sonora Synth", u"D:\\X", u"D:\\X\\"},
@@ -94,12 +85,7 @@ protected:
     }
 
 private:
-    struct Added
-    {
-        HKEY root;
-        HVRegView view;
-        HVString name;
-    };
+    struct Added { HKEY root; HVRegView view; HVString name; };
     std::vector<Added> added_;
 };
 
@@ -132,58 +118,5 @@ TEST_F(UninstallEntries, ReadsBothRootsAndViews)
         EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.windowsFolder).view())) << U8(f);
         EXPECT_FALSE(f.EqualsNoCase(HVFileSystem::NormalizeFolderPath(c.programFilesFolders[0]).view())) << U8(f);
     }
-}
-
-// The destination checks against this machine: real folders, real creation, real free space.
-class ThisMachine : public ISelectPathMachine
-{
-public:
-    explicit ThisMachine(const CProtectedFolders::Context& c) : context_(c) {}
-    HVString WindowsFolder() const override { return context_.windowsFolder; }
-    HVString ProgramFilesFolder() const override { return context_.programFilesFolders[0]; }
-    std::vector<HVString> ProtectedFolders() const override { return CProtectedFolders::Read(context_); }
-    HVString RememberedFolder() const override { return HVString(); }
-    HVString EarlierInstallationFolder() const override { return HVString(); }
-    bool MakeDirectoryTree(const HVString& folder) override { return HVFileSystem::MakeDirectoryTree(folder); }
-    bool FreeBytes(const HVString& folder, uint64_t& bytes) const override
-    {
-        return HVFileSystem::GetFreeDiskSpace(folder, bytes);
-    }
-
-private:
-    CProtectedFolders::Context context_;
-};
-
-TEST_F(UninstallEntries, DestinationChecksOnThisMachine)
-{
-    wchar_t temp[MAX_PATH] = {};
-    ::GetTempPathW(MAX_PATH, temp);
-    const HVString base = HVString(temp) + prefix + u"Destinations\\";
-    Add(HKEY_LOCAL_MACHINE, HVRegView::Key32, prefix + u"Other Player", base + u"Other Player");
-
-    const CProtectedFolders::Context c = CProtectedFolders::ThisMachine(HVString(), HVString());
-    ThisMachine machine(c);
-    const struct
-    {
-        HVString entered;
-        int check;
-    } rows[] = {
-        {u"C:\\", 2},
-        {c.windowsFolder + u"\\Sonora", 3},
-        {c.programFilesFolders[0], 4},
-        {base + u"other player\\Skins", 5},
-        {u"Q:\\No Such Drive\\Sonora", 6},
-        {u"Sonora", 6},
-        {base + u"Sonora\\Deep\\Folder", 0},
-        {base + u"Sonora<2>", 0},
-    };
-    for (const auto& row : rows) {
-        const CSelectPathResult r = CSelectPathRules::Check(row.entered, u"Sonora", machine);
-        EXPECT_EQ(r.check, row.check) << U8(row.entered);
-        if (r.accepted) {
-            EXPECT_TRUE(HVFileSystem::FolderExists(r.folder)) << U8(r.folder);
-        }
-    }
-    HVFileSystem::DeleteFolderTree(base);
 }
 }

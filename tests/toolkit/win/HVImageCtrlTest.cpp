@@ -11,6 +11,11 @@
 
 namespace
 {
+HVString DataFile(const char16_t* name)
+{
+    return HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\" + name;
+}
+
 // A pop-up holding one picture, never shown.
 class PicturePopup : public HVOkCancelPopupWnd
 {
@@ -22,39 +27,23 @@ protected:
     bool CreateContent() override { return image.Create(*this, HVPlacement{.cx = 100, .cy = 60}); }
 };
 
+// Transparent parts of a picture show the background.
 TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)
 {
     HVComInit com;
     PicturePopup popup;
     ASSERT_TRUE(popup.Make());
-    const HVString data = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\";
-    struct Row
-    {
-        const char16_t* file;
-        bool shown;
-        LONG width, height;
-    } rows[] = {
-        {u"Sample.png", true, 40, 20},
-        {u"Sample.jpg", true, 40, 30},
-        {u"Broken.png", false, 0, 0},
-        {u"Missing.png", false, 0, 0},
+    struct Row { const char16_t* file; bool shown; LONG width, height; } rows[] = {
+        {u"Sample.jpg", true, 40, 30}, {u"Broken.png", false, 0, 0}, {u"Missing.png", false, 0, 0}, {u"Sample.png", true, 40, 20},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(HVString(row.file).ToUtf8());
-        EXPECT_EQ(popup.image.LoadFile(data + row.file), row.shown);
+        EXPECT_EQ(popup.image.LoadFile(DataFile(row.file)), row.shown);
         EXPECT_EQ(popup.image.HasImage(), row.shown);
         EXPECT_EQ(popup.image.ImageSize().cx, row.width);
         EXPECT_EQ(popup.image.ImageSize().cy, row.height);
     }
-}
-
-TEST(HVImageCtrlTest, TransparentPartsShowTheBackground)
-{
-    HVComInit com;
-    PicturePopup popup;
-    ASSERT_TRUE(popup.Make());
-    ASSERT_TRUE(popup.image.LoadFile(HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\Sample.png"));
-    // Draw into a bitmap of the picture's own size and look at both halves.
+    // Drawn into a bitmap of the picture's own size: the left half is green, the right clear.
     HDC screen = ::GetDC(nullptr);
     HDC dc = ::CreateCompatibleDC(screen);
     HBITMAP target = ::CreateCompatibleBitmap(screen, 40, 20);
@@ -73,17 +62,13 @@ TEST(HVImageCtrlTest, TransparentPartsShowTheBackground)
     EXPECT_LT(GetRValue(opaque), 60);
     EXPECT_EQ(clear, ::GetSysColor(COLOR_BTNFACE));
 }
-}   // namespace
 
-namespace
-{
 // A skin's title-bar icon may be a PNG: it becomes an icon of each size the frame asks for.
 TEST(HVImageFileTest, PictureBecomesAnIconOfTheAskedSize)
 {
     HVComInit com;
-    const HVString data = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\";
     for (int size : {16, 24, 32, 48}) {
-        HICON icon = HVImageFile::MakeIcon(data + u"Sample.png", size);
+        HICON icon = HVImageFile::MakeIcon(DataFile(u"Sample.png"), size);
         ASSERT_NE(icon, nullptr) << size;
         ICONINFO info = {};
         ASSERT_TRUE(::GetIconInfo(icon, &info));
@@ -95,8 +80,8 @@ TEST(HVImageFileTest, PictureBecomesAnIconOfTheAskedSize)
         ::DeleteObject(info.hbmMask);
         ::DestroyIcon(icon);
     }
-    EXPECT_EQ(HVImageFile::MakeIcon(data + u"Broken.png", 32), nullptr);
-    EXPECT_EQ(HVImageFile::MakeIcon(data + u"Sample.png", 0), nullptr);
+    EXPECT_EQ(HVImageFile::MakeIcon(DataFile(u"Broken.png"), 32), nullptr);
+    EXPECT_EQ(HVImageFile::MakeIcon(DataFile(u"Sample.png"), 0), nullptr);
 }
 
 // The skin file's "Titlebar Icon" resource names the icon, relative to the skin's folder; a

@@ -7,6 +7,8 @@
 #include "toolkit/win/HVTextBox.h"
 #include "toolkit/win/HVWizardPopupWnd.h"
 
+#include "OwnDialog.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -59,10 +61,21 @@ public:
     HVTextBox box_;
 };
 
+// A wizard of pages titled A, B, C, ...
 class TestWizard : public HVWizardPopupWnd
 {
 public:
-    std::vector<std::wstring> seen;
+    explicit TestWizard(int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            auto page = std::make_unique<TestPage>(std::wstring(1, static_cast<wchar_t>(L'A' + i)));
+            pages.push_back(page.get());
+            AddPage(std::move(page));
+        }
+        SetTitle(u"Install Wizard");
+    }
+
+    std::vector<TestPage*> pages;
     int cancelRequests = 0;
     bool allowCancel = true;
 
@@ -99,16 +112,7 @@ int RunScripted(TestWizard& wizard, std::vector<std::function<void()>> steps)
 
 std::wstring HeaderTitle(const TestWizard& wizard)
 {
-    wchar_t text[256] = {};
-    ::GetDlgItemTextW(wizard.Hwnd(), HVWizardPopupWnd::kTitleId, text, 256);
-    return text;
-}
-
-std::wstring Caption(HWND hwnd)
-{
-    wchar_t text[256] = {};
-    ::GetWindowTextW(hwnd, text, 256);
-    return text;
+    return WindowText(::GetDlgItem(wizard.Hwnd(), HVWizardPopupWnd::kTitleId));
 }
 
 void Press(const TestWizard& wizard, int id)
@@ -122,33 +126,19 @@ void Key(UINT message, WPARAM key)
     ::PostMessageW(::GetFocus(), message, key, 0);
 }
 
-TestWizard& MakeWizard(std::unique_ptr<TestWizard>& holder, std::vector<TestPage*>& pages, int count)
-{
-    holder = std::make_unique<TestWizard>();
-    const wchar_t* names[] = {L"A", L"B", L"C", L"D"};
-    for (int i = 0; i < count; ++i) {
-        auto page = std::make_unique<TestPage>(names[i]);
-        pages.push_back(page.get());
-        holder->AddPage(std::move(page));
-    }
-    holder->SetTitle(u"Install Wizard");
-    return *holder;
-}
 
 TEST(HVWizardPopupWndTest, NextAsksEnterTestsAndBackReturnsToThePageShownBefore)
 {
-    std::unique_ptr<TestWizard> holder;
-    std::vector<TestPage*> pages;
-    TestWizard& w = MakeWizard(holder, pages, 4);
-    pages[1]->enter = false;      // B is passed over
-    pages[3]->refuseNext = 1;     // D keeps the user once
+    TestWizard w(4);
+    w.pages[1]->enter = false;      // B is passed over
+    w.pages[3]->refuseNext = 1;     // D keeps the user once
     std::vector<std::wstring> titles;
     std::vector<bool> backEnabled;
     std::vector<std::wstring> nextCaptions;
     auto look = [&] {
         titles.push_back(HeaderTitle(w));
         backEnabled.push_back(::IsWindowEnabled(::GetDlgItem(w.Hwnd(), HVWizardPopupWnd::kBackId)) != FALSE);
-        nextCaptions.push_back(Caption(::GetDlgItem(w.Hwnd(), HVWizardPopupWnd::kNextId)));
+        nextCaptions.push_back(WindowText(::GetDlgItem(w.Hwnd(), HVWizardPopupWnd::kNextId)));
     };
     const int result = RunScripted(w, {look, [&] { Press(w, HVWizardPopupWnd::kNextId); }, look,
                                        [&] { Press(w, HVWizardPopupWnd::kBackId); }, look,
@@ -164,14 +154,12 @@ TEST(HVWizardPopupWndTest, NextAsksEnterTestsAndBackReturnsToThePageShownBefore)
 
 TEST(HVWizardPopupWndTest, KeyboardEnterPressesNextEscCancelsAltReachesBack)
 {
-    std::unique_ptr<TestWizard> holder;
-    std::vector<TestPage*> pages;
-    TestWizard& w = MakeWizard(holder, pages, 3);
+    TestWizard w(3);
     w.allowCancel = false;
     std::vector<std::wstring> titles;
     auto look = [&] { titles.push_back(HeaderTitle(w)); };
     // In the read-only agreement box Enter and Esc still act for the wizard.
-    auto focusBox = [&] { ::SetFocus(pages[static_cast<size_t>(w.CurrentIndex())]->box_.Hwnd()); };
+    auto focusBox = [&] { ::SetFocus(w.pages[static_cast<size_t>(w.CurrentIndex())]->box_.Hwnd()); };
     const int result = RunScripted(w, {[&] { Key(WM_KEYDOWN, VK_RETURN); }, look, [&] { Key(WM_SYSCHAR, 'b'); }, look,
                                        [&] { Key(WM_SYSCHAR, 'n'); }, look, [&] { Key(WM_KEYDOWN, VK_ESCAPE); },
                                        focusBox, [&] { Key(WM_KEYDOWN, VK_ESCAPE); }, focusBox,
@@ -184,17 +172,15 @@ TEST(HVWizardPopupWndTest, KeyboardEnterPressesNextEscCancelsAltReachesBack)
 
 TEST(HVWizardPopupWndTest, ArrowKeysMoveBetweenChoicesUnderABoldTitle)
 {
-    std::unique_ptr<TestWizard> holder;
-    std::vector<TestPage*> pages;
-    TestWizard& w = MakeWizard(holder, pages, 1);
+    TestWizard w(1);
     std::vector<std::pair<bool, bool>> checked;  // first, second
-    auto look = [&] { checked.push_back({pages[0]->first_.IsChecked(), pages[0]->second_.IsChecked()}); };
+    auto look = [&] { checked.push_back({w.pages[0]->first_.IsChecked(), w.pages[0]->second_.IsChecked()}); };
     LOGFONTW title = {};
     auto readTitleFont = [&] {
         const LPARAM font = ::SendDlgItemMessageW(w.Hwnd(), HVWizardPopupWnd::kTitleId, WM_GETFONT, 0, 0);
         ::GetObjectW(reinterpret_cast<HFONT>(font), sizeof title, &title);
     };
-    const int result = RunScripted(w, {readTitleFont, [&] { ::SetFocus(pages[0]->first_.Hwnd()); }, [&] { Key(WM_KEYDOWN, VK_DOWN); },
+    const int result = RunScripted(w, {readTitleFont, [&] { ::SetFocus(w.pages[0]->first_.Hwnd()); }, [&] { Key(WM_KEYDOWN, VK_DOWN); },
                                        look, [&] { Key(WM_KEYDOWN, VK_DOWN); }, look, [&] { Key(WM_KEYDOWN, VK_UP); },
                                        look, [&] { w.Close(HVWizardPopupWnd::kCancelled); }});
     EXPECT_EQ(result, HVWizardPopupWnd::kCancelled);
@@ -206,9 +192,7 @@ TEST(HVWizardPopupWndTest, ArrowKeysMoveBetweenChoicesUnderABoldTitle)
 // inside the window and apart: at 100%, 150% and 200%.
 TEST(HVWizardPopupWndTest, NothingIsClippedAtAnyScale)
 {
-    std::unique_ptr<TestWizard> holder;
-    std::vector<TestPage*> pages;
-    TestWizard& w = MakeWizard(holder, pages, 2);
+    TestWizard w(2);
     std::vector<std::string> problems;
     auto check = [&](UINT dpi) {
         // As the system tells a window that moved to a monitor of another scale.
@@ -219,7 +203,7 @@ TEST(HVWizardPopupWndTest, NothingIsClippedAtAnyScale)
         ::GetClientRect(w.Hwnd(), &client);
         if (client.right < HVDpi::Scale(500, dpi) || client.bottom < HVDpi::Scale(300, dpi))
             problems.push_back("client smaller than the minimum at " + std::to_string(dpi));
-        HWND page = pages[0]->Hwnd();
+        HWND page = w.pages[0]->Hwnd();
         RECT pageRect = {};
         ::GetClientRect(page, &pageRect);
         for (HWND child = ::GetWindow(page, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
@@ -234,7 +218,7 @@ TEST(HVWizardPopupWndTest, NothingIsClippedAtAnyScale)
                 HDC dc = ::GetDC(child);
                 HGDIOBJ old = ::SelectObject(dc, reinterpret_cast<HGDIOBJ>(::SendMessageW(child, WM_GETFONT, 0, 0)));
                 RECT need = {0, 0, r.right - r.left, 0};
-                const std::wstring text = Caption(child);
+                const std::wstring text = WindowText(child);
                 ::DrawTextW(dc, text.c_str(), -1, &need, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
                 ::SelectObject(dc, old);
                 ::ReleaseDC(child, dc);
@@ -260,19 +244,11 @@ TEST(HVWizardPopupWndTest, NothingIsClippedAtAnyScale)
 
 TEST(HVButtonTest, AcceleratorGoesBeforeTheLetterOrTheFirstLetterOfATranslation)
 {
-    struct Row
-    {
-        const char16_t* text;
-        char16_t letter;
-        const char16_t* expected;
-    } rows[] = {
-        {u"< Back", u'B', u"< &Back"},
-        {u"Next >", u'N', u"&Next >"},
-        {u"Accept", u'A', u"&Accept"},
+    struct Row { const char16_t* text; char16_t letter; const char16_t* expected; } rows[] = {
+        {u"< Back", u'B', u"< &Back"}, {u"Next >", u'N', u"&Next >"}, {u"Accept", u'A', u"&Accept"},
         {u"< Zur\u00fcck", u'B', u"< &Zur\u00fcck"},  // no B: the first letter
         {u"&Weiter >", u'N', u"&Weiter >"},           // already marked
-        {u"<>", u'B', u"<>"},
-        {u"", u'B', u""},
+        {u"<>", u'B', u"<>"}, {u"", u'B', u""},
     };
     for (const Row& row : rows)
         EXPECT_EQ(HVButton::WithAccelerator(row.text, row.letter), row.expected);

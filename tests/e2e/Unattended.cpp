@@ -1,0 +1,134 @@
+// Unattended deployment, end to end: InstallWizard.exe /Silent /SuppressMessages as a
+// deployment tool starts it on a machine where nobody is logged on. No window of the program
+// may ever appear; what a box would have said is in the log, and the exit code tells it too.
+#include "E2ESupport.h"
+
+#include "install/InstallExitCode.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+const std::wstring kUnattended = L"/Silent /SuppressMessages";
+
+// Ends the run at the first window of the program that becomes visible (the driver lists it).
+e2e::SetupRun RunUnseen(const std::wstring& arguments = kUnattended, const std::wstring& setupFolder = {})
+{
+    e2e::RunOptions options;
+    options.setupFolder = setupFolder;
+    options.commandLine = arguments;
+    options.timeoutMs = 30000;
+    options.roundMs = 20;
+    options.onPoll = [](DWORD processId) { return e2e::ListTopLevelWindows(processId, true).empty(); };
+    return e2e::RunSetup(options);
+}
+
+// An error-level line of the message-box routine: what the user would have read.
+std::wstring BoxLine(const std::wstring& what) { return L"L1 HVMessageBox::Show: Box " + what; }
+
+class Unattended : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        ::DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+    }
+    void TearDown() override
+    {
+        e2e::ResetToFreshMachine();
+        ::DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+    }
+};
+}
+
+TEST_F(Unattended, ASecondInstallerEndsAtOnceWhileTheFirstRuns)
+{
+    // The first installer waits on its welcome page for a person, holding the mutex.
+    std::wstring commandLine = L"\"" + e2e::InstallWizardPath() + L"\"";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION first = {};
+    ASSERT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                 e2e::MediaFolder().c_str(), &startup, &first));
+    const HVHandle process(first.hProcess), thread(first.hThread);
+    bool waiting = false;
+    for (int i = 0; i < 1000 && !waiting; ++i, ::Sleep(waiting ? 0 : 20))
+        waiting = !e2e::ListTopLevelWindows(first.dwProcessId, true).empty();
+    ASSERT_TRUE(waiting) << "the first installer never showed its wizard";
+
+    const e2e::SetupRun second = RunUnseen();
+    ::TerminateProcess(process.Get(), 1);
+    ::WaitForSingleObject(process.Get(), 10000);
+    EXPECT_TRUE(second.result.ExitedWith(kExitAnotherInstaller)) << second.Describe();
+    EXPECT_TRUE(second.Logged(BoxLine(L"title: Halvard Installer"))) << second.Describe();
+    EXPECT_TRUE(second.Logged(BoxLine(L"text: Another instance of the Halvard installer is already running on this "
+                                      L"system. Please finish any other Halvard installations and try again.")))
+        << second.Describe();
+}
+
+TEST_F(Unattended, AnUnsupportedWindowsVersionEndsWith1633)
+{
+    const e2e::ScopedRegString windows(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", L"nt40");
+    const e2e::SetupRun run = RunUnseen();
+    EXPECT_TRUE(run.result.ExitedWith(kExitNotSupported)) << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"title: Operating System Not Supported"))) << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"text: The Sonora Install Wizard can not run on this version of Microsoft Windows. "
+                                   L"Sonora requires Windows 2000 or later.  Setup will now abort.")))
+        << run.Describe();
+}
+
+TEST_F(Unattended, ALockedCoreFileEndsWith1603WithoutRetrying)
+{
+    const std::wstring launcher = e2e::DefaultDestination() + L"Sonora.exe";
+    ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
+    const e2e::HeldFileLock lock(launcher);
+    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
+    const e2e::SetupRun run = RunUnseen();
+    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
+    EXPECT_EQ(e2e::CountOf(e2e::Utf8(run.log), e2e::Utf8(BoxLine(L"title: Failure Copying System File"))), 1)
+        << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"text: Please ensure that the file '" + launcher + L"' is not in use.")))
+        << run.Describe();
+    EXPECT_TRUE(run.Logged(L"answered \"Cancel\"")) << run.Describe();
+}
+
+TEST_F(Unattended, ADestinationThatNeedsAPersonEndsWith1603InsteadOfWaiting)
+{
+    const std::wstring setup = e2e::CopySampleSetup(L"UnattendedRootDestination");
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/InstallToPath", "C:\\"));
+    const e2e::SetupRun run = RunUnseen(kUnattended, setup);
+    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"title: Invalid Destination Folder"))) << run.Describe();
+    EXPECT_TRUE(run.Logged(L"needs a person")) << run.Describe();
+    EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
+}
+
+TEST_F(Unattended, AnInstallWritesWhatASilentOneWrites)
+{
+    // The installation record's GUID is made new by every first install.
+    const std::vector<std::wstring> madeNew = {L"GUID"};
+    const std::wstring finish = e2e::MediaFolder() + L"Finish.txt";
+    e2e::RunOptions options;
+    options.commandLine = L"/Silent";
+    const e2e::SetupRun silent = e2e::RunSetup(options);
+    ASSERT_TRUE(silent.result.ExitedWith(kExitInstalled)) << silent.Describe();
+    const std::vector<std::wstring> expected = e2e::ReadTraces(madeNew);
+    const std::string expectedFinish = e2e::ReadFileText(finish);
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    ::DeleteFileW(finish.c_str());
+
+    const e2e::SetupRun unattended = RunUnseen();
+    ASSERT_TRUE(unattended.result.ExitedWith(kExitInstalled)) << unattended.Describe();
+    EXPECT_TRUE(unattended.Logged(L"Messages suppressed")) << unattended.Describe();
+    EXPECT_FALSE(unattended.Logged(L"Box title:")) << unattended.Describe();
+    EXPECT_EQ(e2e::ReadTraces(madeNew), expected);
+    EXPECT_FALSE(expectedFinish.empty());
+    EXPECT_EQ(e2e::ReadFileText(finish), expectedFinish);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+// A fixture for the Windows tests that work on real files: an empty folder of the test's own
+// under the build tree, the few file operations that arrange and inspect it, and the lines the
+// code under test logged meanwhile.
+
+#include "foundation/win/HVFileSystem.h"
+
+#include "RecordingLogger.h"
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+class ScratchFolderTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(Empty()); }
+
+    // Starts over with an empty folder; `root` ends in a backslash.
+    bool Empty()
+    {
+        const ::testing::TestInfo& info = *::testing::UnitTest::GetInstance()->current_test_info();
+        const std::string name = std::string(info.test_suite_name()) + "." + info.name();
+        root = HVString(e2e::ScratchFolder(std::wstring(name.begin(), name.end())).c_str());
+        return !root.IsEmpty();
+    }
+    void Write(const HVString& path, const std::string& content)
+    {
+        ASSERT_TRUE(HVFileSystem::WriteFile(path, content.data(), content.size())) << path.ToUtf8();
+    }
+    std::string Read(const HVString& path)
+    {
+        std::vector<uint8_t> data;
+        if (!HVFileSystem::ReadFile(path, data))
+            return "<unreadable>";
+        return std::string(data.begin(), data.end());
+    }
+    // The names in a folder, sorted.
+    std::vector<std::string> Names(const HVString& folder)
+    {
+        std::vector<HVFileSystem::Entry> entries;
+        HVFileSystem::EnumerateFolder(folder, entries);
+        std::vector<std::string> names;
+        for (const auto& e : entries)
+            names.push_back(e.name.ToUtf8());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    HVString root;
+    RecordingLogger log;
+};
