@@ -35,6 +35,8 @@ sed -e 's|<OfferAutoInstall>0</OfferAutoInstall>|<OfferAutoInstall>1</OfferAutoI
     -e 's|<ShowLanguageSelection>0</ShowLanguageSelection>|<ShowLanguageSelection>1</ShowLanguageSelection>|' \
     "$media/Install.xml" > "$setup/Install.xml"
 exe_w="$(winepath -w "$setup/InstallWizard.exe" 2>/dev/null)"
+# The run's log tells when the install has got somewhere, however long it takes on this machine.
+log_w="$(winepath -w "$out/run.log" 2>/dev/null)"
 
 # A free X display.
 n=57
@@ -85,7 +87,8 @@ start_setup() {   # extra arguments for the setup program
     locker=$!
     sleep 2
   fi
-  (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "$@") >/dev/null 2>&1 &
+  rm -f "$out/run.log"
+  (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "/Log=$log_w" "$@") >/dev/null 2>&1 &
   runner=$!
   desk=
   for i in $(seq 100); do
@@ -96,6 +99,10 @@ start_setup() {   # extra arguments for the setup program
   sleep 3
 }
 release_lock() { [ -n "${locker:-}" ] && kill "$locker" 2>/dev/null; wait "${locker:-}" 2>/dev/null; locker=; }
+wait_log() {   # text the log must hold before the next picture
+  for i in $(seq 300); do grep -q "$1" "$out/run.log" 2>/dev/null && break; sleep 0.2; done
+  sleep 1
+}
 key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
 shot() {   # name
@@ -152,7 +159,7 @@ for dpi in $scales; do
   key Escape
   shot 20-cancel-unavailable
   key Return
-  sleep 6
+  wait_log 'CCopyAndInstallPpg::Finish'
   shot 07-file-associations
   key Return
   shot 08-shortcuts
@@ -167,7 +174,7 @@ for dpi in $scales; do
   key Escape
   key Return
   key Return
-  sleep 8
+  wait_log 'CFinishPpg::Prepare'
   shot 09-finish-restart
   key Return
   shot 21-confirm-restart
@@ -184,5 +191,6 @@ for dpi in $scales; do
   key y
   end_setup
 done
+rm -f "$out/run.log"
 ls "$out"/*.png >/dev/null 2>&1 || { echo "pictures: none made" >&2; exit 1; }
 echo "== $(ls "$out"/*.png | wc -l) pictures in $out"
