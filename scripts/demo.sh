@@ -4,9 +4,11 @@ wine reg add 'HKLM\SOFTWARE\Microsoft\EdgeUpdate\Clients\{F3017226-FE2A-4295-8BD
   /v pv /d 120.0.2210.91 /f /reg:32 >/dev/null 2>&1 || true
 #!/usr/bin/env bash
 # Runs InstallWizard.exe on the sample setup folder (build/win/media) under Wine: in a window
-# when a display is available, otherwise headless with "/Silent", so that the run needs nobody
-# to answer it. Says what it ran, what came of it (exit code, or the windows it was waiting
-# on when it had to be stopped) and what it left on the machine.
+# when a display is available (every page, from the welcome page to the finish page),
+# otherwise headless with "/Silent", so that the run needs nobody to answer it. Says what it
+# ran, what came of it (exit code, or the windows it was waiting on when it had to be
+# stopped) and what it left on the machine: program files, records, file types, shortcuts,
+# the journal of deferred operations and the hand-over file.
 #   IW_DEMO_ARGS     arguments for the setup program (default: none in a window, "/Silent"
 #                    headless)
 #   IW_DEMO_TIMEOUT  seconds before a run is stopped (default: 600 in a window, 180 headless)
@@ -48,6 +50,9 @@ if [ "$mode" = window ]; then
   trap restore_driver EXIT
   echo "== Install Wizard in a window on $DISPLAY"
 else
+  # The server holds the output of the programs it served: ended with the demo, so that
+  # "make demo | tail" returns at once.
+  trap 'wineserver -k >/dev/null 2>&1' EXIT
   args="${IW_DEMO_ARGS-/Silent}"
   limit="${IW_DEMO_TIMEOUT:-180}"
   echo "== Install Wizard headless (no display): Wine's null graphics driver"
@@ -61,7 +66,7 @@ start=$(date +%s)
 # keeps a log, from which the wizard's pages are shown afterwards.
 eval "set -- $args"
 log="$build/demo.log"
-rm -f "$log"
+rm -f "$log" "$media/Finish.txt"
 set -- "$@" "/Log=$(winepath -w "$log" 2>/dev/null)"
 (cd "$media" && exec wine "$exe" "$@") &
 runner=$!
@@ -84,12 +89,16 @@ elapsed=$(( $(date +%s) - start ))
 if [ "$rc" = timeout ]; then
   echo "== stopped after ${elapsed} s (time limit)"
 else
-  echo "== InstallWizard.exe ended after ${elapsed} s with exit code $code"
+  case $code in
+    0) meaning="installed" ;; 1602) meaning="cancelled" ;; 1603) meaning="a fatal error" ;;
+    3010) meaning="installed; Windows must restart to finish" ;; *) meaning="see the README's exit codes" ;;
+  esac
+  echo "== InstallWizard.exe ended after ${elapsed} s with exit code $code ($meaning)"
 fi
 
 # Where the wizard went and where it stopped.
 if [ -f "$log" ]; then
-  pages=$(tr -d '\r' < "$log" | grep -E 'HVWizardPopupWnd::ShowPage|CInstallWizard::RunWizard|CFileInstaller::CopyTree: [0-9]+ files|CCopyAndInstallPpg::Finish' | sed 's/^/   /')
+  pages=$(tr -d '\r' < "$log" | grep -E 'HVWizardPopupWnd::ShowPage|CInstallWizard::RunWizard|CFileInstaller::CopyTree: [0-9]+ files|CCopyAndInstallPpg::Finish|CShortcutsPpg::Prepare|CFinishPpg::Prepare|CSystemShutdown' | sed 's/^/   /')
   if [ -n "$pages" ]; then
     echo "== the wizard (from $log):"
     echo "$pages"
@@ -110,6 +119,24 @@ fi
 if wine reg query 'HKCU\Software\Halvard' >/dev/null 2>&1; then
   echo "== registry keys under HKCU\\Software\\Halvard:"
   wine reg query 'HKCU\Software\Halvard' /s 2>/dev/null | tr -d '\r' | grep -i '^HKEY' | sed 's/^/   /' | head -20
+fi
+query() {   # title, key
+  if wine reg query "$2" >/dev/null 2>&1; then
+    echo "== $1 ($2):"
+    wine reg query "$2" 2>/dev/null | tr -d '\r' | grep -E '^ +[^ ]' | sed 's/^ */   /' | head -20
+  fi
+}
+query "installation record" 'HKLM\Software\Halvard\Corvale\Installations\Sonora 32'
+query "uninstall entry" 'HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\Sonora 32'
+query "installer's own values" 'HKCU\Software\Halvard\Sonora 32\Installer'
+query "deferred operations, completed at the next logon" 'HKCU\Software\Halvard\Sonora 32\Installer\Finalize'
+if wine reg query 'HKCR\.mp3' >/dev/null 2>&1; then
+  echo "== file types: .mp3 opens with $(wine reg query 'HKCR\.mp3' /ve 2>/dev/null | tr -d '\r' | grep -o 'REG_SZ.*' | sed 's/REG_SZ *//')"
+fi
+echo "== shortcuts:"
+wine "$bin/ListShortcuts.exe" 2>/dev/null | tr -d '\r'
+if [ -f "$media/Finish.txt" ]; then
+  echo "== Finish.txt (the program to start now): $(iconv -f UTF-16 -t UTF-8 "$media/Finish.txt" 2>/dev/null | tr -d '\r' | tail -1)"
 fi
 
 [ "$rc" = timeout ] && exit 124

@@ -2,7 +2,8 @@
 # Renders the wizard's pages and message boxes to <build>/pictures/*.png, at 100% and 150%
 # scale: the setup program runs on the sample setup folder in Wine's virtual desktop on a
 # private X server (Xvfb), is driven by keys (xdotool) as a user would, and each state is
-# photographed and cut to the windows shown. The Wine prefix of the build lends its display
+# photographed and cut to the windows shown: every page from the language question to the
+# finish page (with and without a restart pending) and the wizard's boxes. The Wine prefix of the build lends its display
 # driver and scale for the run and gets them back afterwards.
 #   IW_PICTURE_SCALES  the scales in DPI (default "96 144")
 set -uo pipefail
@@ -34,6 +35,8 @@ sed -e 's|<OfferAutoInstall>0</OfferAutoInstall>|<OfferAutoInstall>1</OfferAutoI
     -e 's|<ShowLanguageSelection>0</ShowLanguageSelection>|<ShowLanguageSelection>1</ShowLanguageSelection>|' \
     "$media/Install.xml" > "$setup/Install.xml"
 exe_w="$(winepath -w "$setup/InstallWizard.exe" 2>/dev/null)"
+# The run's log tells when the install has got somewhere, however long it takes on this machine.
+log_w="$(winepath -w "$out/run.log" 2>/dev/null)"
 
 # A free X display.
 n=57
@@ -41,6 +44,18 @@ while [ -e "/tmp/.X$n-lock" ] && [ $n -lt 99 ]; do n=$((n + 1)); done
 export DISPLAY=":$n"
 Xvfb "$DISPLAY" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
+
+# "Restart" must never end the session of the machine the pictures are made on.
+export IW_TEST_ONLY_NO_EXIT_WINDOWS=1
+
+# What an install left: its settings, program folder and shortcuts (the desktop one would
+# show in the next pictures).
+forget_install() {
+  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
+  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  rm -rf "$WINEPREFIX"/drive_c/users/*/AppData/Roaming/Microsoft/Windows/"Start Menu"/Programs/Sonora
+  rm -f "$WINEPREFIX"/drive_c/users/*/Desktop/Sonora.lnk
+}
 
 set_scale() {
   wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
@@ -51,8 +66,7 @@ restore() {
   set_scale 96
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
   wine reg delete "$other_key" /f >/dev/null 2>&1
-  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
-  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  forget_install
   wineserver -k >/dev/null 2>&1; wineserver -w >/dev/null 2>&1
   kill "$xvfb" 2>/dev/null
 }
@@ -65,10 +79,17 @@ wine reg add "$other_key" /v InstallLocation /d 'C:\Program Files\Other Vendor\T
 
 desk=
 start_setup() {   # extra arguments for the setup program
-  wine reg delete 'HKCU\Software\Halvard' /f >/dev/null 2>&1
-  rm -rf "$WINEPREFIX/drive_c/Program Files/Halvard"
+  forget_install
   [ -n "${preset:-}" ] && wine reg add 'HKCU\Software\Halvard\Sonora 32\Installer' /v 'Run Auto Install' /t REG_DWORD /d 1 /f >/dev/null 2>&1
-  (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "$@") >/dev/null 2>&1 &
+  # With lock=1 the shell extension is in use (HoldLock.exe, a test tool) while it installs.
+  if [ -n "${lock:-}" ]; then
+    mkdir -p "$WINEPREFIX/drive_c/Program Files/Halvard/Sonora"
+    wine "$build/win/bin/HoldLock.exe" 'C:\Program Files\Halvard\Sonora\HVShellExt.dll' IWPicturesLock >/dev/null 2>&1 &
+    locker=$!
+    sleep 2
+  fi
+  rm -f "$out/run.log"
+  (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "/Log=$log_w" "$@") >/dev/null 2>&1 &
   runner=$!
   desk=
   for i in $(seq 100); do
@@ -77,6 +98,11 @@ start_setup() {   # extra arguments for the setup program
     sleep 0.2
   done
   sleep 3
+}
+release_lock() { [ -n "${locker:-}" ] && kill "$locker" 2>/dev/null; wait "${locker:-}" 2>/dev/null; locker=; }
+wait_log() {   # text the log must hold before the next picture
+  for i in $(seq 300); do grep -q "$1" "$out/run.log" 2>/dev/null && break; sleep 0.2; done
+  sleep 1
 }
 key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
@@ -131,10 +157,31 @@ for dpi in $scales; do
   typed 'C:\Program Files\Halvard\Sonora'
   key Return
   shot 06-copying
-  sleep 6
+  key Escape
+  shot 20-cancel-unavailable
+  key Return
+  wait_log 'CCopyAndInstallPpg::Finish'
   shot 07-file-associations
   key Return
+  shot 08-shortcuts
+  key Return
+  shot 09-finish
+  key Return
   end_setup
+
+  # A file in use: the finish page offers the restart and asks before it; "Restart" then
+  # ends the run (the session itself is left alone, IW_TEST_ONLY_NO_EXIT_WINDOWS above).
+  lock=1 start_setup
+  key Escape
+  key Return
+  key Return
+  wait_log 'CFinishPpg::Prepare'
+  shot 09-finish-restart
+  key Return
+  shot 21-confirm-restart
+  key Return
+  end_setup
+  release_lock
 
   # The countdown of an automatic install that the last run asked for.
   preset=1 start_setup
@@ -145,5 +192,6 @@ for dpi in $scales; do
   key y
   end_setup
 done
+rm -f "$out/run.log"
 ls "$out"/*.png >/dev/null 2>&1 || { echo "pictures: none made" >&2; exit 1; }
 echo "== $(ls "$out"/*.png | wc -l) pictures in $out"

@@ -52,6 +52,7 @@ const char16_t* CInstallChangeLog::KindName(InstallChange::Kind kind)
     case InstallChange::Kind::KeyDeleted: return u"KeyDeleted";
     case InstallChange::Kind::ValueWritten: return u"ValueWritten";
     case InstallChange::Kind::ValueDeleted: return u"ValueDeleted";
+    case InstallChange::Kind::ShortcutCreated: return u"ShortcutCreated";
     }
     return u"";
 }

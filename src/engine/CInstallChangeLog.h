@@ -19,6 +19,7 @@ struct InstallChange
         KeyDeleted,      // path: the key removed with everything below it
         ValueWritten,    // path: the key; name: the value; before: its old data when existedBefore
         ValueDeleted,    // path: the key; name: the value; before: its old data
+        ShortcutCreated, // path: the ".lnk" file; name: its target; existedBefore: it replaced one
     };
 
     Kind kind = Kind::FileWritten;

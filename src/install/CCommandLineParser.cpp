@@ -5,6 +5,7 @@ namespace
 enum OptionIndex
 {
     kDistributorId,
+    kDir,
     kSilent,
     kSuppressMessages,
     kUpgrade,
@@ -19,8 +20,9 @@ enum OptionIndex
     kHelp,
 };
 
-// "/Log=C:\x.log", "/Log C:\x.log", "/Log "C:\My Logs\x.log"" all name the same file.
-HVString LogPathFrom(HVString rest)
+// "/Log=C:\x.log", "/Log C:\x.log", "/Log "C:\My Logs\x.log"" all name the same file; the
+// same for "/Dir".
+HVString PathFrom(HVString rest)
 {
     rest.Trim();
     if (!rest.IsEmpty() && rest[0] == u'=')
@@ -34,6 +36,7 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
 {
     static const std::vector<Option> options = {
         {u"DistributorID", u"/DistributorID <id>\tRecord the distributor's identifier with the installation."},
+        {u"Dir", u"/Dir=<folder>\tInstall to <folder> (the destination page's checks still apply)."},
         {u"Silent", u"/Silent\tInstall without asking anything; every question is answered Yes."},
         {u"SuppressMessages", u"/SuppressMessages\tShow no message box: each takes its default answer and goes to the log. "
                               u"For deployment tools: /Silent /SuppressMessages /Log=<file>."},
@@ -77,6 +80,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
             options.distributorId = rest;
             options.distributorId.Trim();
             break;
+        case kDir: options.destinationFolder = PathFrom(rest); break;
         case kSilent: options.silent = true; break;
         case kSuppressMessages: options.suppressMessages = true; break;
         case kUpgrade: options.upgrade = true; break;
@@ -88,7 +92,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
         case kRegFileAssociations: options.regFileAssociations = true; break;
         case kLog:
             options.log = true;
-            options.logPath = LogPathFrom(rest);
+            options.logPath = PathFrom(rest);
             break;
         case kQuestion:
         case kHelp: options.help = true; break;

@@ -14,6 +14,9 @@ class CProductIdentityRules
 {
 public:
     static constexpr int32_t kFeatureToolShortcut = 24;
+    // The audio converter's Start Menu shortcut; not in the default set, a distributor's
+    // feature list turns it on.
+    static constexpr int32_t kFeatureConverterShortcut = 25;
     static constexpr int32_t kFeatureServer = 104;
     static constexpr int32_t kFeaturePortableInstall = 173;
     static constexpr int32_t kFeatureFileAssociations = 176;

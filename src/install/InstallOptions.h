@@ -18,6 +18,8 @@ struct InstallOptions
     bool noRun = false;          // "/NoRun": the installed program is not started at the end
     bool regFileAssociations = false; // "/RegFileAssociations": the kept or default choice, unasked
     HVString distributorId;      // "/DistributorID <id>", blanks around the id removed
+    // destinationFolder (below) may come from "/Dir=<folder>": the destination page then
+    // proposes it and checks it as it would a folder the user typed.
 
     // Switches for people running the setup by hand, not part of any unattended contract.
     bool log = false;            // "/Log" or "/Log=<path>": write a log of the run

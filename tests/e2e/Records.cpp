@@ -138,6 +138,8 @@ TEST_F(RecordsTest, APortableCopyHasNoUninstallEntryAndARecordOfItsOwn)
              e2e::TypeText(v.ControlOfClass(L"Edit"), folder);
              e2e::ClickNext(v);
          }},
+        // Nothing to start (/NoRun) and nothing to restart: the page only says it is done.
+        {L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
     });
     const e2e::RunResult run = RunInstaller(L"/NoRun", &user);
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << "\n" << user.Describe();

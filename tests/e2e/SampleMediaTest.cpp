@@ -60,6 +60,8 @@ TEST(SampleMedia, HasTheLayoutTheInstallerReads)
         L"Listenwell\\PackageInstaller.exe",
         L"Listenwell\\HVMediaUninstall.exe",
         L"Listenwell\\HVService.exe",
+        L"Listenwell\\HVTagEditor.exe",
+        L"Listenwell\\HVAudioConverter.exe",
         L"Listenwell\\HVShellExt.dll",
         L"Listenwell\\FileAssociations.xml",
         L"Listenwell\\Plugins\\System\\SampleShell.dll",

@@ -190,6 +190,7 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
              ::PostMessageW(list, WM_KEYUP, VK_SPACE, 0);
              e2e::ClickNext(v);
          }},
+        {L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
     });
     e2e::RunOptions options;
     options.commandLine = L"/Upgrade /NoRun";

@@ -336,7 +336,7 @@ TEST_F(Startup, TheSwitchListIsShownOnRequest)
                                              .match = e2e::TextMatch::StartsWith, .button = IDOK}});
         EXPECT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe();
         ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
-        for (const wchar_t* name : {L"/Silent", L"/DistributorID", L"/NoRun", L"/Log", L"/?"})
+        for (const wchar_t* name : {L"/Silent", L"/DistributorID", L"/Dir=<folder>", L"/NoRun", L"/Log", L"/?"})
             EXPECT_NE(run.result.dialogs[0].text.find(name), std::wstring::npos) << e2e::Utf8(name);
         EXPECT_FALSE(run.Logged(L"Environment checks")) << run.Describe();
     }

@@ -10,6 +10,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -81,8 +82,9 @@ protected:
     static std::vector<std::wstring> PagesBeforeInstall(const e2e::WizardUser& user)
     {
         std::vector<std::wstring> pages = user.PagesSeen();
-        while (!pages.empty() && (pages.back() == L"File Associations" || pages.back() == L"Installing Dependencies" || pages.back() == L"Copying Files" ||
-                                  pages.back() == L"Installing Plugins"))
+        const std::vector<std::wstring> after = {L"Install Complete", L"Create Shortcuts", L"File Associations",
+                                                 L"Installing Dependencies", L"Copying Files", L"Installing Plugins"};
+        while (!pages.empty() && std::find(after.begin(), after.end(), pages.back()) != after.end())
             pages.pop_back();
         return pages;
     }
@@ -353,7 +355,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
                          e2e::ClickNext(v);
                      },
                      true});
-    steps.push_back(Next(L"File Associations"));
+    steps.insert(steps.end(), {Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
     e2e::WizardUser user(steps);
     std::vector<e2e::DialogRule> rules;
     for (const Refusal& r : refusals)
@@ -411,7 +413,7 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
                                  proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
                                  e2e::ClickNext(v);
                              }});
-        steps.push_back(Next(L"File Associations"));
+        steps.insert(steps.end(), {Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
         e2e::WizardUser user(steps);
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
@@ -450,7 +452,8 @@ TEST_F(WizardTest, PageFlows)
          {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)}, kExitCancelled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}, L"cancelled"},
         {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"},
-         {Next(L"Welcome"), Next(L"Setup Type"), typeDefault, Next(L"File Associations")},
+         {Next(L"Welcome"), Next(L"Setup Type"), typeDefault, Next(L"File Associations"), Next(L"Create Shortcuts"),
+          Next(L"Install Complete")},
          {{.title = L"Invalid Destination Folder",
            .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
            .button = IDOK, .times = 1}},

@@ -123,3 +123,25 @@ TEST(CCommandLineParser, HelpNamesEverySwitch)
         EXPECT_NE(help.Find(HVString(u"/") + option.name), HVString::npos) << HVString(option.name).ToUtf8();
 }
 }
+
+TEST(CCommandLineParser, DirNamesTheDestination)
+{
+    const struct
+    {
+        const char16_t* commandLine;
+        const char16_t* destination;
+        const char16_t* distributorId;
+    } cases[] = {
+        {u"x /Dir=C:\\Apps\\Sonora /Silent", u"C:\\Apps\\Sonora", u""},
+        {u"x /dir \"D:\\My Apps\\Sonora\\\" /NoRun", u"D:\\My Apps\\Sonora\\", u""},
+        // Neither of the two "Di" switches takes the other's piece.
+        {u"x /DistributorID ACME /Dir = E:\\S", u"E:\\S", u"ACME"},
+        {u"x /Dir", u"", u""},
+    };
+    for (const auto& c : cases) {
+        InstallOptions options;
+        EXPECT_TRUE(CCommandLineParser::Parse(c.commandLine, options).empty());
+        EXPECT_EQ(options.destinationFolder, c.destination) << HVString(c.commandLine).ToUtf8();
+        EXPECT_EQ(options.distributorId, c.distributorId) << HVString(c.commandLine).ToUtf8();
+    }
+}

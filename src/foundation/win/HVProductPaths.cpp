@@ -141,6 +141,12 @@ HVString HVProductPaths::GetProgramFilesFolder()
 
 HVString HVProductPaths::GetMusicFolder() { return ShellFolder(CSIDL_MYMUSIC); }
 
+HVString HVProductPaths::GetStartMenuProgramsFolder() { return ShellFolder(CSIDL_PROGRAMS); }
+
+HVString HVProductPaths::GetDesktopFolder() { return ShellFolder(CSIDL_DESKTOPDIRECTORY); }
+
+HVString HVProductPaths::GetAppDataFolder() { return ShellFolder(CSIDL_APPDATA); }
+
 HVString HVProductPaths::GetResourceFolder(const HVString& installFolder, Resource resource)
 {
     if (installFolder.IsEmpty())

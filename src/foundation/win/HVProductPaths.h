@@ -50,6 +50,10 @@ public:
     static HVString GetProgramFilesFolder();
     // The user's music folder ("My Music").
     static HVString GetMusicFolder();
+    // The user's Start Menu "Programs" folder, desktop folder and roaming application data.
+    static HVString GetStartMenuProgramsFolder();
+    static HVString GetDesktopFolder();
+    static HVString GetAppDataFolder();
     // "Skins\", "Visualizations\", "Mini View\", "Lounge View\" or "Track Info\" beneath the
     // install folder.
     static HVString GetResourceFolder(const HVString& installFolder, Resource resource);

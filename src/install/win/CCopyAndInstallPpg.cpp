@@ -400,7 +400,6 @@ void CCopyAndInstallPpg::Finish()
 {
     SetProgressPosition(maximum_);
     nextAllowed_ = true;
-    InstallWizard().SetInstallCompleted();
     InstallWizard().RefreshPage();
     HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::Finish", u"Installed (restart needed %d, %d deferred, %d changes)",
                  InstallWizard().Deferred().RestartNeeded(),

@@ -337,7 +337,7 @@ void CInstallApp::RunWizard()
     switch (wizard.RunWizard(nullptr))
     {
     case CInstallWizard::Result::Finished:
-        SetExitCode(wizard.Deferred().RestartNeeded() ? kExitRestartNeeded : kExitInstalled);
+        SetExitCode(wizard.RestartPending() ? kExitRestartNeeded : kExitInstalled);
         break;
     case CInstallWizard::Result::Cancelled: SetExitCode(kExitCancelled); break;
     case CInstallWizard::Result::Failed:

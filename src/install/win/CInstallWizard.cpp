@@ -10,11 +10,13 @@
 #include "install/CProductIdentityRules.h"
 #include "install/win/CCopyAndInstallPpg.h"
 #include "install/win/CFileAssociationPpg.h"
+#include "install/win/CFinishPpg.h"
 #include "install/win/CLicensePpg.h"
 #include "install/win/CProtectedFolders.h"
 #include "install/win/CSelectPathPpg.h"
 #include "install/win/CSetupTypeCustomPpg.h"
 #include "install/win/CSetupTypePpg.h"
+#include "install/win/CShortcutsPpg.h"
 #include "toolkit/win/HVButton.h"
 #include "toolkit/win/HVMessageBox.h"
 
@@ -46,7 +48,8 @@ CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescripti
     AddPage(std::make_unique<CCopyAndInstallPpg>(*this));
     if (product_.HasFeature(CProductIdentityRules::kFeatureFileAssociations))
         AddPage(std::make_unique<CFileAssociationPpg>(*this));
-    // The shortcut and finish pages join here.
+    AddPage(std::make_unique<CShortcutsPpg>(*this));
+    AddPage(std::make_unique<CFinishPpg>(*this));
 }
 
 CInstallWizard::~CInstallWizard() = default;
@@ -65,8 +68,6 @@ CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
         SetShown(false);
     const int result = Run(owner);
     const Result outcome = result == kFinished ? Result::Finished : result == kCancelled ? Result::Cancelled : Result::Failed;
-    if (outcome == Result::Finished)
-        WriteFinishRecords();
     HVLog::Write(HVLog::kInfo, "CInstallWizard::RunWizard", u"Wizard ends: %s (destination %s, express %d, portable %d)",
                  outcome == Result::Finished ? u"finished" : outcome == Result::Cancelled ? u"cancelled" : u"failed",
                  options_.destinationFolder, options_.express, options_.portable);
@@ -150,17 +151,6 @@ void CInstallWizard::OnCancelRequest()
     if (CurrentPage())
         CurrentPage()->OnHidePage();
     Close(kCancelled);
-}
-
-void CInstallWizard::WriteFinishRecords()
-{
-    // Until the finish page exists, the end of the wizard stands in for it.
-    if (!installCompleted_)
-        return;
-    if (deferred_.HasPending())
-        deferred_.WriteJournal(product_.GetRegistryRoot());
-    if (!options_.noRun && !deferred_.RestartNeeded())
-        CDeferredOperations::WriteFinishFile(setupFolder_, deferred_.InstallFolder(), product_.GetLauncherName());
 }
 
 LRESULT CInstallWizard::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)

@@ -11,8 +11,8 @@
 #include <vector>
 
 // The install wizard: the frame titled "Install Wizard" with the install pages in their
-// order (welcome and agreement, setup type, custom setup type, destination; the copy, file
-// association, shortcut and finish pages follow them in the same list). It owns its pages;
+// order (welcome and agreement, setup type, custom setup type, destination, copy, file
+// associations, shortcuts, finish). It owns its pages;
 // the choices of all pages go into the one InstallOptions record of the run.
 //
 //   CInstallWizard wizard(options, description, product, setupFolder);
@@ -34,9 +34,6 @@ public:
     ~CInstallWizard() override;
 
     Result RunWizard(HWND owner);
-    // After a completed install: the deferred-operation journal and, when the product is to
-    // be started and no restart is pending, the hand-over file naming its launcher.
-    void WriteFinishRecords();
 
     InstallOptions& Options() const { return options_; }
     const HVInstallDescription& Description() const { return description_; }
@@ -62,9 +59,11 @@ public:
     // whole run, so the pages after the copy page and the end of the run can read them.
     CInstallChangeLog& Changes() { return changes_; }
     CDeferredOperations& Deferred() { return deferred_; }
-    // The copy step has run to its end.
-    void SetInstallCompleted() { installCompleted_ = true; }
-    bool InstallCompleted() const { return installCompleted_; }
+    // The finish page's findings: Windows must restart to complete the install, and whether
+    // the restart was asked of Windows. A finished run needing one that wasn't done ends 3010.
+    void SetRestartNeeded(bool needed) { restartNeeded_ = needed; }
+    void SetRestarted() { restarted_ = true; }
+    bool RestartPending() const { return restartNeeded_ && !restarted_; }
 
 protected:
     void OnCancelRequest() override;
@@ -81,5 +80,6 @@ private:
     std::optional<std::vector<HVString>> protectedFolders_;
     CInstallChangeLog changes_;
     CDeferredOperations deferred_;
-    bool installCompleted_ = false;
+    bool restartNeeded_ = false;
+    bool restarted_ = false;
 };

@@ -74,6 +74,13 @@ bool CSelectPathPpg::LeaveCheck()
     if (!result.accepted) {
         HVLog::Write(HVLog::kInfo, "CSelectPathPpg::LeaveCheck", u"%s refused by check %d", options.destinationFolder,
                      result.check);
+        if (options.silent) {
+            // Nobody is there to type another folder: the refusal goes into the log, and the
+            // run ends before anything is installed.
+            HVLog::Write(HVLog::kError, "CSelectPathPpg::LeaveCheck", u"%s: %s", result.title, result.text);
+            InstallWizard().Close(CInstallWizard::kFailed);
+            return false;
+        }
         HVMessageBox::Show(InstallWizard().Hwnd(), result.text, result.title, MB_OK | MB_ICONWARNING);
         return false;
     }

@@ -292,7 +292,9 @@ void HVWizardPopupWnd::Next()
         for (size_t i = static_cast<size_t>(current_) + 1; i < pages_.size() && target < 0; ++i)
             if (pages_[i].page->EnterTest())
                 target = static_cast<int>(i);
-        if (target >= 0) {
+        if (!IsRunning()) {
+            // A page's enter test ended the wizard (an unattended run that can't go on).
+        } else if (target >= 0) {
             ShowPage(target);
         } else {
             page->OnHidePage();

@@ -31,6 +31,8 @@
 //   SetupFolder    CopySampleSetup(L"MyTest"): a changeable copy of the sample setup folder;
 //                  SetDescriptionText(folder, "Product/InstallToPath", "...") edits Install.xml.
 //   LocalHttpServer  an HTTP server on 127.0.0.1 whose replies (and misbehaviour) the test picks.
+//   Shortcut       ReadShortcut(link): target, arguments and icon of a ".lnk" file; the Start
+//                  Menu folder and desktop and Quick Launch links the installer makes.
 //   GeneratedTree  PlanTree({.files = 300, .totalBytes = 30 << 20}) and WriteGeneratedTree(...):
 //                  a made-up program tree, the same on every run, in numbered editions.
 //
@@ -44,6 +46,7 @@
 #include "SetupRun.h"
 #include "ProgramDriver.h"
 #include "SetupFolder.h"
+#include "Shortcut.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 #include "WindowInspector.h"

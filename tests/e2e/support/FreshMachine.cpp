@@ -1,6 +1,7 @@
 #include "FreshMachine.h"
 
 #include "FolderTree.h"
+#include "Shortcut.h"
 #include "TestRegistry.h"
 #include "WindowInspector.h"
 
@@ -138,6 +139,12 @@ void ReadKey(HKEY root, const std::wstring& path, HVRegView view, const std::vec
 
 std::wstring FileLine(const std::wstring& path)
 {
+    // A shell link carries its target's file times, new with every install: what it starts
+    // is what matters.
+    if (path.size() > 4 && _wcsicmp(path.c_str() + path.size() - 4, L".lnk") == 0) {
+        const auto link = ReadShortcut(path);
+        return path + L" -> " + (link ? link->path + L" " + link->arguments + L" (" + link->icon + L")" : L"(no link)");
+    }
     std::string bytes;
     if (!ReadFileBytes(path, bytes))
         return path + L" (unreadable)";
@@ -268,6 +275,10 @@ const std::vector<MachineTrace>& InstallerTraces()
         {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVSystemNotes.txt"},
         {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVSystemNotes.txt"},
         {Kind::File, nullptr, L"%SystemRoot%\\Fonts\\DejaVuSans.ttf"},
+        {Kind::Folder, nullptr, L"%SystemDrive%\\Sonora Elsewhere"},
+        {Kind::Folder, nullptr, L"%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\Sonora"},
+        {Kind::File, nullptr, L"%USERPROFILE%\\Desktop\\Sonora.lnk"},
+        {Kind::File, nullptr, L"%APPDATA%\\Microsoft\\Internet Explorer\\Quick Launch\\Sonora.lnk"},
     };
     return traces;
 }

@@ -1,0 +1,283 @@
+// The wizard from its first page to its last on the sample setup folder: the shortcuts it
+// leaves (read back through the shell's link object), the finish page's restart and hand-over,
+// the exit code a deployment tool reads, and "/Dir".
+#include "E2ESupport.h"
+#include "WizardDriver.h"
+
+#include "install/InstallExitCode.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
+const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
+const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+const std::wstring kElsewhere = L"C:\\Sonora Elsewhere\\";
+
+e2e::WizardStep Next(const std::wstring& page)
+{
+    return {page, [](const e2e::WizardView& v) { e2e::ClickNext(v); }};
+}
+
+e2e::WizardStep Choose(const std::wstring& page, const std::wstring& choice)
+{
+    return {page, [choice](const e2e::WizardView& v) { e2e::Choose(v, choice); e2e::ClickNext(v); }};
+}
+
+std::wstring Dest() { return e2e::DefaultDestination(); }
+
+bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+// "Finish.txt" as the setup writes it: UTF-16 with its mark, the tag and the launcher.
+std::string HandOver(const std::wstring& launcher)
+{
+    const std::wstring text = L"\xFEFFHVFI0001\r\n" + launcher;
+    return std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2);
+}
+
+class WholeWizardTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::vector<std::wstring> problems;
+        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
+        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+        // Pressing "Restart" must not end the test machine's session.
+        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_EXIT_WINDOWS", L"1");
+    }
+    void TearDown() override
+    {
+        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_EXIT_WINDOWS", nullptr);
+        e2e::ResetToFreshMachine();
+        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+    }
+
+    e2e::SetupRun Run(const std::wstring& arguments, e2e::WizardUser* user = nullptr,
+                      std::vector<e2e::DialogRule> rules = {}, const std::wstring& setup = {})
+    {
+        e2e::RunOptions options;
+        options.setupFolder = setup;
+        options.commandLine = arguments;
+        options.rules = std::move(rules);
+        options.timeoutMs = 90000;
+        if (user)
+            options.onPoll = user->Poller();
+        return e2e::RunSetup(options);
+    }
+
+    // Each Start Menu shortcut with what it starts; the folder holds nothing else.
+    static void ExpectStartMenu(const std::wstring& dest, const std::vector<std::pair<std::wstring, std::wstring>>& links)
+    {
+        std::vector<std::wstring> names;
+        for (const auto& [name, target] : links) {
+            names.push_back(name + L".lnk");
+            const auto link = e2e::ReadShortcut(e2e::StartMenuFolder() + name + L".lnk");
+            ASSERT_TRUE(link) << e2e::Utf8(name);
+            const size_t space = target.find(L' ', target.find(L".exe"));
+            EXPECT_EQ(link->path, dest + target.substr(0, space)) << e2e::Utf8(name);
+            EXPECT_EQ(link->arguments, space == std::wstring::npos ? L"" : target.substr(space + 1)) << e2e::Utf8(name);
+        }
+        const e2e::TreeDifference difference = e2e::CompareTree(e2e::StartMenuFolder(), names);
+        EXPECT_TRUE(difference.Same()) << difference.Describe();
+    }
+};
+
+TEST_F(WholeWizardTest, ASilentInstallMakesTheShortcutsItsFeaturesAskFor)
+{
+    const struct
+    {
+        const char* features;
+        std::vector<std::pair<std::wstring, std::wstring>> links;
+    } rows[] = {
+        {"", {{L"Sonora", L"Sonora.exe"}, {L"Uninstall Sonora", L"HVMediaUninstall.exe"}, {L"Sonora Tag Editor", L"HVTagEditor.exe"}}},
+        {"25;104;176",
+         {{L"Sonora", L"Sonora.exe"},
+          {L"Sonora Hub Server", L"Sonora.exe /MediaServer"},
+          {L"Uninstall Sonora", L"HVMediaUninstall.exe"},
+          {L"Sonora Audio Converter", L"HVAudioConverter.exe"}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.features);
+        SetUp();
+        const std::wstring setup = e2e::CopySampleSetup(L"ShortcutSetup");
+        ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/Features", row.features));
+        const e2e::SetupRun install = Run(L"/Silent", nullptr, {}, setup);
+        ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe();
+        ExpectStartMenu(Dest(), row.links);
+        const auto desktop = e2e::ReadShortcut(e2e::DesktopLink());
+        ASSERT_TRUE(desktop);
+        EXPECT_EQ(desktop->path, Dest() + L"Sonora.exe");
+        EXPECT_EQ(desktop->icon, Dest() + L"Data\\Default Art\\application.ico");
+        // Wine reports Windows 10: the taskbar, not Quick Launch.
+        EXPECT_FALSE(Exists(e2e::QuickLaunchLink()));
+        EXPECT_TRUE(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version").has_value());
+        // Silent: nothing is started afterwards.
+        EXPECT_FALSE(Exists(setup + L"Finish.txt"));
+        TearDown();
+    }
+}
+
+// Every page, in its order, through its own controls.
+TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
+{
+    std::vector<std::wstring> shortcutBoxes;
+    std::wstring finishText;
+    bool runChecked = false;
+    e2e::WizardUser user({
+        Next(L"Welcome"),
+        Choose(L"Setup Type", L"Custom"),
+        Choose(L"Setup Type", L"Normal install to a computer"),
+        Next(L"Destination Folder"),
+        Next(L"File Associations"),
+        {L"Create Shortcuts",
+         [&](const e2e::WizardView& v) {
+             for (const wchar_t* box : {L"Create Start Menu shortcuts", L"Create a desktop shortcut", L"Create a Quick Launch shortcut"})
+                 if (HWND control = v.Control(box))
+                     shortcutBoxes.push_back(std::wstring(box) + (e2e::IsChecked(control) ? L" [x]" : L" [ ]"));
+             e2e::ClickNext(v);
+         }},
+        {L"Install Complete",
+         [&](const e2e::WizardView& v) {
+             finishText = v.subtitle + L"|" + e2e::StripAccelerator(e2e::ControlText(v.Button(e2e::WizardView::kNextId)));
+             for (const std::wstring& text : v.Texts())
+                 finishText += L"|" + text;
+             runChecked = e2e::IsChecked(v.Control(L"Run installed program now"));
+             e2e::ClickNext(v);
+         }},
+    });
+    const e2e::SetupRun install = Run(L"", &user);
+    ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe(user.Describe());
+    ASSERT_TRUE(user.Finished()) << user.Describe();
+    EXPECT_EQ(shortcutBoxes, (std::vector<std::wstring>{L"Create Start Menu shortcuts [x]", L"Create a desktop shortcut [x]"}));
+    EXPECT_EQ(finishText, L"Thank you for installing Sonora|Finish|Installation successfully completed.|Run installed program now");
+    EXPECT_TRUE(runChecked);
+    // What it left: the program, its records, its file types, its shortcuts, the hand-over.
+    EXPECT_EQ(e2e::ReadFileText(Dest() + L"Sonora.exe"), e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\Sonora.exe"));
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecord, L"Path", HVRegView::Key64), Dest() + L"Sonora.exe");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Create Start Menu"), 1u);
+    ExpectStartMenu(Dest(), {{L"Sonora", L"Sonora.exe"}, {L"Uninstall Sonora", L"HVMediaUninstall.exe"},
+                             {L"Sonora Tag Editor", L"HVTagEditor.exe"}});
+    EXPECT_TRUE(e2e::ReadShortcut(e2e::DesktopLink()));
+    EXPECT_EQ(e2e::ReadFileText(e2e::MediaFolder() + L"Finish.txt"), HandOver(Dest() + L"Sonora.exe"));
+}
+
+// An express reinstall passes the shortcut page with its defaults: the Start Menu folder only
+// when another version made it; the desktop is left as the user has it.
+TEST_F(WholeWizardTest, AnExpressReinstallMakesStartMenuShortcutsOnlyForAnotherVersion)
+{
+    for (const bool sameVersion : {true, false}) {
+        SCOPED_TRACE(sameVersion ? "same version" : "other version");
+        SetUp();
+        const e2e::SetupRun first = Run(L"/Silent");
+        ASSERT_TRUE(first.result.ExitedWith(kExitInstalled)) << first.Describe();
+        ASSERT_TRUE(e2e::DeleteTree(e2e::StartMenuFolder()));
+        ASSERT_TRUE(DeleteFileW(e2e::DesktopLink().c_str()));
+        if (!sameVersion) {
+            ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version", 1));
+        }
+        e2e::WizardUser user({Next(L"Welcome"), Next(L"Setup Type")});
+        const e2e::SetupRun again = Run(L"", &user);
+        ASSERT_TRUE(again.result.ExitedWith(kExitInstalled)) << again.Describe(user.Describe());
+        EXPECT_EQ(e2e::FolderExists(e2e::StartMenuFolder()), !sameVersion);
+        EXPECT_FALSE(Exists(e2e::DesktopLink()));
+        // No finish page: the program is handed over at once.
+        for (const std::wstring& page : user.PagesSeen())
+            EXPECT_NE(page, L"Install Complete");
+        EXPECT_EQ(e2e::ReadFileText(e2e::MediaFolder() + L"Finish.txt"), HandOver(Dest() + L"Sonora.exe"));
+        TearDown();
+    }
+}
+
+// A shell extension in use: the finish page offers the restart, "Cancel" in "Confirm Restart"
+// keeps the page and Finish asks again; declining the restart ends with 3010.
+TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
+{
+    const std::wstring restartText = L"Please save your work and close any open programs.\r\n\r\n"
+                                     L"Then click 'Restart' to restart your computer and finish installation.";
+    for (const bool restart : {true, false}) {
+        SCOPED_TRACE(restart ? "restart" : "later");
+        SetUp();
+        ASSERT_TRUE(e2e::WriteFileBytes(Dest() + L"HVShellExt.dll", "in use"));
+        const e2e::HeldFileLock shell(Dest() + L"HVShellExt.dll");
+        ASSERT_TRUE(shell.IsHeld());
+        std::wstring description;
+        bool checked = false;
+        std::vector<e2e::WizardStep> steps = {
+            Next(L"Welcome"), Next(L"Setup Type"), Next(L"File Associations"),
+            {L"Install Complete", [&](const e2e::WizardView& v) {
+                 description = v.Texts().empty() ? L"" : v.Texts().front();
+                 checked = e2e::IsChecked(v.Control(L"Restart Windows now"));
+                 if (!restart)
+                     e2e::Click(v.Control(L"Restart Windows now"));
+                 e2e::ClickNext(v);
+             }}};
+        std::vector<e2e::DialogRule> rules;
+        if (restart) {
+            steps.push_back({L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true});
+            rules = {{.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Cancel", .times = 1},
+                     {.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Restart", .times = 1}};
+        }
+        e2e::WizardUser user(steps);
+        const e2e::SetupRun install = Run(L"", &user, rules);
+        ASSERT_TRUE(install.result.ExitedWith(restart ? kExitInstalled : kExitRestartNeeded)) << install.Describe(user.Describe());
+        ASSERT_TRUE(user.Finished()) << user.Describe();
+        EXPECT_EQ(description, L"Install Wizard could not copy all files.  Windows must be restarted to complete setup.");
+        EXPECT_TRUE(checked);
+        EXPECT_EQ(install.result.dialogs.size(), rules.size());
+        for (const e2e::DialogRecord& dialog : install.result.dialogs)
+            EXPECT_EQ(dialog.buttons, (std::vector<std::wstring>{L"Restart", L"Cancel"}));
+        EXPECT_EQ(install.Logged(L"mode: Restart"), restart) << install.Describe();
+        EXPECT_EQ(install.Logged(L"ExitWindowsEx(0x12)"), restart) << install.Describe();
+        // The journal is written either way; nothing is started before the restart.
+        EXPECT_TRUE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
+        EXPECT_FALSE(Exists(e2e::MediaFolder() + L"Finish.txt"));
+        TearDown();
+    }
+}
+
+TEST_F(WholeWizardTest, DirSetsTheDestinationAndItsChecksStillApply)
+{
+    const std::wstring windowsFolder = e2e::Expand(L"%SystemRoot%\\Sonora\\");
+    // Silent: installed where it says, or refused with nothing written.
+    for (const std::wstring& dir : {kElsewhere, windowsFolder}) {
+        SCOPED_TRACE(e2e::Utf8(dir));
+        SetUp();
+        const bool refused = dir == windowsFolder;
+        const e2e::SetupRun install = Run(L"/Silent /Dir=\"" + dir + L"\"");
+        ASSERT_TRUE(install.result.ExitedWith(refused ? kExitFatalError : kExitInstalled)) << install.Describe();
+        EXPECT_TRUE(install.result.dialogs.empty());
+        EXPECT_EQ(Exists(dir + L"Sonora.exe"), !refused);
+        EXPECT_FALSE(e2e::FolderExists(Dest()));
+        EXPECT_EQ(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64), !refused);
+        EXPECT_EQ(install.Logged(L"Sonora can not be installed in the Windows folder."), refused) << install.Describe();
+        EXPECT_EQ(e2e::FolderExists(dir), !refused);
+        TearDown();
+    }
+    // Express: a refused folder brings the destination page up, with the folder for correction.
+    std::wstring shown;
+    e2e::WizardUser user({Next(L"Welcome"), Next(L"Setup Type"),
+                          {L"Destination Folder",
+                           [&](const e2e::WizardView& v) {
+                               shown = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                               e2e::TypeText(v.ControlOfClass(L"Edit"), kElsewhere);
+                               e2e::ClickNext(v);
+                           }},
+                          Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
+    const e2e::SetupRun install =
+        Run(L"/Dir=C:\\", &user,
+            {{.title = L"Invalid Destination Folder",
+              .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
+              .button = IDOK, .times = 1}});
+    ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe(user.Describe());
+    EXPECT_EQ(shown, L"C:\\");
+    EXPECT_TRUE(Exists(kElsewhere + L"Sonora.exe"));
+}
+}   // namespace
