@@ -2,6 +2,9 @@
 
 #include "foundation/HVLog.h"
 #include "integration/win/CComponentRegistration.h"
+#include "integration/win/CInstallPackage.h"
+#include "integration/win/CInstallWAPlugin.h"
+#include "install/InstallOptions.h"
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {
@@ -10,13 +13,11 @@ bool CComponentInstaller::RegisterServer(const HVString& path)
 
 bool CComponentInstaller::InstallInputPlugin(const HVString& path)
 {
-    HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallInputPlugin",
-                 u"%s: not handed over, not part of this version of Install Wizard", path);
-    return true;
+    return CInstallWAPlugin(context_.changes, context_.installFolder, context_.owner, context_.options.silent)
+        .Install(path, CInstallWAPlugin::Kind::Input);
 }
 
 void CComponentInstaller::RunPluginStep(IInstallProgress&)
 {
-    HVLog::Write(HVLog::kInfo, "CComponentInstaller::RunPluginStep",
-                 u"Nothing done: not part of this version of Install Wizard");
+    CInstallPackage::InstallListed(context_);
 }

@@ -3,9 +3,9 @@
 #include "engine/IComponentInstaller.h"
 #include "engine/win/CInstallContext.h"
 
-// Registers the copied modules directly. Input plug-ins and the plug-in step (shell
-// extensions, plug-ins, packages, the driver, the service) are not part of this version of
-// Install Wizard yet: they say so in the log.
+// Registers the copied modules directly, hands "in_" modules over as input plug-ins
+// (CInstallWAPlugin), and runs the plug-in step: the packages the install description names
+// (CInstallPackage).
 class CComponentInstaller : public IComponentInstaller
 {
 public:
