@@ -81,7 +81,8 @@ TEST_F(PackagesTest, SamplePackageInstallsItsSkinPluginAndRegistryLines)
     ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
 
     // main.xml says LWFS: a Lounge View skin, and INSTALLSKIN makes it a full skin.
-    EXPECT_TRUE(Exists(kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\main.xml")) << run.Describe();
+    const std::wstring skin = kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\";
+    EXPECT_TRUE(e2e::TreeMatches(skin, {L"main.xml"})) << run.Describe();
     EXPECT_TRUE(Exists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
     EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kPluginKey, L"IVersion"), 4u);
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPluginKey, L"Path"), kDestination + L"Plugins\\Input\\in_sampletracker.dll");

@@ -141,8 +141,15 @@ bool CInstallPackage::ReadDescription(HVZipReader& reader, CPackageDescription& 
             member.size > (4u << 20) || !reader.Extract(i, bytes))
             continue;
         const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        if (description.Parse(HVTextDecoder::Decode(text)))
+        if (description.Parse(HVTextDecoder::Decode(text))) {
+            ownFiles_.push_back(member.name);
+            for (const Description::FileEntry& entry : description.files) {
+                HVString file = entry.file;
+                file.Replace(u'/', u'\\');
+                ownFiles_.push_back(HVFileSystemPath::GetFileName(file));
+            }
             return true;
+        }
     }
     return false;
 }
@@ -262,11 +269,11 @@ bool CInstallPackage::RunPackageActions(const CPackageDescription& description, 
         if (main >= 0)
             reader.Extract(static_cast<size_t>(main), mainXml);
         const HVString text = HVTextDecoder::Decode(std::string_view(reinterpret_cast<const char*>(mainXml.data()), mainXml.size()));
-        if (main < 0 || !CopyEntry(unpacked, SkinFolder(full, text, packageName), false))
+        if (main < 0 || !CopyContent(unpacked, SkinFolder(full, text, packageName)))
             return Fail(T(u"INSTALLSKIN action failed."));
     }
     if (description.Has(Description::kInstallTrackInfo) &&
-        !CopyEntry(unpacked, HVProductPaths::GetResourceFolder(context_.installFolder, HVProductPaths::Resource::TrackInfo), false))
+        !CopyContent(unpacked, HVProductPaths::GetResourceFolder(context_.installFolder, HVProductPaths::Resource::TrackInfo)))
         return Fail(T(u"INSTALLTRACKINFO action failed."));
     if (description.Has(Description::kInstallMedia))
         TellMedia(unpacked, false);
@@ -290,6 +297,22 @@ void CInstallPackage::TellMedia(const HVString& unpacked, bool preview)
             file = music + entry.name;
         CRunningProduct::Tell(preview ? CRunningProduct::kPreviewMedia : CRunningProduct::kAddMedia, file);
     }
+}
+
+bool CInstallPackage::CopyContent(const HVString& unpacked, const HVString& targetFolder)
+{
+    std::vector<HVFileSystem::Entry> entries;
+    if (!HVFileSystem::EnumerateFolder(unpacked, entries))
+        return false;
+    for (const HVFileSystem::Entry& entry : entries) {
+        bool own = false;
+        for (const HVString& name : ownFiles_)
+            own = own || name.EqualsNoCase(entry.name.view());
+        if (!own && !CopyEntry(unpacked + entry.name,
+                               entry.isFolder ? HVFileSystemPath::AddBackslash(targetFolder) + entry.name : targetFolder, false))
+            return false;
+    }
+    return true;
 }
 
 bool CInstallPackage::CopyEntry(const HVString& source, const HVString& targetFolder, bool move)

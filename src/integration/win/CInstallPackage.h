@@ -65,10 +65,14 @@ private:
     bool RunFileCommands(const CPackageDescription::FileEntry& entry, const HVString& unpacked, bool keepFolders);
     bool ApplyRegistryFile(const HVString& path);
     bool CopyEntry(const HVString& source, const HVString& targetFolder, bool move);
+    // The unpacked package without the description and the files that have commands of their
+    // own: what a skin or a set of track information templates consists of.
+    bool CopyContent(const HVString& unpacked, const HVString& targetFolder);
     void TellMedia(const HVString& unpacked, bool preview);
     void Status(const char16_t* text);
     HVString Expand(const HVString& text) const;
 
     Context context_;
     std::vector<HVString> downloads_;
+    std::vector<HVString> ownFiles_;  // the description's and the commanded files' names
 };
