@@ -195,9 +195,9 @@ bool CInstallPackage::Install(const HVString& location)
     CPackageDescription description;
     if (!ReadDescription(reader, description) || !description.HasActions())
         return FailPackage(T(u"The package holds no description of what to install."), location);
-    const HVString name = description.name.IsEmpty()
-                              ? HVFileSystemPath::GetFileName(path).Left(archiveName.ReverseFind(u'.') > 0 ? archiveName.ReverseFind(u'.') : archiveName.GetLength())
-                              : description.name;
+    // Without a name of its own the package is called by its file name, less the extension.
+    const int32_t dot = archiveName.ReverseFind(u'.');
+    const HVString name = !description.name.IsEmpty() ? description.name : dot > 0 ? archiveName.Left(dot) : archiveName;
     if (!Confirm(name)) {
         HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: not confirmed", name);
         return true;
@@ -208,7 +208,8 @@ bool CInstallPackage::Install(const HVString& location)
     ::GetTempPathW(MAX_PATH, temp);
     HVString unpacked = HVString(temp) + u"Install Wizard Package\\";
     HVFileSystem::MakeUniqueName(unpacked);
-    const bool keepFolders = description.Has(Description::kSaveDirStruct);
+    // A package unpacked whole into the program folder keeps its folders there too.
+    const bool keepFolders = description.Has(Description::kSaveDirStruct) || description.Has(Description::kUnzipDir);
     HVString error;
     if (!HVZipUnpacker::Unpack(reader, unpacked, keepFolders, error)) {
         HVLog::Write(HVLog::kWarning, "CInstallPackage::Install", u"%s", error);
@@ -237,7 +238,9 @@ bool CInstallPackage::Install(const HVString& location)
     if (ok && updateServices)
         CRunningProduct::Tell(CRunningProduct::kUpdateServiceList, name);
     const bool running = ::FindWindowW(L"LWFrame", nullptr) != nullptr;
-    if (ok && restartProduct && running && context_.interactive) {
+    // A player that wouldn't close has the old files loaded: it is offered a restart as well.
+    const bool stayedOpen = closeProduct && wasRunning && !closed;
+    if (ok && (restartProduct || stayedOpen) && running && context_.interactive) {
         const HVString text = TF(u"%s must be restarted to complete installation of the package.\r\n\r\n",
                                  context_.productName) + T(u"Do you want to restart it now?");
         if (HVMessageBox::Show(context_.owner, text, T(u"Information"), MB_YESNO | MB_ICONQUESTION) == IDYES &&
