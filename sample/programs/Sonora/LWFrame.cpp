@@ -103,18 +103,18 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show)
     wc.lpszClassName = L"LWFrame";
     if (!RegisterClassExW(&wc))
         return 1;
-    HWND frame = CreateWindowExW(0, L"LWFrame", L"Sonora", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 480,
-                                 320, nullptr, nullptr, instance, nullptr);
-    if (!frame)
-        return 1;
-    ShowWindow(frame, show);
-
+    // The command target comes first: whoever sees the frame can talk to it.
     const std::wstring record = SwitchValue(L"/Record=");
     HVCommandTarget commands;
     commands.Create(u"Sonora", [&record](const HVCommandTarget::Command& command) {
         if (!record.empty())
             Record(record, command);
     });
+    HWND frame = CreateWindowExW(0, L"LWFrame", L"Sonora", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 480,
+                                 320, nullptr, nullptr, instance, nullptr);
+    if (!frame)
+        return 1;
+    ShowWindow(frame, show);
 
     MSG msg;
     while (GetMessageW(&msg, nullptr, 0, 0) > 0)

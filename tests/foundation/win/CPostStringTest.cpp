@@ -16,58 +16,24 @@ std::wstring ScratchFile(const wchar_t* name)
     return e2e::ScratchFolder(L"PostString") + name;
 }
 
-// The sample product, started with "/Record=<file>", ended when the object goes.
-class Product
+HWND WaitForTarget(const e2e::RunningProduct& product)
 {
-public:
-    explicit Product(const std::wstring& record)
-    {
-        std::wstring command = L"\"" + e2e::MediaFolder() + L"Listenwell\\Sonora.exe\" /Record=" + record;
-        STARTUPINFOW si = {};
-        si.cb = sizeof(si);
-        started_ = ::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi_);
-    }
-    ~Product()
-    {
-        if (started_) {
-            ::TerminateProcess(pi_.hProcess, 0);
-            ::WaitForSingleObject(pi_.hProcess, 5000);
-            ::CloseHandle(pi_.hProcess);
-            ::CloseHandle(pi_.hThread);
-        }
-    }
-    HWND WaitForTarget() const
-    {
-        for (int i = 0; started_ && i < 500; ++i) {
-            if (HWND target = HVCommandTarget::FindInProcess(pi_.dwProcessId))
-                return target;
-            ::Sleep(20);
-        }
-        return nullptr;
-    }
-
-private:
-    PROCESS_INFORMATION pi_ = {};
-    bool started_ = false;
-};
-
-std::string WaitForLines(const std::wstring& file, int lines)
-{
-    std::string text;
-    for (int i = 0; i < 500 && e2e::CountOf(text, "\n") < lines; ++i) {
+    for (int i = 0; product.Started() && i < 500; ++i) {
+        if (HWND target = HVCommandTarget::FindInProcess(product.ProcessId()))
+            return target;
         ::Sleep(20);
-        text = e2e::ReadFileText(file);
     }
-    return text;
+    return nullptr;
 }
+
 }   // namespace
 
 TEST(CPostStringTest, StringsReachTheProductsCommandTargetThroughTheRingOrAFile)
 {
     const std::wstring record = ScratchFile(L"Received.txt");
     ::DeleteFileW(record.c_str());
-    Product product(record);
-    const HWND target = product.WaitForTarget();
+    e2e::RunningProduct product(false, record);
+    const HWND target = WaitForTarget(product);
     ASSERT_NE(target, nullptr) << "the sample product shows no command target";
     wchar_t className[256] = {};
     ::GetClassNameW(target, className, 256);
@@ -82,7 +48,7 @@ TEST(CPostStringTest, StringsReachTheProductsCommandTargetThroughTheRingOrAFile)
     EXPECT_TRUE(log.Has(HVLog::kInfo, "Using file to send string"));
     EXPECT_TRUE(log.Has(HVLog::kInfo, "Finish (result: 1)"));
 
-    const std::string received = WaitForLines(record, 2);
+    const std::string received = e2e::WaitForLines(record, 2);
     EXPECT_EQ(received, "7|C:\\Music\\Caf\xC3\xA9.mp3\n9|" + big + "\n");
     EXPECT_FALSE(CPostString::Post(nullptr, 1, u"nobody"));
 }

@@ -58,6 +58,10 @@ TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
         {L"SampleReverb.dll", CInstallWAPlugin::Kind::DSP, u"DSP", u"Sample Reverb (VST Plugin)"},
         {L"SampleRemote.dll", CInstallWAPlugin::Kind::Any, u"RemoteControl", u"Sample Remote"},
     };
+    // A running player is told about each new plug-in.
+    const std::wstring told = folder_ + L"Told.txt";
+    e2e::RunningProduct player(false, told);
+    std::string expected;
     for (const auto& c : cases) {
         SCOPED_TRACE(e2e::Utf8(c.file));
         CInstallWAPlugin installer(changes_, Folder(), nullptr);
@@ -72,7 +76,9 @@ TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
         EXPECT_TRUE(record.QueryString(u"Path", path) && path == installed);
         EXPECT_TRUE(record.QueryString(u"Name", name) && name == c.name);
         EXPECT_FALSE(record.HasValue(u"strPath"));
+        expected += "1|" + installed.ToUtf8() + "\n";
     }
+    EXPECT_EQ(e2e::WaitForLines(told, 4), expected);
     const auto input = CInstallWAPlugin::Find(CInstallWAPlugin::Kind::Input, u"Sample Tracker Input");
     ASSERT_TRUE(input.has_value());
     EXPECT_EQ(input->extensions, u"trk;trx;smp");
