@@ -165,17 +165,28 @@ bool CInstallPackage::Confirm(const HVString& name)
 bool CInstallPackage::Install(const HVString& location)
 {
     HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"Package %s", location);
-    HVString path = location;
-    if (IsUrl(location)) {
-        wchar_t temp[MAX_PATH + 1] = {};
-        ::GetTempPathW(MAX_PATH, temp);
-        path = HVString(temp) + u"Install Wizard Download.lwp";
-        HVFileSystem::MakeUniqueName(path);
-        const HRESULT result = ::URLDownloadToFileW(nullptr, location.w(), path.w(), 0, nullptr);
-        if (FAILED(result))
-            return FailPackage(TF(u"The download failed (error 0x%08X).", static_cast<uint32_t>(result)), location);
-        downloads_.push_back(path);
+    if (!IsUrl(location))
+        return InstallFile(location, location);
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, temp);
+    // Under the address's own file name, which the messages and a plain module's copy keep.
+    HVString name = location.Mid(location.ReverseFind(u'/') + 1);
+    name = name.Left(name.FindOneOf(u"?#") >= 0 ? name.FindOneOf(u"?#") : name.GetLength());
+    HVString path = HVString(temp) + (name.IsEmpty() ? HVString(u"Package.lwp") : name);
+    HVFileSystem::CleanPath(path);
+    HVFileSystem::MakeUniqueName(path);
+    const HRESULT result = ::URLDownloadToFileW(nullptr, location.w(), path.w(), 0, nullptr);
+    if (FAILED(result)) {
+        HVFileSystem::DeleteFile(path);
+        return FailPackage(TF(u"The download failed (error 0x%08X).", static_cast<uint32_t>(result)), location);
     }
+    const bool ok = InstallFile(path, location);
+    HVFileSystem::DeleteFile(path);
+    return ok;
+}
+
+bool CInstallPackage::InstallFile(const HVString& path, const HVString& location)
+{
     const HVString archiveName = HVFileSystemPath::GetFileName(path);
     std::vector<uint8_t> bytes;
     if (!HVZipUnpacker::ReadArchive(path, bytes))
@@ -252,9 +263,6 @@ bool CInstallPackage::Install(const HVString& location)
 
     if (!description.Has(Description::kDontCleanup))
         HVFileSystem::DeleteFolderTree(unpacked);
-    for (const HVString& download : downloads_)
-        HVFileSystem::DeleteFile(download);
-    downloads_.clear();
     HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: %s", name, ok ? u"installed" : u"failed");
     return ok;
 }

@@ -56,6 +56,8 @@ public:
     HVString SkinFolder(bool full, const HVString& mainXml, const HVString& skinName) const;
 
 private:
+    // location: what the user named (the address of a downloaded package), for the messages.
+    bool InstallFile(const HVString& path, const HVString& location);
     bool Fail(const HVString& text);
     bool FailPackage(const HVString& reason, const HVString& location);
     bool ReadDescription(HVZipReader& reader, CPackageDescription& description);
@@ -73,6 +75,5 @@ private:
     HVString Expand(const HVString& text) const;
 
     Context context_;
-    std::vector<HVString> downloads_;
     std::vector<HVString> ownFiles_;  // the description's and the commanded files' names
 };
