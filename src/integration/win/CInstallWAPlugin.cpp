@@ -272,7 +272,21 @@ std::optional<CInstallWAPlugin::Record> CInstallWAPlugin::Find(Kind kind, const 
     key.QueryString(u"Path", record.path);
     key.QueryString(u"Plugin Description", record.pluginDescription);
     key.QueryString(u"File Description", record.fileDescription);
-    key.QueryString(u"Name", record.name);
+    if (!key.QueryString(u"Name", record.name) || record.name.IsEmpty())
+        record.name = name;
     key.QueryString(u"Extensions", record.extensions);
     return record;
+}
+
+std::vector<CInstallWAPlugin::Record> CInstallWAPlugin::List(Kind kind)
+{
+    std::vector<Record> records;
+    HVRegKey folder;
+    if (!folder.Open(HKEY_LOCAL_MACHINE, HVString(kPluginsKey) + KindFolder(kind)))
+        return records;
+    for (const HVString& name : folder.EnumSubKeys()) {
+        if (auto record = Find(kind, name))
+            records.push_back(std::move(*record));
+    }
+    return records;
 }

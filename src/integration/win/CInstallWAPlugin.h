@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 class CInstallChangeLog;
 
@@ -44,6 +45,8 @@ public:
 
     // The record of an installed plug-in; none when it is missing or of another layout.
     static std::optional<Record> Find(Kind kind, const HVString& name);
+    // Every valid record of a kind, in the registry's order.
+    static std::vector<Record> List(Kind kind);
     // "Input", "DSP" or "RemoteControl": the key and the folder under "Plugins\".
     static const char16_t* KindFolder(Kind kind);
 
