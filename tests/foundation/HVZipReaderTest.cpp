@@ -9,7 +9,7 @@
 
 namespace
 {
-using ZipBuilder::Spec;
+using ZipBuilder::Entry;
 using ZipBuilder::MakeZip;
 
 bool Open(HVZipReader& reader, const std::string& zip)
@@ -58,7 +58,7 @@ TEST(HVZipReaderTest, HostileArchivesAreRefusedWhole)
     const struct
     {
         const char* what;
-        std::vector<Spec> specs;
+        std::vector<Entry> entries;
     } cases[] = {
         {"zip slip after a good member", {{"ok.txt", "x"}, {"../../evil.txt", "evil"}}},
         {"absolute path", {{"/etc/passwd", "x"}}},
@@ -71,7 +71,7 @@ TEST(HVZipReaderTest, HostileArchivesAreRefusedWhole)
     };
     for (const auto& c : cases) {
         HVZipReader reader;
-        EXPECT_FALSE(Open(reader, MakeZip(c.specs))) << c.what;
+        EXPECT_FALSE(Open(reader, MakeZip(c.entries))) << c.what;
         EXPECT_TRUE(reader.Members().empty()) << c.what;
         EXPECT_FALSE(reader.GetError().IsEmpty()) << c.what;
     }
@@ -83,7 +83,7 @@ TEST(HVZipReaderTest, DamagedMembersFailOnExtract)
     const struct
     {
         const char* what;
-        Spec spec;
+        Entry entry;
     } cases[] = {
         {"wrong CRC", {"a", text, true, -1, 0x1234}},
         {"stream longer than declared", {"a", text, true, 1000}},
@@ -91,7 +91,7 @@ TEST(HVZipReaderTest, DamagedMembersFailOnExtract)
     };
     for (const auto& c : cases) {
         HVZipReader reader;
-        ASSERT_TRUE(Open(reader, MakeZip({c.spec}))) << c.what;
+        ASSERT_TRUE(Open(reader, MakeZip({c.entry}))) << c.what;
         std::vector<uint8_t> out;
         EXPECT_FALSE(reader.Extract(0, out)) << c.what;
         EXPECT_TRUE(out.empty()) << c.what;

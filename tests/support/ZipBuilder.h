@@ -12,7 +12,7 @@
 
 namespace ZipBuilder
 {
-struct Spec
+struct Entry
 {
     std::string name;
     std::string data;
@@ -42,34 +42,34 @@ inline std::string Deflate(const std::string& data)
     return out;
 }
 
-// A zip archive as a writer would make it, but with the damage the specs ask for.
-inline std::string MakeZip(const std::vector<Spec>& specs)
+// A zip archive as a writer would make it, but with the damage the entries ask for.
+inline std::string MakeZip(const std::vector<Entry>& entries)
 {
     std::string body, central;
     uint32_t previousLocal = 0;
-    for (const Spec& spec : specs) {
-        const std::string packed = spec.deflate ? Deflate(spec.data) : spec.data;
-        const uint32_t crc = static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(spec.data.data()),
-                                                         static_cast<uInt>(spec.data.size()))) ^ spec.crcXor;
-        const uint32_t size = spec.declaredSize >= 0 ? static_cast<uint32_t>(spec.declaredSize) : static_cast<uint32_t>(spec.data.size());
+    for (const Entry& entry : entries) {
+        const std::string packed = entry.deflate ? Deflate(entry.data) : entry.data;
+        const uint32_t crc = static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(entry.data.data()),
+                                                         static_cast<uInt>(entry.data.size()))) ^ entry.crcXor;
+        const uint32_t size = entry.declaredSize >= 0 ? static_cast<uint32_t>(entry.declaredSize) : static_cast<uint32_t>(entry.data.size());
         uint32_t local = static_cast<uint32_t>(body.size());
         std::string fields;
-        Put16(fields, spec.flags), Put16(fields, spec.deflate ? 8 : 0), Put32(fields, 0), Put32(fields, crc);
-        Put32(fields, static_cast<uint32_t>(packed.size())), Put32(fields, size), Put16(fields, static_cast<uint32_t>(spec.name.size()));
-        if (spec.sameLocalAsPrevious) {
+        Put16(fields, entry.flags), Put16(fields, entry.deflate ? 8 : 0), Put32(fields, 0), Put32(fields, crc);
+        Put32(fields, static_cast<uint32_t>(packed.size())), Put32(fields, size), Put16(fields, static_cast<uint32_t>(entry.name.size()));
+        if (entry.sameLocalAsPrevious) {
             local = previousLocal;
         } else {
             Put32(body, 0x04034b50), Put16(body, 20), body += fields, Put16(body, 0);
-            body += spec.name + packed;
+            body += entry.name + packed;
         }
         previousLocal = local;
         Put32(central, 0x02014b50), Put16(central, 20), Put16(central, 20), central += fields;
         Put16(central, 0), Put16(central, 0), Put16(central, 0), Put16(central, 0), Put32(central, 0), Put32(central, local);
-        central += spec.name;
+        central += entry.name;
     }
     std::string zip = body + central;
-    Put32(zip, 0x06054b50), Put16(zip, 0), Put16(zip, 0), Put16(zip, static_cast<uint32_t>(specs.size()));
-    Put16(zip, static_cast<uint32_t>(specs.size())), Put32(zip, static_cast<uint32_t>(central.size()));
+    Put32(zip, 0x06054b50), Put16(zip, 0), Put16(zip, 0), Put16(zip, static_cast<uint32_t>(entries.size()));
+    Put16(zip, static_cast<uint32_t>(entries.size())), Put32(zip, static_cast<uint32_t>(central.size()));
     Put32(zip, static_cast<uint32_t>(body.size())), Put16(zip, 0);
     return zip;
 }
