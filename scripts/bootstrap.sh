@@ -11,7 +11,7 @@ packages=(
   # pictures and key input
   xvfb xdotool imagemagick
   # native core, fuzzing, benchmarks
-  g++ clang libclang-rt-14-dev libbenchmark-dev libpugixml-dev libtinyxml2-dev libexpat1-dev
+  g++ clang libclang-rt-14-dev libbenchmark-dev libpugixml-dev libtinyxml2-dev libexpat1-dev zlib1g-dev
   # the sample setup folder's font
   fonts-dejavu-core
 )

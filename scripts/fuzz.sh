@@ -13,7 +13,7 @@ seconds="${1:-60}"
 shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-  targets=(xml_document xmlfn)
+  targets=(xml_document xmlfn zip_reader package_description)
 fi
 
 mkdir -p "$build/artifacts"
@@ -29,9 +29,11 @@ for target in "${targets[@]}"; do
   work="$build/corpus/$target"
   mkdir -p "$work"
   log="$build/$target.log"
+  dict="$root/tests/fuzz/$target.dict"
+  [ -f "$dict" ] || dict="$root/tests/fuzz/xml.dict"
   echo "== $target: $seconds s"
   "$exe" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 -print_final_stats=1 \
-    -dict="$root/tests/fuzz/xml.dict" -artifact_prefix="$build/artifacts/$target-" \
+    -dict="$dict" -artifact_prefix="$build/artifacts/$target-" \
     "$work" "$seeds" >"$log" 2>&1
   rc=$?
   runs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | grep -o '[0-9]*$' | tail -1)

@@ -5,8 +5,16 @@
 //
 // "/IgnoreClose" makes the window refuse WM_CLOSE, like a copy that is busy and won't stop;
 // it can still be ended from outside (TerminateProcess).
+//
+// Like the product, it has a command target (the library's HVCommandTarget) through which the
+// installer tells it about new plug-ins and media. "/Record=<file>" appends each command it
+// receives to that file as a UTF-8 line "<type>|<text>", so tests can see what arrived.
+#include "foundation/win/HVCommandTarget.h"
+
 #include <windows.h>
 #include <shellapi.h>
+
+#include <string>
 
 namespace
 {
@@ -44,6 +52,32 @@ LRESULT CALLBACK FrameProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam
     }
 }
 
+// The value of "/Name=value", or empty.
+std::wstring SwitchValue(const wchar_t* prefix)
+{
+    int count = 0;
+    LPWSTR* args = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::wstring value;
+    const size_t length = lstrlenW(prefix);
+    for (int i = 1; args && i < count; ++i) {
+        if (CompareStringOrdinal(args[i], static_cast<int>(length), prefix, static_cast<int>(length), TRUE) == CSTR_EQUAL)
+            value = args[i] + length;
+    }
+    LocalFree(args);
+    return value;
+}
+
+void Record(const std::wstring& file, const HVCommandTarget::Command& command)
+{
+    const std::string line = std::to_string(command.type) + "|" + command.text.ToUtf8() + "\n";
+    HANDLE out = CreateFileW(file.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+    if (out == INVALID_HANDLE_VALUE)
+        return;
+    DWORD written = 0;
+    WriteFile(out, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+    CloseHandle(out);
+}
+
 bool HasSwitch(const wchar_t* name)
 {
     int count = 0;
@@ -69,6 +103,13 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show)
     wc.lpszClassName = L"LWFrame";
     if (!RegisterClassExW(&wc))
         return 1;
+    // The command target comes first: whoever sees the frame can talk to it.
+    const std::wstring record = SwitchValue(L"/Record=");
+    HVCommandTarget commands;
+    commands.Create(u"Sonora", [&record](const HVCommandTarget::Command& command) {
+        if (!record.empty())
+            Record(record, command);
+    });
     HWND frame = CreateWindowExW(0, L"LWFrame", L"Sonora", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 480,
                                  320, nullptr, nullptr, instance, nullptr);
     if (!frame)

@@ -17,6 +17,8 @@ const char16_t* CRegistryWriter::RootName(HKEY root)
         return u"HKCU";
     if (root == HKEY_CLASSES_ROOT)
         return u"HKCR";
+    if (root == HKEY_CURRENT_CONFIG)
+        return u"HKCC";
     return u"HKU";
 }
 

@@ -48,7 +48,9 @@ bool HasContent(const HVRegKey& key, const CRegistryActionLine& line)
     return key.QueryDWORD(line.valueName, number);
 }
 
-void Apply(const CRegistryActionLine& line, HKEY root, HVRegView view, CInstallChangeLog& changes)
+}   // namespace
+
+void ApplyRegistryLine(const CRegistryActionLine& line, HKEY root, HVRegView view, CInstallChangeLog& changes)
 {
     CRegistryWriter writer(changes, root, line.keyPath, view);
     if (!writer.Open())
@@ -63,7 +65,6 @@ void Apply(const CRegistryActionLine& line, HKEY root, HVRegView view, CInstallC
         writer.SetString(line.valueName, line.data);
     else
         writer.SetDWORD(line.valueName, static_cast<DWORD>(CRegistryActionLine::Number(line.data)));
-}
 }
 
 bool IsProcessUnderWow64()
@@ -104,8 +105,8 @@ void ApplyRegistryLines(const ShellRegistration& record, const std::vector<HVStr
         const auto line = CRegistryActionLine::Parse(macros.Expand(text));
         if (!line)
             continue;
-        Apply(*line, root, HVRegView::Native, context.changes);
+        ApplyRegistryLine(*line, root, HVRegView::Native, context.changes);
         if (bothViews)
-            Apply(*line, root, HVRegView::Key64, context.changes);
+            ApplyRegistryLine(*line, root, HVRegView::Key64, context.changes);
     }
 }

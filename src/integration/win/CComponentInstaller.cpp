@@ -15,6 +15,8 @@
 #include "integration/CComponentRules.h"
 #include "integration/win/CComponentRegistration.h"
 #include "integration/win/RunProgram.h"
+#include "integration/win/CInstallPackage.h"
+#include "integration/win/CInstallWAPlugin.h"
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {
@@ -23,9 +25,8 @@ bool CComponentInstaller::RegisterServer(const HVString& path)
 
 bool CComponentInstaller::InstallInputPlugin(const HVString& path)
 {
-    HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallInputPlugin",
-                 u"%s: not handed over, not part of this version of Install Wizard", path);
-    return true;
+    return CInstallWAPlugin(context_.changes, context_.installFolder, context_.owner, context_.options.silent)
+        .Install(path, CInstallWAPlugin::Kind::Input);
 }
 
 void CComponentInstaller::RunPluginStep(IInstallProgress& progress)
@@ -39,8 +40,7 @@ void CComponentInstaller::RunPluginStep(IInstallProgress& progress)
 
 void CComponentInstaller::InstallPluginsAndPackages(IInstallProgress&)
 {
-    HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallPluginsAndPackages",
-                 u"Nothing done: not part of this version of Install Wizard");
+    CInstallPackage::InstallListed(context_);
 }
 
 void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)

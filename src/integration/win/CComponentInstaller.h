@@ -3,10 +3,12 @@
 #include "engine/IComponentInstaller.h"
 #include "engine/win/CInstallContext.h"
 
-// Registers what the copy step put in place: the copied modules directly, and in the plug-in
-// step the shell extension and the "Plugins\System" plug-ins through the product's package
-// installer, the audio driver for this Windows and, in the server edition, the server service.
-// A registration that fails is logged, marked and passed by: the install goes on.
+// Registers what the copy step put in place: the copied modules directly, "in_" modules handed
+// over as input plug-ins (CInstallWAPlugin); and in the plug-in step the shell extension and the
+// "Plugins\System" plug-ins through the product's package installer, the packages the install
+// description names (CInstallPackage), the audio driver for this Windows and, in the server
+// edition, the server service. A registration that fails is logged, marked and passed by: the
+// install goes on.
 class CComponentInstaller : public IComponentInstaller
 {
 public:

@@ -3,9 +3,9 @@
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/HVXMLDocument.h"
-#include "foundation/win/HVRegKey.h"
 #include "install/HVInstallDescription.h"
 #include "install/win/CProductIdentity.h"
+#include "integration/win/CInstallWAPlugin.h"
 #include "toolkit/win/HVMessageBox.h"
 
 #include <memory>
@@ -42,20 +42,9 @@ HVString CFileTypes::FatalText(const HVString& path, const HVString& version)
 std::vector<FileTypeModel::InputPlugin> CFileTypes::InputPlugins()
 {
     std::vector<FileTypeModel::InputPlugin> plugins;
-    HVRegKey input;
-    if (!input.Open(HKEY_LOCAL_MACHINE, kInputPluginsKey))
-        return plugins;
-    for (const HVString& name : input.EnumSubKeys()) {
-        HVRegKey record;
-        DWORD layout = 0;
-        FileTypeModel::InputPlugin plugin;
-        // Only records of the current layout are trusted.
-        if (!record.Open(input.Get(), name) || !record.QueryDWORD(u"IVersion", layout) || layout != 4 ||
-            !record.QueryString(u"Extensions", plugin.extensions))
-            continue;
-        if (!record.QueryString(u"Name", plugin.name) || plugin.name.IsEmpty())
-            plugin.name = name;
-        plugins.push_back(plugin);
+    for (const CInstallWAPlugin::Record& record : CInstallWAPlugin::List(CInstallWAPlugin::Kind::Input)) {
+        if (!record.extensions.IsEmpty())
+            plugins.push_back({record.name, record.extensions});
     }
     return plugins;
 }

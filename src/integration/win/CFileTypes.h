@@ -15,8 +15,6 @@ class CFileTypes
 {
 public:
     static constexpr const char16_t* kFileName = u"FileAssociations.xml";
-    // The plug-in registry of the product's input plug-ins (HKEY_LOCAL_MACHINE).
-    static constexpr const char16_t* kInputPluginsKey = u"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input";
 
     // nullptr after the fatal message (shown to owner).
     static const FileTypeModel* Get(const CProductIdentity& product, const HVInstallDescription& description,
@@ -26,5 +24,6 @@ public:
     static HVString FatalText(const HVString& path, const HVString& version);
 
 private:
+    // The installed input plug-ins' records (CInstallWAPlugin) that report file types.
     static std::vector<FileTypeModel::InputPlugin> InputPlugins();
 };

@@ -218,4 +218,14 @@ std::string ReadFileText(const std::wstring& path)
     ReadFileBytes(path, bytes);
     return bytes;
 }
+
+std::string WaitForLines(const std::wstring& path, int lines)
+{
+    std::string text = ReadFileText(path);
+    for (int i = 0; i < 500 && static_cast<int>(std::count(text.begin(), text.end(), '\n')) < lines; ++i) {
+        ::Sleep(20);
+        text = ReadFileText(path);
+    }
+    return text;
+}
 }

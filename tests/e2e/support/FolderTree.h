@@ -54,4 +54,7 @@ bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
 bool ReadFileBytes(const std::wstring& path, std::string& bytes);
 // The same for checks that only look at the text: empty when the file can't be read.
 std::string ReadFileText(const std::wstring& path);
+// The file's text once it has `lines` line breaks, or whatever it has after ten seconds: for
+// files another process writes (the sample product's record of commands).
+std::string WaitForLines(const std::wstring& path, int lines);
 }

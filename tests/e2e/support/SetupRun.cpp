@@ -78,11 +78,13 @@ SetupRun RunSetup(RunOptions options)
     return run;
 }
 
-RunningProduct::RunningProduct(bool ignoreClose)
+RunningProduct::RunningProduct(bool ignoreClose, const std::wstring& recordFile)
 {
     std::wstring commandLine = L"\"" + MediaFolder() + L"Listenwell\\Sonora.exe\"";
     if (ignoreClose)
         commandLine += L" /IgnoreClose";
+    if (!recordFile.empty())
+        commandLine += L" \"/Record=" + recordFile + L"\"";
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,

@@ -44,12 +44,14 @@ SetupRun RunSetup(RunOptions options);
 class RunningProduct
 {
 public:
-    explicit RunningProduct(bool ignoreClose);
+    // recordFile: where the product writes the commands its command target receives.
+    explicit RunningProduct(bool ignoreClose, const std::wstring& recordFile = {});
     ~RunningProduct();
     RunningProduct(const RunningProduct&) = delete;
     RunningProduct& operator=(const RunningProduct&) = delete;
 
     bool Started() const;
+    DWORD ProcessId() const { return process_.dwProcessId; }
     bool Running() const;
     // A copy whose window was closed still takes a moment to end its process.
     bool EndsSoon() const;

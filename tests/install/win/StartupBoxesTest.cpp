@@ -3,54 +3,12 @@
 #include "install/win/CNeedInternetExplorerDlg.h"
 #include "install/win/ShowCriticalError.h"
 
+#include "BoxAnswerer.h"
 #include "E2ESupport.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
-namespace
-{
-// Waits for a dialog of this process, keeps what it showed and presses the button captioned
-// `press`.
-class BoxAnswerer
-{
-public:
-    explicit BoxAnswerer(std::wstring press)
-        : thread_([this, press] {
-              for (int i = 0; i < 500 && !done_; ++i)
-              {
-                  for (const e2e::WindowInfo& window : e2e::ListTopLevelWindows(::GetCurrentProcessId(), true))
-                  {
-                      if (!window.IsDialog())
-                          continue;
-                      seen_ = window;
-                      for (const e2e::ButtonInfo& button : window.buttons)
-                          if (e2e::StripAccelerator(button.caption) == press)
-                              e2e::PressButton(window.hwnd, button);
-                      done_ = true;
-                      return;
-                  }
-                  ::Sleep(20);
-              }
-          })
-    {
-    }
-    ~BoxAnswerer() { Join(); }
-    const e2e::WindowInfo& Join()
-    {
-        if (thread_.joinable())
-            thread_.join();
-        return seen_;
-    }
-
-private:
-    std::atomic<bool> done_{false};
-    e2e::WindowInfo seen_;
-    std::thread thread_;
-};
-}
+using e2e::BoxAnswerer;
 
 TEST(ShowCriticalError, TitleAndTextAsTheUserReadsThem)
 {

@@ -1,0 +1,496 @@
+#include "integration/win/CInstallPackage.h"
+
+#include "engine/CInstallChangeLog.h"
+#include "engine/IInstallProgress.h"
+#include "engine/win/CInstallContext.h"
+#include "engine/win/CRegistryWriter.h"
+#include "install/HVInstallDescription.h"
+#include "install/InstallOptions.h"
+#include "install/win/CProductIdentity.h"
+#include "foundation/HVFileSystemPath.h"
+#include "foundation/HVLog.h"
+#include "foundation/HVTextDecoder.h"
+#include "foundation/HVTranslator.h"
+#include "foundation/HVZipReader.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVProductPaths.h"
+#include "foundation/win/HVZipUnpacker.h"
+#include "integration/CRegistryActionLine.h"
+#include "integration/win/ApplyRegistryLines.h"
+#include "integration/win/CComponentRegistration.h"
+#include "integration/win/CInstallWAPlugin.h"
+#include "integration/win/CRunningProduct.h"
+#include "integration/win/RunProgram.h"
+#include "toolkit/win/HVMessageBox.h"
+
+#include <urlmon.h>
+
+#include <string_view>
+
+namespace
+{
+using Description = CPackageDescription;
+
+HVString T(const char16_t* english)
+{
+    return HVTranslator::Translate(english);
+}
+
+template <class... Args>
+HVString TF(const char16_t* english, const Args&... args)
+{
+    return HVString::Format(T(english).c_str(), args...);
+}
+
+HVString WindowsFolder(UINT(WINAPI* get)(LPWSTR, UINT))
+{
+    wchar_t buffer[MAX_PATH + 1] = {};
+    const UINT length = get(buffer, MAX_PATH + 1);
+    return length == 0 || length > MAX_PATH ? HVString() : HVFileSystemPath::AddBackslash(HVString(buffer));
+}
+
+bool IsUrl(const HVString& location)
+{
+    return location.StartsWithNoCase(u"http://") || location.StartsWithNoCase(u"ftp://");
+}
+
+// The product's main window, closed politely; true once it is gone (or was never there).
+bool CloseProduct()
+{
+    HWND frame = ::FindWindowW(L"LWFrame", nullptr);
+    if (frame)
+        ::PostMessageW(frame, WM_CLOSE, 0, 0);
+    for (int i = 0; frame && i < 100; ++i) {
+        ::Sleep(50);
+        frame = ::FindWindowW(L"LWFrame", nullptr);
+    }
+    return frame == nullptr;
+}
+
+CInstallWAPlugin::Kind PluginKind(const HVString& word)
+{
+    if (word == u"REG_WA_IN")
+        return CInstallWAPlugin::Kind::Input;
+    if (word == u"REG_WA_DSP")
+        return CInstallWAPlugin::Kind::DSP;
+    if (word == u"REG_WA_VIS")
+        return CInstallWAPlugin::Kind::Visualization;
+    return CInstallWAPlugin::Kind::Any;
+}
+}   // namespace
+
+bool CInstallPackage::Fail(const HVString& text)
+{
+    HVLog::Write(HVLog::kWarning, "CInstallPackage::Install", u"%s", text);
+    if (context_.interactive)
+        HVMessageBox::Show(context_.owner, text, T(u"Information"), MB_OK | MB_ICONINFORMATION);
+    return false;
+}
+
+bool CInstallPackage::FailPackage(const HVString& reason, const HVString& location)
+{
+    return Fail(TF(u"Failed to install package.\r\n\r\nMore Info: %s\r\nURL: %s", reason, location));
+}
+
+void CInstallPackage::Status(const char16_t* text)
+{
+    if (context_.progress)
+        context_.progress->SetStatusText(text);
+}
+
+HVString CInstallPackage::Expand(const HVString& text) const
+{
+    return Description::ExpandMacros(text, context_.nameWithVersion, context_.installFolder);
+}
+
+HVString CInstallPackage::CopyFolder(const HVString& word) const
+{
+    const HVString& program = context_.installFolder;
+    if (word == u"COPY_HELPDIR")
+        return program + u"Help\\";
+    if (word == u"COPY_PLUGINDIR")
+        return program + u"Plugins\\";
+    if (word == u"COPY_TRACKINFOS")
+        return HVProductPaths::GetResourceFolder(program, HVProductPaths::Resource::TrackInfo);
+    if (word == u"COPY_VISUALIZATIONS")
+        return HVProductPaths::GetResourceFolder(program, HVProductPaths::Resource::Visualizations);
+    if (word == u"COPY_VISSCRIPTS")
+        return HVProductPaths::GetResourceFolder(program, HVProductPaths::Resource::Visualizations) + u"Scripts\\";
+    if (word == u"COPY_VIZCRAFT")
+        return program + u"Vizcraft\\";
+    if (word == u"COPY_WINDIR")
+        return WindowsFolder(&::GetWindowsDirectoryW);
+    if (word == u"COPY_SYSDIR")
+        return WindowsFolder(&::GetSystemDirectoryW);
+    return HVString();
+}
+
+HVString CInstallPackage::SkinFolder(bool full, const HVString& mainXml, const HVString& skinName) const
+{
+    const HVString base = context_.installFolder + (full ? u"FullSkins\\" : u"Skins\\");
+    const char16_t* view = mainXml.Find(u"LWFS") >= 0 ? u"Lounge View\\" : u"Standard View\\";
+    return HVString::Format(u"%s%s%s", base, view, HVFileSystemPath::AddBackslash(skinName));
+}
+
+bool CInstallPackage::ReadDescription(HVZipReader& reader, CPackageDescription& description)
+{
+    std::vector<uint8_t> bytes;
+    for (size_t i = 0; i < reader.Members().size(); ++i) {
+        const HVZipReader::Member& member = reader.Members()[i];
+        if (member.isFolder || member.name.Find(u'\\') >= 0 || !member.name.EndsWithNoCase(u".xml") ||
+            member.size > (4u << 20) || !reader.Extract(i, bytes))
+            continue;
+        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        if (description.Parse(HVTextDecoder::Decode(text))) {
+            ownFiles_.push_back(member.name);
+            for (const Description::FileEntry& entry : description.files) {
+                HVString file = entry.file;
+                file.Replace(u'/', u'\\');
+                ownFiles_.push_back(HVFileSystemPath::GetFileName(file));
+            }
+            return true;
+        }
+    }
+    return false;
+}
+
+bool CInstallPackage::Confirm(const HVString& name)
+{
+    if (!context_.interactive)
+        return true;
+    const HVString text = name + T(u" is about to install a component.  Do you wish to continue?");
+    return HVMessageBox::Show(context_.owner, text, T(u"Confirm Action"), MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+bool CInstallPackage::Install(const HVString& location)
+{
+    HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"Package %s", location);
+    if (!IsUrl(location))
+        return InstallFile(location, location);
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, temp);
+    // Under the address's own file name, which the messages and a plain module's copy keep.
+    HVString name = location.Mid(location.ReverseFind(u'/') + 1);
+    name = name.Left(name.FindOneOf(u"?#") >= 0 ? name.FindOneOf(u"?#") : name.GetLength());
+    HVString path = HVString(temp) + (name.IsEmpty() ? HVString(u"Package.lwp") : name);
+    HVFileSystem::CleanPath(path);
+    HVFileSystem::MakeUniqueName(path);
+    const HRESULT result = ::URLDownloadToFileW(nullptr, location.w(), path.w(), 0, nullptr);
+    if (FAILED(result)) {
+        HVFileSystem::DeleteFile(path);
+        return FailPackage(TF(u"The download failed (error 0x%08X).", static_cast<uint32_t>(result)), location);
+    }
+    const bool ok = InstallFile(path, location);
+    HVFileSystem::DeleteFile(path);
+    return ok;
+}
+
+bool CInstallPackage::InstallFile(const HVString& path, const HVString& location)
+{
+    const HVString archiveName = HVFileSystemPath::GetFileName(path);
+    std::vector<uint8_t> bytes;
+    if (!HVZipUnpacker::ReadArchive(path, bytes))
+        return FailPackage(T(u"The package can't be read."), location);
+
+    HVZipReader reader;
+    if (!reader.Open(bytes.data(), bytes.size())) {
+        // A module on its own is a plug-in that came without packing.
+        if (bytes.size() > 2 && bytes[0] == 'M' && bytes[1] == 'Z') {
+            if (!Confirm(archiveName))
+                return true;
+            return CInstallWAPlugin(context_.changes, context_.installFolder, context_.owner, !context_.interactive)
+                .Install(path);
+        }
+        return Fail(TF(u"Failed to unzip file '%s'.", archiveName));
+    }
+    CPackageDescription description;
+    if (!ReadDescription(reader, description) || !description.HasActions())
+        return FailPackage(T(u"The package holds no description of what to install."), location);
+    // Without a name of its own the package is called by its file name, less the extension.
+    const int32_t dot = archiveName.ReverseFind(u'.');
+    const HVString name = !description.name.IsEmpty() ? description.name : dot > 0 ? archiveName.Left(dot) : archiveName;
+    if (!Confirm(name)) {
+        HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: not confirmed", name);
+        return true;
+    }
+    Status(u"Working...");
+
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, temp);
+    HVString unpacked = HVString(temp) + u"Install Wizard Package\\";
+    HVFileSystem::MakeUniqueName(unpacked);
+    // A package unpacked whole into the program folder keeps its folders there too.
+    const bool keepFolders = description.Has(Description::kSaveDirStruct) || description.Has(Description::kUnzipDir);
+    HVString error;
+    if (!HVZipUnpacker::Unpack(reader, unpacked, keepFolders, error)) {
+        HVLog::Write(HVLog::kWarning, "CInstallPackage::Install", u"%s", error);
+        HVFileSystem::DeleteFolderTree(unpacked);
+        return Fail(TF(u"Failed to unzip file '%s'.", archiveName));
+    }
+
+    bool closeProduct = false, startProduct = false, restartProduct = false, updateServices = false;
+    for (const Description::FileEntry& entry : description.files) {
+        closeProduct |= entry.Has(u"CLOSE_SN");
+        startProduct |= entry.Has(u"START_SN");
+        restartProduct |= entry.Has(u"RESTART_SN");
+        updateServices |= entry.Has(u"UPDATE_SERVICELIST");
+    }
+    const bool wasRunning = ::FindWindowW(L"LWFrame", nullptr) != nullptr;
+    const bool closed = closeProduct && wasRunning && CloseProduct();
+
+    bool ok = RunPackageActions(description, unpacked, reader, name);
+    if (ok && !description.Has(Description::kNone)) {
+        for (const Description::FileEntry& entry : description.files) {
+            if (!(ok = RunFileCommands(entry, unpacked, keepFolders)))
+                break;
+        }
+    }
+
+    if (ok && updateServices)
+        CRunningProduct::Tell(CRunningProduct::kUpdateServiceList, name);
+    const bool running = ::FindWindowW(L"LWFrame", nullptr) != nullptr;
+    // A player that wouldn't close has the old files loaded: it is offered a restart as well.
+    const bool stayedOpen = closeProduct && wasRunning && !closed;
+    if (ok && (restartProduct || stayedOpen) && running && context_.interactive) {
+        const HVString text = TF(u"%s must be restarted to complete installation of the package.\r\n\r\n",
+                                 context_.productName) + T(u"Do you want to restart it now?");
+        if (HVMessageBox::Show(context_.owner, text, T(u"Information"), MB_YESNO | MB_ICONQUESTION) == IDYES &&
+            CloseProduct())
+            RunProgram(context_.launcherPath, HVString(), SW_SHOWNORMAL, false, false);
+    } else if (ok && (startProduct || closed) && !running && !context_.launcherPath.IsEmpty()) {
+        RunProgram(context_.launcherPath, HVString(), SW_SHOWNORMAL, false, false);
+    }
+
+    if (!description.Has(Description::kDontCleanup))
+        HVFileSystem::DeleteFolderTree(unpacked);
+    HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: %s", name, ok ? u"installed" : u"failed");
+    return ok;
+}
+
+bool CInstallPackage::RunPackageActions(const CPackageDescription& description, const HVString& unpacked,
+                                        HVZipReader& reader, const HVString& packageName)
+{
+    if (description.Has(Description::kUnzipDir) && !CopyEntry(unpacked, context_.installFolder, false))
+        return false;
+    for (const bool full : {true, false}) {
+        if (!description.Has(full ? Description::kInstallSkin : Description::kInstallMiniSkin))
+            continue;
+        std::vector<uint8_t> mainXml;
+        const int32_t main = reader.Find(u"main.xml");
+        if (main >= 0)
+            reader.Extract(static_cast<size_t>(main), mainXml);
+        const HVString text = HVTextDecoder::Decode(std::string_view(reinterpret_cast<const char*>(mainXml.data()), mainXml.size()));
+        if (main < 0 || !CopyContent(unpacked, SkinFolder(full, text, packageName)))
+            return Fail(T(u"INSTALLSKIN action failed."));
+    }
+    if (description.Has(Description::kInstallTrackInfo) &&
+        !CopyContent(unpacked, HVProductPaths::GetResourceFolder(context_.installFolder, HVProductPaths::Resource::TrackInfo)))
+        return Fail(T(u"INSTALLTRACKINFO action failed."));
+    if (description.Has(Description::kInstallMedia))
+        TellMedia(unpacked, false);
+    if (description.Has(Description::kPreviewMedia))
+        TellMedia(unpacked, true);
+    return true;
+}
+
+void CInstallPackage::TellMedia(const HVString& unpacked, bool preview)
+{
+    // Media to keep goes to the user's music, where the library looks anyway; a preview is
+    // played from where it was unpacked.
+    const HVString music = HVProductPaths::GetMusicFolder();
+    std::vector<HVFileSystem::Entry> entries;
+    HVFileSystem::EnumerateFolder(unpacked, entries);
+    for (const HVFileSystem::Entry& entry : entries) {
+        if (entry.isFolder || entry.name.EndsWithNoCase(u".xml"))
+            continue;
+        HVString file = unpacked + entry.name;
+        if (!preview && !music.IsEmpty() && CopyEntry(file, music, false))
+            file = music + entry.name;
+        CRunningProduct::Tell(preview ? CRunningProduct::kPreviewMedia : CRunningProduct::kAddMedia, file);
+    }
+}
+
+bool CInstallPackage::CopyContent(const HVString& unpacked, const HVString& targetFolder)
+{
+    std::vector<HVFileSystem::Entry> entries;
+    if (!HVFileSystem::EnumerateFolder(unpacked, entries))
+        return false;
+    for (const HVFileSystem::Entry& entry : entries) {
+        bool own = false;
+        for (const HVString& name : ownFiles_)
+            own = own || name.EqualsNoCase(entry.name.view());
+        if (!own && !CopyEntry(unpacked + entry.name,
+                               entry.isFolder ? HVFileSystemPath::AddBackslash(targetFolder) + entry.name : targetFolder, false))
+            return false;
+    }
+    return true;
+}
+
+bool CInstallPackage::CopyEntry(const HVString& source, const HVString& targetFolder, bool move)
+{
+    const HVString folder = HVFileSystemPath::AddBackslash(targetFolder);
+    if (!HVFileSystem::FolderExists(folder)) {
+        if (!HVFileSystem::MakeDirectoryTree(folder))
+            return false;
+        context_.changes.Note(InstallChange::Kind::FolderCreated, folder);
+    }
+    if (HVFileSystem::FolderExists(source)) {
+        std::vector<HVFileSystem::Entry> entries;
+        if (!HVFileSystem::EnumerateFolder(source, entries))
+            return false;
+        const HVString from = HVFileSystemPath::AddBackslash(source);
+        for (const HVFileSystem::Entry& entry : entries) {
+            if (!CopyEntry(from + entry.name, entry.isFolder ? folder + entry.name : folder, false))
+                return false;
+        }
+        if (move && !HVFileSystem::DeleteFolderTree(from))
+            return Fail(TF(u"Failed to move folder. Error: %d", static_cast<int32_t>(::GetLastError())));
+        return true;
+    }
+    const HVString target = folder + HVFileSystemPath::GetFileName(source);
+    const bool existed = HVFileSystem::Exists(target, false);
+    DWORD error = 0;
+    if (!HVFileSystem::CopyFileWhole(source, target, &error)) {
+        if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED)
+            return Fail(TF(u"Destination file is in use.\r\n%s", target));
+        return false;
+    }
+    context_.changes.NoteFile(target, existed);
+    if (move)
+        HVFileSystem::DeleteFile(source);
+    return true;
+}
+
+bool CInstallPackage::ApplyRegistryFile(const HVString& path)
+{
+    std::vector<uint8_t> bytes;
+    if (!HVFileSystem::ReadFile(path, bytes))
+        return false;
+    const HVString text = HVTextDecoder::Decode(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    HKEY root = HKEY_CLASSES_ROOT;
+    for (int32_t start = 0; start <= text.GetLength();) {
+        int32_t end = text.Find(u'\n', start);
+        if (end < 0)
+            end = text.GetLength();
+        HVString line = text.Mid(start, end - start);
+        start = end + 1;
+        line.Trim(u"\r\n\t ");
+        if (line.IsEmpty() || line.StartsWith(u";"))
+            continue;
+        if (line == u"HKEY_CURRENT_CONFIG" || line == u"HKEY_USERS") {
+            root = line == u"HKEY_USERS" ? HKEY_USERS : HKEY_CURRENT_CONFIG;
+            continue;
+        }
+        if (const auto marker = CRegistryActionLine::RootMarker(line)) {
+            root = *marker == CRegistryActionLine::Root::CurrentUser    ? HKEY_CURRENT_USER
+                   : *marker == CRegistryActionLine::Root::LocalMachine ? HKEY_LOCAL_MACHINE
+                                                                        : HKEY_CLASSES_ROOT;
+            continue;
+        }
+        if (const auto parsed = CRegistryActionLine::Parse(Expand(line)))
+            ApplyRegistryLine(*parsed, root, HVRegView::Native, context_.changes);
+    }
+    return true;
+}
+
+bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entry, const HVString& unpacked,
+                                      bool keepFolders)
+{
+    HVString name = entry.file;
+    name.Replace(u'/', u'\\');
+    name.TrimRight(u"\\");
+    if (!HVZipReader::IsSafeName(name.view())) {
+        HVLog::Write(HVLog::kWarning, "CInstallPackage::RunFileCommands", u"'%s' is no name inside the package", entry.file);
+        return true;
+    }
+    HVString current = unpacked + (keepFolders ? name : HVFileSystemPath::GetFileName(name));
+    const bool move = entry.Has(u"DELETE_ORIGINAL");
+    const bool wait = !entry.Has(u"DONTWAIT");
+    for (const Description::Command& command : entry.commands) {
+        const HVString& word = command.word;
+        const HVString param = Expand(command.param);
+        const HVString folder = CopyFolder(word);
+        if (!folder.IsEmpty() || word == u"COPY_DIRECTORY") {
+            const HVString target = folder.IsEmpty() ? param : folder;
+            if (target.IsEmpty() || !CopyEntry(current, target, move))
+                return false;
+            if (!HVFileSystem::FolderExists(current) || move)
+                current = HVFileSystemPath::AddBackslash(target) + HVFileSystemPath::GetFileName(current);
+        } else if (word == u"DELETE_DIRECTORY") {
+            // Only what lies in the product's own folder: a package has no business elsewhere.
+            const HVString target = HVFileSystemPath::NormalizeFolderPath(param);
+            if (target.StartsWithNoCase(context_.installFolder.view()) && target.GetLength() > context_.installFolder.GetLength() &&
+                HVFileSystem::DeleteFolderTree(target))
+                context_.changes.Note(InstallChange::Kind::FolderDeleted, target);
+        } else if (word == u"REGISTER") {
+            if (!CComponentRegistration::RegisterServer(current))
+                return Fail(TF(u"Failed to register object.\r\n%s", current));
+        } else if (word == u"EXECUTE") {
+            int exitCode = -1;
+            if (!RunProgram(current, param, SW_SHOWNORMAL, wait, true, &exitCode)) {
+                const int32_t error = static_cast<int32_t>(::GetLastError());
+                return Fail(param.IsEmpty() ? TF(u"Failed to start process.\r\n%s\r\nError: %d", current, error)
+                                            : TF(u"Failed to start process.\r\n%s %s\r\nError: %d", current, param, error));
+            }
+        } else if (word == u"INSTALL") {
+            const HVString parameters = HVString::Format(u"/Q /Install \"%s\"", current);
+            int exitCode = -1;
+            if (!RunProgram(context_.installFolder + u"PackageInstaller.exe", parameters, SW_SHOWNORMAL, true, true,
+                            &exitCode) || exitCode != 0) {
+                const int32_t error = exitCode != -1 ? exitCode : static_cast<int32_t>(::GetLastError());
+                return Fail(TF(u"Failed to install using Package Installer.\r\nParameters: %s\r\nError: %d", parameters, error));
+            }
+        } else if (word == u"REG_WA_IN" || word == u"REG_WA_DSP" || word == u"REG_WA_VIS" || word == u"REG_WA_PLUGIN") {
+            if (!CInstallWAPlugin(context_.changes, context_.installFolder, context_.owner, !context_.interactive)
+                     .Install(current, PluginKind(word)))
+                return false;
+        } else if (word == u"REG_PLUGIN") {
+            const HVString plugins = context_.installFolder + u"Plugins\\";
+            if (!HVFileSystem::IsSameFile(current, plugins + HVFileSystemPath::GetFileName(current))) {
+                if (!CopyEntry(current, plugins, move))
+                    return false;
+                current = plugins + HVFileSystemPath::GetFileName(current);
+            }
+            if (!CComponentRegistration::RegisterServer(current))
+                return Fail(TF(u"Failed to register object.\r\n%s", current));
+        } else if (word == u"REGISTRY") {
+            const HVString lines = command.param.IsEmpty() ? current : unpacked + HVFileSystemPath::GetFileName(param);
+            if (!ApplyRegistryFile(lines))
+                HVLog::Write(HVLog::kWarning, "CInstallPackage::RunFileCommands", u"No registry lines in %s", lines);
+        } else if (word != u"DELETE_ORIGINAL" && word != u"DONTWAIT" && word != u"START_SN" && word != u"CLOSE_SN" &&
+                   word != u"RESTART_SN" && word != u"UPDATE_SERVICELIST") {
+            HVLog::Write(HVLog::kWarning, "CInstallPackage::RunFileCommands", u"Unknown command '%s' for %s", word, entry.file);
+        }
+    }
+    return true;
+}
+
+void CInstallPackage::InstallListed(const CInstallContext& context)
+{
+    const HVString list = context.description.GetText(u"/*/Installer/Packages");
+    Context packageContext{context.changes,
+                           context.installFolder,
+                           context.product.GetDisplayName(),
+                           context.product.GetInstallationKeyName(),
+                           context.installFolder + context.product.GetLauncherName(),
+                           context.owner,
+                           !context.options.silent,
+                           &context.progress};
+    for (int32_t start = 0; start <= list.GetLength();) {
+        int32_t end = list.Find(u';', start);
+        if (end < 0)
+            end = list.GetLength();
+        HVString entry = list.Mid(start, end - start);
+        start = end + 1;
+        if (entry.Trim().IsEmpty())
+            continue;
+        const HVString location =
+            IsUrl(entry) || HVFileSystemPath::IsAbsolute(entry.view()) ? entry : context.setupFolder + entry;
+        context.progress.SetStatusText(TF(u"Installing package '%s'", HVFileSystemPath::GetFileName(location)));
+        if (CInstallPackage(packageContext).Install(location))
+            continue;
+        CRegistryWriter installer(context.changes, context.product.GetRegistryHive(), context.product.GetInstallerKey());
+        if (installer.Open())
+            installer.SetString(u"InstallPackageError", location);
+    }
+}

@@ -1,0 +1,134 @@
+// Packages named by the install description, installed by the plug-in step of an interactive
+// install: the sample package's skin, plug-in and registry lines; "No" at the confirmation;
+// an archive whose member would escape its folder.
+#include "E2ESupport.h"
+#include "WizardDriver.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace
+{
+const std::wstring kDestination = L"C:\\Program Files\\Halvard\\Sonora\\";
+const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
+const std::wstring kLoungeKey = L"Software\\Halvard\\Sample Lounge";
+const std::wstring kPluginKey = L"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input\\Sample Tracker Input";
+
+std::wstring TempFolder()
+{
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, temp);
+    return temp;
+}
+
+bool Exists(const std::wstring& path)
+{
+    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+class PackagesTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        e2e::DeleteTree(TempFolder() + L"Install Wizard Package\\");
+    }
+    void TearDown() override { e2e::ResetToFreshMachine(); }
+
+    // A setup folder whose description names one package, copied from `package`.
+    std::wstring SetupWithPackage(const std::wstring& package)
+    {
+        const std::wstring setup = e2e::CopySampleSetup(L"Packages");
+        const std::wstring name = package.substr(package.rfind(L'\\') + 1);
+        if (setup.empty() || !e2e::MakeFolder(setup + L"Packages") ||
+            !::CopyFileW(package.c_str(), (setup + L"Packages\\" + name).c_str(), FALSE) ||
+            !e2e::SetDescriptionText(setup, "Installer/Packages", "Packages\\" + e2e::Utf8(name)))
+            return {};
+        return setup;
+    }
+
+    // An interactive express install that answers the package's one box with `button`.
+    e2e::SetupRun Install(const std::wstring& setup, e2e::DialogRule rule)
+    {
+        e2e::WizardUser user({{L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+                              {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+                              {L"File Associations", [](const e2e::WizardView& v) { e2e::ClickNext(v); }}});
+        rule.times = 1;
+        e2e::RunOptions options;
+        options.setupFolder = setup;
+        options.rules = {rule};
+        options.onPoll = user.Poller();
+        return e2e::RunSetup(options);
+    }
+
+    static e2e::DialogRule Confirm(int button)
+    {
+        return {.title = L"Confirm Action",
+                .text = L"Sample Lounge is about to install a component.  Do you wish to continue?",
+                .button = button};
+    }
+};
+}   // namespace
+
+TEST_F(PackagesTest, SamplePackageInstallsItsSkinPluginAndRegistryLines)
+{
+    const std::wstring setup = SetupWithPackage(e2e::TestProgramFolder() + L"SamplePackage.lwp");
+    ASSERT_FALSE(setup.empty());
+    const e2e::SetupRun run = Install(setup, Confirm(IDYES));
+    ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
+    ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
+
+    // main.xml says LWFS: a Lounge View skin, and INSTALLSKIN makes it a full skin.
+    const std::wstring skin = kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\";
+    EXPECT_TRUE(e2e::TreeMatches(skin, {L"main.xml"})) << run.Describe();
+    EXPECT_TRUE(Exists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kPluginKey, L"IVersion"), 4u);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPluginKey, L"Path"), kDestination + L"Plugins\\Input\\in_sampletracker.dll");
+    // The registry lines with their macros, under a root the action table doesn't have.
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Installed By"), L"Sonora 32");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Folder"), kDestination);
+    EXPECT_EQ(e2e::RegDword(HKEY_USERS, L".DEFAULT\\" + kLoungeKey, L"Seen"), 1u);
+    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError").has_value());
+}
+
+TEST_F(PackagesTest, NoAtTheConfirmationChangesNothing)
+{
+    const std::wstring setup = SetupWithPackage(e2e::TestProgramFolder() + L"SamplePackage.lwp");
+    ASSERT_FALSE(setup.empty());
+    const e2e::SetupRun run = Install(setup, Confirm(IDNO));
+    ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
+    ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
+
+    EXPECT_TRUE(e2e::FolderExists(kDestination));  // the product itself is installed
+    EXPECT_FALSE(e2e::FolderExists(kDestination + L"FullSkins\\"));
+    EXPECT_FALSE(e2e::FolderExists(kDestination + L"Plugins\\Input\\"));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kPluginKey));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, kLoungeKey));
+    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_TRUE(run.Logged(L"Sample Lounge: not confirmed"));
+}
+
+TEST_F(PackagesTest, AMemberThatEscapesItsFolderRefusesThePackageAndWritesNothing)
+{
+    const std::wstring setup = SetupWithPackage(std::wstring(L"" IW_SOURCE_DIR) + L"\\tests\\e2e\\data\\ZipSlip.lwp");
+    ASSERT_FALSE(setup.empty());
+    const e2e::SetupRun run =
+        Install(setup, {.title = L"Information", .text = L"Failed to unzip file 'ZipSlip.lwp'.", .button = IDOK});
+    ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
+    ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
+
+    // Not beside the setup folder's package, not two folders above the unpack folder, and no
+    // unpack folder at all: the archive was refused before anything was written.
+    EXPECT_FALSE(Exists(setup + L"Escaped.txt"));
+    EXPECT_FALSE(Exists(TempFolder() + L"..\\Escaped.txt"));
+    EXPECT_FALSE(Exists(TempFolder() + L"Escaped.txt"));
+    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_FALSE(Exists(kDestination + L"Help\\Readme.txt"));
+    const auto failed = e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError");
+    ASSERT_TRUE(failed.has_value());
+    EXPECT_NE(failed->find(L"Packages\\ZipSlip.lwp"), std::wstring::npos) << e2e::Utf8(*failed);
+    EXPECT_TRUE(run.Logged(L"would leave the unpack folder")) << run.Describe();
+}

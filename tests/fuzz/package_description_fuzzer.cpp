@@ -1,0 +1,24 @@
+// The package description reader on arbitrary text, and the macro expansion on what it read.
+#include "foundation/HVTextDecoder.h"
+#include "integration/CPackageDescription.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const HVString text = HVTextDecoder::Decode(std::string_view(reinterpret_cast<const char*>(data), size));
+    CPackageDescription description;
+    if (!description.Parse(text))
+        return 0;
+    for (const CPackageDescription::FileEntry& entry : description.files) {
+        if (entry.file.IsEmpty())
+            std::abort();
+        for (const CPackageDescription::Command& command : entry.commands)
+            CPackageDescription::ExpandMacros(command.param, u"Sonora32", u"C:\\P\\");
+    }
+    description.HasActions();
+    return 0;
+}
