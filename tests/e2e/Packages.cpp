@@ -1,7 +1,8 @@
 // Packages named by the install description, installed by the plug-in step of an interactive
 // install: the sample package's skin, plug-in and registry lines; "No" at the confirmation;
-// an archive whose member would escape its folder.
+// an archive whose member would escape its folder; a package fetched from an address.
 #include "E2ESupport.h"
+#include "LocalHttpServer.h"
 #include "WizardDriver.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,11 @@ std::wstring TempFolder()
     wchar_t temp[MAX_PATH + 1] = {};
     ::GetTempPathW(MAX_PATH, temp);
     return temp;
+}
+
+std::wstring Wide(const std::string& ascii)
+{
+    return {ascii.begin(), ascii.end()};
 }
 
 bool Exists(const std::wstring& path)
@@ -47,6 +53,13 @@ protected:
             !e2e::SetDescriptionText(setup, "Installer/Packages", "Packages\\" + e2e::Utf8(name)))
             return {};
         return setup;
+    }
+
+    // A setup folder whose description names a package by its address.
+    static std::wstring SetupWithAddress(const std::string& url)
+    {
+        const std::wstring setup = e2e::CopySampleSetup(L"Packages");
+        return !setup.empty() && e2e::SetDescriptionText(setup, "Installer/Packages", url) ? setup : std::wstring();
     }
 
     // An interactive express install that answers the package's one box with `button`.
@@ -131,4 +144,32 @@ TEST_F(PackagesTest, AMemberThatEscapesItsFolderRefusesThePackageAndWritesNothin
     ASSERT_TRUE(failed.has_value());
     EXPECT_NE(failed->find(L"Packages\\ZipSlip.lwp"), std::wstring::npos) << e2e::Utf8(*failed);
     EXPECT_TRUE(run.Logged(L"would leave the unpack folder")) << run.Describe();
+}
+
+TEST_F(PackagesTest, APackageAtAnAddressIsDownloadedFirstAndAFailedDownloadSaysWhy)
+{
+    std::string package;
+    ASSERT_TRUE(e2e::ReadFileBytes(e2e::TestProgramFolder() + L"SamplePackage.lwp", package));
+    e2e::LocalHttpServer server([&](const std::string& path) {
+        return path == "/SamplePackage.lwp" ? e2e::HttpReply{.body = package}
+                                            : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
+    });
+    ASSERT_TRUE(server.Started());
+
+    const e2e::SetupRun fetched = Install(SetupWithAddress(server.BaseUrl() + "SamplePackage.lwp"), Confirm(IDYES));
+    ASSERT_TRUE(fetched.result.ExitedWith(0)) << fetched.Describe();
+    EXPECT_TRUE(Exists(kDestination + L"Plugins\\Input\\in_sampletracker.dll")) << fetched.Describe();
+    EXPECT_FALSE(Exists(TempFolder() + L"SamplePackage.lwp"));  // the download is gone after the install
+
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    const std::string missing = server.BaseUrl() + "Missing.lwp";
+    const e2e::SetupRun refused = Install(
+        SetupWithAddress(missing),
+        {.title = L"Information",
+         .text = L"More Info: Server returned: 404 Not Found\r\nURL: " + Wide(missing),
+         .match = e2e::TextMatch::Contains,
+         .button = IDOK});
+    ASSERT_TRUE(refused.result.ExitedWith(0)) << refused.Describe();
+    ASSERT_EQ(refused.result.dialogs.size(), 1u) << refused.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError"), Wide(missing));
 }

@@ -65,6 +65,7 @@ struct Request
 {
     InternetHandle connection;
     InternetHandle request;
+    bool ftp = false;
 };
 
 bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
@@ -78,8 +79,19 @@ bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
     parts.lpszUrlPath = path;
     parts.dwUrlPathLength = INTERNET_MAX_URL_LENGTH;
     if (!::InternetCrackUrlW(url.w(), 0, 0, &parts) ||
-        (parts.nScheme != INTERNET_SCHEME_HTTP && parts.nScheme != INTERNET_SCHEME_HTTPS))
+        (parts.nScheme != INTERNET_SCHEME_HTTP && parts.nScheme != INTERNET_SCHEME_HTTPS &&
+         parts.nScheme != INTERNET_SCHEME_FTP))
         return Fail(t, HVHttpReader::Result::TransportError);
+    if (parts.nScheme == INTERNET_SCHEME_FTP) {
+        // FTP has no status or redirects to look at: the opened file is the answer.
+        r.ftp = true;
+        r.request.Reset(::InternetOpenUrlW(session, url.w(), nullptr, 0,
+                                           INTERNET_FLAG_RELOAD | INTERNET_FLAG_PASSIVE | INTERNET_FLAG_NO_UI, 0));
+        if (!r.request)
+            return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
+                                                                       : HVHttpReader::Result::TransportError);
+        return true;
+    }
     constexpr DWORD kFlags = INTERNET_FLAG_NO_AUTO_REDIRECT | INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
                              INTERNET_FLAG_PRAGMA_NOCACHE | INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_COOKIES;
     const DWORD secure = parts.nScheme == INTERNET_SCHEME_HTTPS ? INTERNET_FLAG_SECURE : 0;
@@ -108,6 +120,8 @@ bool OpenFinal(Transfer& t, HINTERNET session, Request& r)
             return Fail(t, HVHttpReader::Result::Cancelled);
         if (!Open(t, session, url, r))
             return false;
+        if (r.ftp)
+            return true;
         DWORD status = 0;
         DWORD size = sizeof(status);
         if (!::HttpQueryInfoW(r.request.Get(), HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size, nullptr))
@@ -143,7 +157,7 @@ void Run(Transfer& t)
     Request request;
     if (!OpenFinal(t, session.Get(), request))
         return;
-    const HVString length = QueryText(request.request.Get(), HTTP_QUERY_CONTENT_LENGTH);
+    const HVString length = request.ftp ? HVString() : QueryText(request.request.Get(), HTTP_QUERY_CONTENT_LENGTH);
     if (!length.IsEmpty())
         t.announced = std::wcstoull(length.w(), nullptr, 10);
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <functional>
 
-// The library's HTTP reader: fetches one address into a file the caller has opened. The
+// The library's internet reader (http, https, ftp): fetches one address into a file the caller has opened. The
 // transfer runs on a thread of its own while the calling thread waits with its window
 // messages flowing, so a page that downloads stays painted and its buttons answer. The
 // caller hears of the progress on its own thread and can stop the transfer from there.

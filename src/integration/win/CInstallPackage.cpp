@@ -13,6 +13,7 @@
 #include "foundation/HVTranslator.h"
 #include "foundation/HVZipReader.h"
 #include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVHttpReader.h"
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVZipUnpacker.h"
 #include "integration/CRegistryActionLine.h"
@@ -23,7 +24,6 @@
 #include "integration/win/RunProgram.h"
 #include "toolkit/win/HVMessageBox.h"
 
-#include <urlmon.h>
 
 #include <string_view>
 
@@ -175,10 +175,23 @@ bool CInstallPackage::Install(const HVString& location)
     HVString path = HVString(temp) + (name.IsEmpty() ? HVString(u"Package.lwp") : name);
     HVFileSystem::CleanPath(path);
     HVFileSystem::MakeUniqueName(path);
-    const HRESULT result = ::URLDownloadToFileW(nullptr, location.w(), path.w(), 0, nullptr);
-    if (FAILED(result)) {
+    // Made new, so a file someone else put under that name is never taken for the package.
+    HVFileHandle file(::CreateFileW(path.w(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
+    if (!file)
+        return FailPackage(TF(u"Can not create file %s.", path), location);
+    const HVHttpReader::Outcome got =
+        HVHttpReader::Download(location, file.Get(), [](uint64_t, uint64_t) { return true; }, HVHttpReader::TimeoutMs());
+    file.Reset();
+    HVString reason;
+    if (got.result == HVHttpReader::Result::HttpStatus)
+        reason = TF(u"Server returned: %d %s", got.statusCode, got.statusText);
+    else if (got.result != HVHttpReader::Result::Ok)
+        reason = T(u"Internet error.");
+    else if (got.received == 0 || (got.announced != 0 && got.received < got.announced))
+        reason = T(u"The downloaded file is damaged or not the expected one.");
+    if (!reason.IsEmpty()) {
         HVFileSystem::DeleteFile(path);
-        return FailPackage(TF(u"The download failed (error 0x%08X).", static_cast<uint32_t>(result)), location);
+        return FailPackage(reason, location);
     }
     const bool ok = InstallFile(path, location);
     HVFileSystem::DeleteFile(path);
