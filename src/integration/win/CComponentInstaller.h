@@ -16,5 +16,5 @@ public:
     void RunPluginStep(IInstallProgress& progress) override;
 
 private:
-    const CInstallContext& context_;
+    [[maybe_unused]] const CInstallContext& context_;
 };
