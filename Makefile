@@ -46,9 +46,9 @@ tsan: bootstrap $(BUILD)/tsan/Makefile
 win: bootstrap $(BUILD)/win/Makefile
 	@cmake --build $(BUILD)/win -j$(JOBS)
 release: bootstrap
-	@scripts/release.sh
+	@JOBS=$(JOBS) scripts/release.sh
 reproducible: bootstrap
-	@scripts/check-reproducible.sh
+	@JOBS=$(JOBS) scripts/check-reproducible.sh
 # The second compiler builds the product only, unoptimised: it is there for its diagnostics.
 clang: bootstrap $(BUILD)/clang/Makefile
 	@cmake --build $(BUILD)/clang -j$(JOBS) --target InstallWizard
@@ -60,7 +60,7 @@ fuzz-build: bootstrap $(BUILD)/fuzz/Makefile
 prefix: bootstrap
 	@scripts/wine-prefix.sh
 
-test: native tsan win clang prefix
+test: native tsan win clang release prefix
 	@scripts/run-tests.sh
 
 demo: win prefix

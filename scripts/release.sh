@@ -2,7 +2,7 @@
 # Builds the release (make release): InstallWizard.exe optimised, stripped and reproducible,
 # in <build>/release/, beside the sample setup folder <build>/release/media/ (which holds the
 # same executable). Ends with the executable's size and SHA-256, and fails when it is larger
-# than 1 MB.
+# than 1 MB or carries a time stamp or path that would make two builds differ.
 #   scripts/release.sh [build directory]     default: $IW_BUILD/release
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
@@ -20,6 +20,18 @@ cmake --build "$out" -j"$jobs"
 
 exe="$out/InstallWizard.exe"
 cp "$out/bin/InstallWizard.exe" "$exe"
+# The cheap half of the reproducibility check (the full one is check-reproducible.sh): the
+# PE time stamp is the commit's, and no path of this machine got into the executable.
+pe=$(od -An -tu4 -j60 -N4 "$exe" | tr -d ' ')
+stamp=$(od -An -tu4 -j$((pe + 8)) -N4 "$exe" | tr -d ' ')
+if [ "$stamp" != "${epoch:-0}" ]; then
+  echo "release: PE time stamp $stamp, expected ${epoch:-0}" >&2
+  exit 1
+fi
+if grep -q -a -F -e "$src" -e "$out" "$exe"; then
+  echo "release: the executable holds a path of the build machine" >&2
+  exit 1
+fi
 size=$(stat -c %s "$exe")
 sha=$(sha256sum "$exe" | cut -d' ' -f1)
 echo "release: $exe"
