@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the benchmarks (make bench). The XML benchmark of the release tree writes its documents
+# Runs the benchmarks (make bench). The XML benchmark of the bench tree writes its documents
 # under the build tree and ends with one summary line per document and operation:
 #   xml <document> <operation> ours=<MB/s> pugixml=<MB/s> ratio=<ours/pugixml>
 # Extra arguments go to Google Benchmark (e.g. --benchmark_filter=catalogue-1MB). Then the
@@ -7,12 +7,12 @@
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 build="${IW_BUILD:-$here/../build}"
-exe="$build/release/tests/bench/xml_bench"
+exe="$build/bench/tests/bench/xml_bench"
 if [ ! -x "$exe" ]; then
   echo "bench: $exe is missing; run 'make bench'" >&2
   exit 1
 fi
-data="$build/release/bench-data"
+data="$build/bench/bench-data"
 mkdir -p "$data"
 "$exe" --data-dir="$data" "$@"
 "$here/install-bench.sh"
