@@ -15,6 +15,7 @@ epoch=$(git -C "$src" log -1 --format=%ct 2>/dev/null || true)
 
 cmake -Wno-dev --log-level=WARNING -S "$src" -B "$out" \
   -DCMAKE_TOOLCHAIN_FILE="$src/cmake/mingw-w64-x86_64.cmake" -DCMAKE_BUILD_TYPE=Release \
+  -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" -DCMAKE_C_FLAGS_RELEASE="-O2 -DNDEBUG" \
   -DIW_TESTS=OFF -DIW_REPRODUCIBLE=ON -DIW_SOURCE_DATE_EPOCH="$epoch"
 cmake --build "$out" -j"$jobs"
 
