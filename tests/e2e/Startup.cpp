@@ -93,6 +93,16 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     const e2e::SetupRun second = RunSetup(setupFolder_, L"", {AnotherInstaller()});
     EXPECT_TRUE(second.result.ExitedWith(kExitAnotherInstaller)) << second.Describe();
     EXPECT_EQ(second.result.dialogs.size(), 1u) << second.Describe();
+    // Unattended, it shows no window at all: the box's words go to the log.
+    e2e::RunOptions unseen;
+    unseen.setupFolder = setupFolder_;
+    unseen.commandLine = L"/Silent /SuppressMessages";
+    unseen.onPoll = [](DWORD processId) { return e2e::ListTopLevelWindows(processId, true).empty(); };
+    const e2e::SetupRun third = e2e::RunSetup(unseen);
+    EXPECT_TRUE(third.result.ExitedWith(kExitAnotherInstaller)) << third.Describe();
+    EXPECT_TRUE(third.Logged(L"L1 HVMessageBox::Show: Box text: Another instance of the Halvard installer is already "
+                             L"running on this system. Please finish any other Halvard installations and try again."))
+        << third.Describe();
 
     // The first is still where it was, and goes on when answered.
     ASSERT_EQ(::WaitForSingleObject(process.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
