@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,19 +22,13 @@ namespace
 std::map<std::string, std::string> Fields(const std::string& report)
 {
     std::map<std::string, std::string> fields;
-    size_t start = 0;
-    while (start < report.size())
+    std::istringstream in(report);
+    for (std::string line; std::getline(in, line);)
     {
-        size_t end = report.find('\n', start);
-        if (end == std::string::npos)
-            end = report.size();
-        std::string line = report.substr(start, end - start);
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
-        const size_t colon = line.find(": ");
-        if (colon != std::string::npos)
+        if (const size_t colon = line.find(": "); colon != std::string::npos)
             fields[line.substr(0, colon)] = line.substr(colon + 2);
-        start = end + 1;
     }
     return fields;
 }

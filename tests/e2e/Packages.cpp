@@ -16,30 +16,13 @@ const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
 const std::wstring kLoungeKey = L"Software\\Halvard\\Sample Lounge";
 const std::wstring kPluginKey = L"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input\\Sample Tracker Input";
 
-std::wstring TempFolder()
-{
-    wchar_t temp[MAX_PATH + 1] = {};
-    ::GetTempPathW(MAX_PATH, temp);
-    return temp;
-}
-
-std::wstring Wide(const std::string& ascii)
-{
-    return {ascii.begin(), ascii.end()};
-}
-
-bool Exists(const std::wstring& path)
-{
-    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
 class PackagesTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(e2e::ResetToFreshMachine());
-        e2e::DeleteTree(TempFolder() + L"Install Wizard Package\\");
+        e2e::DeleteTree(e2e::TempFolder() + L"Install Wizard Package\\");
     }
     void TearDown() override { e2e::ResetToFreshMachine(); }
 
@@ -65,9 +48,7 @@ protected:
     // An interactive express install that answers the package's one box with `button`.
     e2e::SetupRun Install(const std::wstring& setup, e2e::DialogRule rule)
     {
-        e2e::WizardUser user({{L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
-                              {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
-                              {L"File Associations", [](const e2e::WizardView& v) { e2e::ClickNext(v); }}});
+        e2e::WizardUser user({e2e::NextOn(L"Welcome"), e2e::NextOn(L"Setup Type"), e2e::NextOn(L"File Associations")});
         rule.times = 1;
         e2e::RunOptions options;
         options.setupFolder = setup;
@@ -96,14 +77,14 @@ TEST_F(PackagesTest, SamplePackageInstallsItsSkinPluginAndRegistryLines)
     // main.xml says LWFS: a Lounge View skin, and INSTALLSKIN makes it a full skin.
     const std::wstring skin = kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\";
     EXPECT_TRUE(e2e::TreeMatches(skin, {L"main.xml"})) << run.Describe();
-    EXPECT_TRUE(Exists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
+    EXPECT_TRUE(e2e::PathExists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
     EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kPluginKey, L"IVersion"), 4u);
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPluginKey, L"Path"), kDestination + L"Plugins\\Input\\in_sampletracker.dll");
     // The registry lines with their macros, under a root the action table doesn't have.
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Installed By"), L"Sonora 32");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Folder"), kDestination);
     EXPECT_EQ(e2e::RegDword(HKEY_USERS, L".DEFAULT\\" + kLoungeKey, L"Seen"), 1u);
-    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
     EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError").has_value());
 }
 
@@ -120,7 +101,7 @@ TEST_F(PackagesTest, NoAtTheConfirmationChangesNothing)
     EXPECT_FALSE(e2e::FolderExists(kDestination + L"Plugins\\Input\\"));
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kPluginKey));
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, kLoungeKey));
-    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
     EXPECT_TRUE(run.Logged(L"Sample Lounge: not confirmed"));
 }
 
@@ -135,11 +116,11 @@ TEST_F(PackagesTest, AMemberThatEscapesItsFolderRefusesThePackageAndWritesNothin
 
     // Not beside the setup folder's package, not two folders above the unpack folder, and no
     // unpack folder at all: the archive was refused before anything was written.
-    EXPECT_FALSE(Exists(setup + L"Escaped.txt"));
-    EXPECT_FALSE(Exists(TempFolder() + L"..\\Escaped.txt"));
-    EXPECT_FALSE(Exists(TempFolder() + L"Escaped.txt"));
-    EXPECT_FALSE(e2e::FolderExists(TempFolder() + L"Install Wizard Package\\"));
-    EXPECT_FALSE(Exists(kDestination + L"Help\\Readme.txt"));
+    EXPECT_FALSE(e2e::PathExists(setup + L"Escaped.txt"));
+    EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"..\\Escaped.txt"));
+    EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"Escaped.txt"));
+    EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
+    EXPECT_FALSE(e2e::PathExists(kDestination + L"Help\\Readme.txt"));
     const auto failed = e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError");
     ASSERT_TRUE(failed.has_value());
     EXPECT_NE(failed->find(L"Packages\\ZipSlip.lwp"), std::wstring::npos) << e2e::Utf8(*failed);
@@ -158,18 +139,18 @@ TEST_F(PackagesTest, APackageAtAnAddressIsDownloadedFirstAndAFailedDownloadSaysW
 
     const e2e::SetupRun fetched = Install(SetupWithAddress(server.BaseUrl() + "SamplePackage.lwp"), Confirm(IDYES));
     ASSERT_TRUE(fetched.result.ExitedWith(0)) << fetched.Describe();
-    EXPECT_TRUE(Exists(kDestination + L"Plugins\\Input\\in_sampletracker.dll")) << fetched.Describe();
-    EXPECT_FALSE(Exists(TempFolder() + L"SamplePackage.lwp"));  // the download is gone after the install
+    EXPECT_TRUE(e2e::PathExists(kDestination + L"Plugins\\Input\\in_sampletracker.dll")) << fetched.Describe();
+    EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"SamplePackage.lwp"));  // the download is gone after the install
 
     ASSERT_TRUE(e2e::ResetToFreshMachine());
     const std::string missing = server.BaseUrl() + "Missing.lwp";
     const e2e::SetupRun refused = Install(
         SetupWithAddress(missing),
         {.title = L"Information",
-         .text = L"More Info: Server returned: 404 Not Found\r\nURL: " + Wide(missing),
+         .text = L"More Info: Server returned: 404 Not Found\r\nURL: " + e2e::Wide(missing),
          .match = e2e::TextMatch::Contains,
          .button = IDOK});
     ASSERT_TRUE(refused.result.ExitedWith(0)) << refused.Describe();
     ASSERT_EQ(refused.result.dialogs.size(), 1u) << refused.Describe();
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError"), Wide(missing));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError"), e2e::Wide(missing));
 }

@@ -130,16 +130,16 @@ TEST_F(RecordsTest, APortableCopyHasNoUninstallEntryAndARecordOfItsOwn)
 {
     const std::wstring folder = e2e::Expand(L"%SystemDrive%\\Portable Sonora\\");
     e2e::WizardUser user({
-        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Custom"); e2e::ClickNext(v); }},
-        {L"Setup Type", [](const e2e::WizardView& v) { e2e::Choose(v, L"Portable install"); e2e::ClickNext(v); }},
+        e2e::NextOn(L"Welcome"),
+        e2e::ChooseOn(L"Setup Type", L"Custom"),
+        e2e::ChooseOn(L"Setup Type", L"Portable install"),
         {L"Destination Folder",
          [&](const e2e::WizardView& v) {
              e2e::TypeText(v.ControlOfClass(L"Edit"), folder);
              e2e::ClickNext(v);
          }},
         // Nothing to start (/NoRun) and nothing to restart: the page only says it is done.
-        {L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+        e2e::NextOn(L"Install Complete"),
     });
     const e2e::RunResult run = RunInstaller(L"/NoRun", &user);
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << "\n" << user.Describe();

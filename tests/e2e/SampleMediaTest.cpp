@@ -176,19 +176,4 @@ TEST(SampleMedia, PackageInstallerLogsEachCallAndRunsTheRegistrationJobs)
                        e2e::Utf8(folder) + "Missing.dll\r\n");
     EXPECT_TRUE(e2e::ResetToFreshMachine());
 }
-
-TEST(SampleMedia, UninstallerLogsItsCommandLine)
-{
-    const std::wstring folder = ProgramFilesCopy(L"SampleUninstall");
-    ASSERT_FALSE(folder.empty());
-    e2e::RunOptions options;
-    options.program = folder + L"HVMediaUninstall.exe";
-    options.commandLine = L"/Uninstall /Silent";
-
-    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
-
-    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_EQ(e2e::ReadFileText(folder + L"HVMediaUninstall.log"),
-              "\"" + e2e::Utf8(folder) + "HVMediaUninstall.exe\" /Uninstall /Silent\r\n");
-}
 }

@@ -16,21 +16,6 @@ const std::wstring kProperties = L"Software\\Halvard\\Sonora 32\\Properties";
 const std::wstring kFileExts = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\";
 const std::wstring kClient = L"Software\\Clients\\Media\\Sonora";
 
-std::wstring Destination()
-{
-    wchar_t buffer[MAX_PATH];
-    ExpandEnvironmentStringsW(L"%ProgramFiles%\\Halvard\\Sonora\\", buffer, MAX_PATH);
-    return buffer;
-}
-
-std::wstring Wide(const std::string& utf8)
-{
-    std::wstring wide(utf8.size(), L'\0');
-    wide.resize(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
-                                    static_cast<int>(wide.size())));
-    return wide;
-}
-
 e2e::RunResult RunSilent(const std::wstring& extra = L"", const std::wstring& setupFolder = L"",
                          std::vector<e2e::DialogRule> rules = {})
 {
@@ -67,12 +52,12 @@ TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
 
     std::istringstream fixture(e2e::ReadFileText(std::wstring(L"" IW_SOURCE_DIR) + L"\\tests\\e2e\\data\\ActionTable.txt"));
-    const std::wstring dest = Destination();
+    const std::wstring dest = e2e::DefaultDestination();
     int rows = 0;
     for (std::string text; std::getline(fixture, text);) {
         if (text.empty() || text[0] == '#')
             continue;
-        std::wstring line = Wide(text);
+        std::wstring line = e2e::Wide(text);
         for (size_t at; (at = line.find(L"{DEST}")) != std::wstring::npos;)
             line.replace(at, 6, dest);
         std::vector<std::wstring> f;
@@ -152,7 +137,7 @@ TEST_F(ShellRegistrationTest, DefaultProgramsFromVistaOnNotOnXP)
     SetWineVersion(L"win7");
     run = RunSilent();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    const std::wstring dest = Destination();
+    const std::wstring dest = e2e::DefaultDestination();
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient, L""), L"Sonora");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\shell\\open\\command", L""), L"\"" + dest + L"Sonora 32.exe\"");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\DefaultIcon", L""), dest + L"Data\\Default Art\\Application.ico");
@@ -190,7 +175,7 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
              ::PostMessageW(list, WM_KEYUP, VK_SPACE, 0);
              e2e::ClickNext(v);
          }},
-        {L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }},
+        e2e::NextOn(L"Install Complete"),
     });
     e2e::RunOptions options;
     options.commandLine = L"/Upgrade /NoRun";

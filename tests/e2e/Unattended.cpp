@@ -47,31 +47,6 @@ protected:
 };
 }
 
-TEST_F(Unattended, ASecondInstallerEndsAtOnceWhileTheFirstRuns)
-{
-    // The first installer waits on its welcome page for a person, holding the mutex.
-    std::wstring commandLine = L"\"" + e2e::InstallWizardPath() + L"\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION first = {};
-    ASSERT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                 e2e::MediaFolder().c_str(), &startup, &first));
-    const HVHandle process(first.hProcess), thread(first.hThread);
-    bool waiting = false;
-    for (int i = 0; i < 1000 && !waiting; ++i, ::Sleep(waiting ? 0 : 20))
-        waiting = !e2e::ListTopLevelWindows(first.dwProcessId, true).empty();
-    ASSERT_TRUE(waiting) << "the first installer never showed its wizard";
-
-    const e2e::SetupRun second = RunUnseen();
-    ::TerminateProcess(process.Get(), 1);
-    ::WaitForSingleObject(process.Get(), 10000);
-    EXPECT_TRUE(second.result.ExitedWith(kExitAnotherInstaller)) << second.Describe();
-    EXPECT_TRUE(second.Logged(BoxLine(L"title: Halvard Installer"))) << second.Describe();
-    EXPECT_TRUE(second.Logged(BoxLine(L"text: Another instance of the Halvard installer is already running on this "
-                                      L"system. Please finish any other Halvard installations and try again.")))
-        << second.Describe();
-}
-
 TEST_F(Unattended, AnUnsupportedWindowsVersionEndsWith1633)
 {
     const e2e::ScopedRegString windows(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", L"nt40");

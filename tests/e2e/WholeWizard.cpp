@@ -20,19 +20,9 @@ const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora
 const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 const std::wstring kElsewhere = L"C:\\Sonora Elsewhere\\";
 
-e2e::WizardStep Next(const std::wstring& page)
-{
-    return {page, [](const e2e::WizardView& v) { e2e::ClickNext(v); }};
-}
-
-e2e::WizardStep Choose(const std::wstring& page, const std::wstring& choice)
-{
-    return {page, [choice](const e2e::WizardView& v) { e2e::Choose(v, choice); e2e::ClickNext(v); }};
-}
+using e2e::NextOn, e2e::ChooseOn;
 
 std::wstring Dest() { return e2e::DefaultDestination(); }
-
-bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 // "Finish.txt" as the setup writes it: UTF-16 with its mark, the tag and the launcher.
 std::string HandOver(const std::wstring& launcher)
@@ -116,10 +106,10 @@ TEST_F(WholeWizardTest, ASilentInstallMakesTheShortcutsItsFeaturesAskFor)
         EXPECT_EQ(desktop->path, Dest() + L"Sonora.exe");
         EXPECT_EQ(desktop->icon, Dest() + L"Data\\Default Art\\application.ico");
         // Wine reports Windows 10: the taskbar, not Quick Launch.
-        EXPECT_FALSE(Exists(e2e::QuickLaunchLink()));
+        EXPECT_FALSE(e2e::PathExists(e2e::QuickLaunchLink()));
         EXPECT_TRUE(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version").has_value());
         // Silent: nothing is started afterwards.
-        EXPECT_FALSE(Exists(setup + L"Finish.txt"));
+        EXPECT_FALSE(e2e::PathExists(setup + L"Finish.txt"));
         TearDown();
     }
 }
@@ -131,11 +121,11 @@ TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
     std::wstring finishText;
     bool runChecked = false;
     e2e::WizardUser user({
-        Next(L"Welcome"),
-        Choose(L"Setup Type", L"Custom"),
-        Choose(L"Setup Type", L"Normal install to a computer"),
-        Next(L"Destination Folder"),
-        Next(L"File Associations"),
+        NextOn(L"Welcome"),
+        ChooseOn(L"Setup Type", L"Custom"),
+        ChooseOn(L"Setup Type", L"Normal install to a computer"),
+        NextOn(L"Destination Folder"),
+        NextOn(L"File Associations"),
         {L"Create Shortcuts",
          [&](const e2e::WizardView& v) {
              for (const wchar_t* box : {L"Create Start Menu shortcuts", L"Create a desktop shortcut", L"Create a Quick Launch shortcut"})
@@ -183,11 +173,11 @@ TEST_F(WholeWizardTest, AnExpressReinstallMakesStartMenuShortcutsOnlyForAnotherV
         if (!sameVersion) {
             ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version", 1));
         }
-        e2e::WizardUser user({Next(L"Welcome"), Next(L"Setup Type")});
+        e2e::WizardUser user({NextOn(L"Welcome"), NextOn(L"Setup Type")});
         const e2e::SetupRun again = Run(L"", &user);
         ASSERT_TRUE(again.result.ExitedWith(kExitInstalled)) << again.Describe(user.Describe());
         EXPECT_EQ(e2e::FolderExists(e2e::StartMenuFolder()), !sameVersion);
-        EXPECT_FALSE(Exists(e2e::DesktopLink()));
+        EXPECT_FALSE(e2e::PathExists(e2e::DesktopLink()));
         // No finish page: the program is handed over at once.
         for (const std::wstring& page : user.PagesSeen())
             EXPECT_NE(page, L"Install Complete");
@@ -211,7 +201,7 @@ TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
         std::wstring description;
         bool checked = false;
         std::vector<e2e::WizardStep> steps = {
-            Next(L"Welcome"), Next(L"Setup Type"), Next(L"File Associations"),
+            NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"),
             {L"Install Complete", [&](const e2e::WizardView& v) {
                  description = v.Texts().empty() ? L"" : v.Texts().front();
                  checked = e2e::IsChecked(v.Control(L"Restart Windows now"));
@@ -221,7 +211,7 @@ TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
              }}};
         std::vector<e2e::DialogRule> rules;
         if (restart) {
-            steps.push_back({L"Install Complete", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true});
+            steps.push_back(NextOn(L"Install Complete", true));
             rules = {{.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Cancel", .times = 1},
                      {.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Restart", .times = 1}};
         }
@@ -238,7 +228,7 @@ TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
         EXPECT_EQ(install.Logged(L"ExitWindowsEx(0x12)"), restart) << install.Describe();
         // The journal is written either way; nothing is started before the restart.
         EXPECT_TRUE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
-        EXPECT_FALSE(Exists(e2e::MediaFolder() + L"Finish.txt"));
+        EXPECT_FALSE(e2e::PathExists(e2e::MediaFolder() + L"Finish.txt"));
         TearDown();
     }
 }
@@ -254,7 +244,7 @@ TEST_F(WholeWizardTest, DirSetsTheDestinationAndItsChecksStillApply)
         const e2e::SetupRun install = Run(L"/Silent /Dir=\"" + dir + L"\"");
         ASSERT_TRUE(install.result.ExitedWith(refused ? kExitFatalError : kExitInstalled)) << install.Describe();
         EXPECT_TRUE(install.result.dialogs.empty());
-        EXPECT_EQ(Exists(dir + L"Sonora.exe"), !refused);
+        EXPECT_EQ(e2e::PathExists(dir + L"Sonora.exe"), !refused);
         EXPECT_FALSE(e2e::FolderExists(Dest()));
         EXPECT_EQ(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64), !refused);
         EXPECT_EQ(install.Logged(L"Sonora can not be installed in the Windows folder."), refused) << install.Describe();
@@ -263,14 +253,14 @@ TEST_F(WholeWizardTest, DirSetsTheDestinationAndItsChecksStillApply)
     }
     // Express: a refused folder brings the destination page up, with the folder for correction.
     std::wstring shown;
-    e2e::WizardUser user({Next(L"Welcome"), Next(L"Setup Type"),
+    e2e::WizardUser user({NextOn(L"Welcome"), NextOn(L"Setup Type"),
                           {L"Destination Folder",
                            [&](const e2e::WizardView& v) {
                                shown = e2e::ControlText(v.ControlOfClass(L"Edit"));
                                e2e::TypeText(v.ControlOfClass(L"Edit"), kElsewhere);
                                e2e::ClickNext(v);
                            }},
-                          Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
+                          NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
     const e2e::SetupRun install =
         Run(L"/Dir=C:\\", &user,
             {{.title = L"Invalid Destination Folder",
@@ -278,6 +268,6 @@ TEST_F(WholeWizardTest, DirSetsTheDestinationAndItsChecksStillApply)
               .button = IDOK, .times = 1}});
     ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe(user.Describe());
     EXPECT_EQ(shown, L"C:\\");
-    EXPECT_TRUE(Exists(kElsewhere + L"Sonora.exe"));
+    EXPECT_TRUE(e2e::PathExists(kElsewhere + L"Sonora.exe"));
 }
 }   // namespace

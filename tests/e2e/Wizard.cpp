@@ -92,20 +92,7 @@ protected:
     e2e::SetupRun run_;
 };
 
-e2e::WizardStep Next(const std::wstring& page)
-{
-    return {page, [](const e2e::WizardView& v) { e2e::ClickNext(v); }};
-}
-
-e2e::WizardStep Choose(const std::wstring& page, const std::wstring& choice)
-{
-    return {page, [choice](const e2e::WizardView& v) { e2e::Choose(v, choice); e2e::ClickNext(v); }};
-}
-
-e2e::WizardStep Cancel(const std::wstring& page, bool again = false)
-{
-    return {page, [](const e2e::WizardView& v) { e2e::ClickCancel(v); }, again};
-}
+using e2e::NextOn, e2e::ChooseOn;
 
 e2e::DialogRule ConfirmCancel(int button, int times)
 {
@@ -177,29 +164,6 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
                           L"This lets you put a complete copy of the program on a removable drive, so you can take it to another compatible computer and run it.  This will also ask for a drive and path."}));
 }
 
-TEST_F(WizardTest, MissingAgreementIsSaidPlainlyAndAcceptStaysAvailable)
-{
-    const std::wstring setup = MakeSetup({});
-    ASSERT_FALSE(setup.empty());
-    ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
-    std::vector<std::wstring> texts;
-    bool acceptEnabled = false;
-    e2e::WizardUser user({
-        {L"Welcome",
-         [&](const e2e::WizardView& v) {
-             texts = v.Texts();
-             acceptEnabled = ::IsWindowEnabled(v.Button(e2e::WizardView::kNextId)) != FALSE;
-             e2e::ClickNext(v);
-         }},
-        Cancel(L"Setup Type"),
-    });
-    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
-    EXPECT_TRUE(acceptEnabled);
-    ASSERT_EQ(texts.size(), 2u);
-    EXPECT_NE(texts[1].find(L"\"license.txt\" is missing"), std::wstring::npos) << e2e::Utf8(texts[1]);
-}
-
 TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
 {
     const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
@@ -208,7 +172,7 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
     // Ten times faster: 3 s in all, ticks of 100 ms.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
     // A first install asks for the file types once the files are in.
-    e2e::WizardUser user({Next(L"File Associations")});
+    e2e::WizardUser user({NextOn(L"File Associations")});
     const e2e::RunResult run = Run(setup, L"", user);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
 
@@ -285,7 +249,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
         bool boxShown = false;
         e2e::WizardUser user({
             // Accept at once, before an earlier wish's countdown (30 s) could end.
-            Next(L"Welcome"),
+            NextOn(L"Welcome"),
             {L"Setup Type",
              [&](const e2e::WizardView& v) {
                  HWND box = v.Control(L"Next time use Auto Install after 30 second timeout.");
@@ -294,7 +258,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
                      e2e::Click(box);
                  e2e::ClickNext(v);
              }},
-            Next(L"File Associations"),
+            NextOn(L"File Associations"),
         });
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
@@ -330,9 +294,9 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
         {L"Q:\\Sonora", L"Error", L"Failed to create Q:\\Sonora\\ directory."},
     };
     std::vector<e2e::WizardStep> steps = {
-        Next(L"Welcome"),
-        Choose(L"Setup Type", L"Custom"),
-        Next(L"Setup Type"),
+        NextOn(L"Welcome"),
+        ChooseOn(L"Setup Type", L"Custom"),
+        NextOn(L"Setup Type"),
     };
     std::wstring proposed;
     for (size_t i = 0; i < refusals.size(); ++i) {
@@ -355,7 +319,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
                          e2e::ClickNext(v);
                      },
                      true});
-    steps.insert(steps.end(), {Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
+    steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
     e2e::WizardUser user(steps);
     std::vector<e2e::DialogRule> rules;
     for (const Refusal& r : refusals)
@@ -404,16 +368,16 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
         }
         std::wstring proposed = L"(not shown)";
         std::vector<e2e::WizardStep> steps = {
-            Next(L"Welcome"),
-            Choose(L"Setup Type", L"Custom"),
-            Next(L"Setup Type"),
+            NextOn(L"Welcome"),
+            ChooseOn(L"Setup Type", L"Custom"),
+            NextOn(L"Setup Type"),
         };
         if (row.pageShown)
             steps.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
                                  proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
                                  e2e::ClickNext(v);
                              }});
-        steps.insert(steps.end(), {Next(L"File Associations"), Next(L"Create Shortcuts"), Next(L"Install Complete")});
+        steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
         e2e::WizardUser user(steps);
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
@@ -436,32 +400,39 @@ TEST_F(WizardTest, PageFlows)
         EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), L"");
         e2e::ClickBack(v);
     }};
+    // Without its file the agreement is said to be missing, and Accept stays available.
+    const e2e::WizardStep noAgreement = {L"Welcome", [](const e2e::WizardView& v) {
+        const std::vector<std::wstring> texts = v.Texts();
+        EXPECT_TRUE(texts.size() == 2 && texts[1].find(L"\"license.txt\" is missing") != std::wstring::npos);
+        EXPECT_TRUE(::IsWindowEnabled(v.Button(e2e::WizardView::kNextId)));
+        e2e::ClickCancel(v);
+    }};
     const struct
     {
         const char* name;
         Description description;
+        bool withoutAgreement;
         std::vector<e2e::WizardStep> steps;
         std::vector<e2e::DialogRule> rules;   // each answered once, in this order
         int exitCode;
         std::vector<std::wstring> pages;
         const wchar_t* logged;
     } flows[] = {
-        {"Cancel asks first; No stays, Yes ends without changes", {},
-         {Cancel(L"Welcome"), {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickNext(v); }, true},
-          Choose(L"Setup Type", L"Custom"), Next(L"Setup Type"), Cancel(L"Destination Folder")},
+        {"No agreement file; Cancel asks first; No stays, Yes ends without changes", {}, true,
+         {noAgreement, NextOn(L"Welcome", true),
+          ChooseOn(L"Setup Type", L"Custom"), NextOn(L"Setup Type"), e2e::CancelOn(L"Destination Folder")},
          {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)}, kExitCancelled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}, L"cancelled"},
-        {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"},
-         {Next(L"Welcome"), Next(L"Setup Type"), typeDefault, Next(L"File Associations"), Next(L"Create Shortcuts"),
-          Next(L"Install Complete")},
+        {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"}, false,
+         {NextOn(L"Welcome"), NextOn(L"Setup Type"), typeDefault, NextOn(L"File Associations"), NextOn(L"Create Shortcuts"),
+          NextOn(L"Install Complete")},
          {{.title = L"Invalid Destination Folder",
            .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
            .button = IDOK, .times = 1}},
          kExitInstalled, {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0"},
-        {"Back from Portable to Express clears Portable", {},
-         {Next(L"Welcome"), Choose(L"Setup Type", L"Custom"), Choose(L"Setup Type", L"Portable install"), portableBack,
-          {L"Setup Type", [](const e2e::WizardView& v) { e2e::ClickBack(v); }}, Choose(L"Setup Type", L"Express"),
-           Next(L"File Associations")},
+        {"Back from Portable to Express clears Portable", {}, false,
+         {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"), ChooseOn(L"Setup Type", L"Portable install"), portableBack,
+          e2e::BackOn(L"Setup Type"), ChooseOn(L"Setup Type", L"Express"), NextOn(L"File Associations")},
          {}, kExitInstalled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder", L"Setup Type", L"Setup Type"},
          L"express 1, portable 0"},
@@ -471,6 +442,9 @@ TEST_F(WizardTest, PageFlows)
         e2e::ResetToFreshMachine();
         const std::wstring setup = MakeSetup(flow.description);
         ASSERT_FALSE(setup.empty());
+        if (flow.withoutAgreement) {
+            ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
+        }
         e2e::WizardUser user(flow.steps);
         const e2e::RunResult run = Run(setup, L"", user, flow.rules);
         ASSERT_TRUE(run.ExitedWith(flow.exitCode)) << Describe(user);
@@ -509,7 +483,7 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
         // An upgrade that finds no earlier installation asks for the file types, as a first
         // install does.
-        e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{Next(L"File Associations")}
+        e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
                                                                         : std::vector<e2e::WizardStep>{});
         const e2e::RunResult run = Run(setup, row.arguments, user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);

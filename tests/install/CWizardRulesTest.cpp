@@ -114,22 +114,6 @@ TEST(CWizardRulesTest, EnterTestRunsTheLeaveCheckOnlyForSkippedPages)
     }
 }
 
-TEST(CWizardRulesTest, SetupTypeChoicesClearPortableAgain)
-{
-    InstallOptions o;
-    CWizardRules::ApplySetupType(o, 1);
-    CWizardRules::ApplyCustomSetupType(o, 1);
-    EXPECT_TRUE(o.portable);
-    // Back to the setup type, Express this time.
-    CWizardRules::ApplySetupType(o, 0);
-    EXPECT_FALSE(o.portable);
-    EXPECT_TRUE(o.express);
-    CWizardRules::ApplySetupType(o, 1);
-    CWizardRules::ApplyCustomSetupType(o, 0);
-    EXPECT_FALSE(o.portable);
-    EXPECT_FALSE(o.express);
-}
-
 TEST(CWizardRulesTest, CancelIsConfirmedBeforeTheCopyPageAndRefusedFromIt)
 {
     for (int position = 1; position <= 8; ++position) {
@@ -163,11 +147,5 @@ TEST(CWizardRulesTest, WelcomeStartDecidesTheCountdown)
             << "silent " << row.flags.silent << " upgrade " << row.flags.upgrade << " offered " << row.offered
             << " value " << row.value;
     }
-}
-
-TEST(CWizardRulesTest, CountdownTitleNamesProductAndSeconds)
-{
-    EXPECT_EQ(CWizardRules::CountdownTitle(u"Sonora", 30), u"Sonora - Install Wizard (Auto Install in 30 seconds)");
-    EXPECT_EQ(CWizardRules::CountdownTitle(u"Sonora", 1), u"Sonora - Install Wizard (Auto Install in 1 seconds)");
 }
 }   // namespace

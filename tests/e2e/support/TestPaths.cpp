@@ -54,4 +54,23 @@ std::string Utf8(const std::wstring& text)
 {
     return HVString(text.c_str(), static_cast<int32_t>(text.size())).ToUtf8();
 }
+
+std::wstring Wide(const std::string& utf8)
+{
+    std::wstring wide(utf8.size(), L'\0');
+    wide.resize(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
+                                    static_cast<int>(wide.size())));
+    return wide;
+}
+
+std::wstring TempFolder()
+{
+    wchar_t folder[MAX_PATH + 1] = {};
+    return std::wstring(folder, GetTempPathW(MAX_PATH + 1, folder));
+}
+
+bool PathExists(const std::wstring& path)
+{
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
 }

@@ -19,6 +19,11 @@ std::wstring ToolPath(const std::wstring& fileName);
 // An empty folder of the test's own under the build tree ("..\scratch\<name>\"): whatever was
 // there from an earlier run is removed first. Empty when it cannot be made.
 std::wstring ScratchFolder(const std::wstring& name);
-// UTF-16 to UTF-8, for test failure messages.
+// UTF-16 to UTF-8, for test failure messages, and back.
 std::string Utf8(const std::wstring& text);
+std::wstring Wide(const std::string& utf8);
+// The user's temporary folder, as GetTempPathW gives it.
+std::wstring TempFolder();
+// A file or folder is there.
+bool PathExists(const std::wstring& path);
 }

@@ -142,6 +142,29 @@ bool Choose(const WizardView& view, const std::wstring& caption)
     return control != nullptr;
 }
 
+WizardStep NextOn(const std::wstring& page, bool samePage)
+{
+    return {page, [](const WizardView& v) { ClickNext(v); }, samePage};
+}
+
+WizardStep BackOn(const std::wstring& page)
+{
+    return {page, [](const WizardView& v) { ClickBack(v); }};
+}
+
+WizardStep CancelOn(const std::wstring& page)
+{
+    return {page, [](const WizardView& v) { ClickCancel(v); }};
+}
+
+WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice)
+{
+    return {page, [choice](const WizardView& v) {
+                Choose(v, choice);
+                ClickNext(v);
+            }};
+}
+
 WizardUser::WizardUser(std::vector<WizardStep> steps) : steps_(std::move(steps))
 {
 }

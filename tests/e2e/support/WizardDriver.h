@@ -67,6 +67,12 @@ struct WizardStep
     std::function<bool(const WizardView&)> when{};
 };
 
+// The usual steps: Next (or Back, or Cancel) on the page; choose `choice` on it, then Next.
+WizardStep NextOn(const std::wstring& page, bool samePage = false);
+WizardStep BackOn(const std::wstring& page);
+WizardStep CancelOn(const std::wstring& page);
+WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice);
+
 // Plays the steps as the ProgramDriver polls (RunOptions::onPoll = user.Poller()), and keeps
 // what it saw: the pages in the order they appeared and every window title of the frame.
 class WizardUser

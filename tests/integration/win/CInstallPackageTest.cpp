@@ -11,17 +11,7 @@
 
 namespace
 {
-std::wstring UnpackFolder()
-{
-    wchar_t temp[MAX_PATH + 1] = {};
-    ::GetTempPathW(MAX_PATH, temp);
-    return std::wstring(temp) + L"Install Wizard Package\\";
-}
-
-bool Exists(const std::wstring& path)
-{
-    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
+std::wstring UnpackFolder() { return e2e::TempFolder() + L"Install Wizard Package\\"; }
 }   // namespace
 
 TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
@@ -63,11 +53,11 @@ TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
                                          nullptr, false, nullptr};
         EXPECT_TRUE(CInstallPackage(context).Install(HVString(package.c_str())));
         for (const wchar_t* file : c.present)
-            EXPECT_TRUE(Exists(program + file)) << e2e::Utf8(file);
+            EXPECT_TRUE(e2e::PathExists(program + file)) << e2e::Utf8(file);
         for (const wchar_t* file : c.absent)
-            EXPECT_FALSE(Exists(program + file)) << e2e::Utf8(file);
+            EXPECT_FALSE(e2e::PathExists(program + file)) << e2e::Utf8(file);
         EXPECT_EQ(e2e::FolderExists(UnpackFolder()), c.unpackFolderKept);
-        EXPECT_TRUE(Exists(L"C:\\windows\\system32\\kernel32.dll"));
+        EXPECT_TRUE(e2e::PathExists(L"C:\\windows\\system32\\kernel32.dll"));
     }
     e2e::DeleteTree(UnpackFolder());
 }

@@ -55,21 +55,23 @@ std::string Joined(const std::vector<std::string>& lines)
 
 TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
 {
-    RecordingLogger log;
-    int exitCode = 12345;
-    const HVString path = ExitLater();
-    ASSERT_TRUE(RunProgram(path, u"7 50", SW_HIDE, true, false, &exitCode));
-    EXPECT_EQ(exitCode, 7);
-    const std::vector<std::string> expected = {
-        "RunProgram: Filename: " + path.ToUtf8() + " / Parameters: 7 50",
-        "RunProgram: Running process...",
-        "RunProgram: Waiting for completion",
-        "RunProgram: Start",
-        "RunProgram: Done waiting",
-        "RunProgram: Finished",
-        "RunProgram: Finish (result: 7) (N ms)",
-    };
-    EXPECT_EQ(Joined(RunProgramLines(log)), Joined(expected));
+    // Directly and through the shell: the same lines, the shell's own one after the first.
+    for (bool useShell : {false, true})
+    {
+        RecordingLogger log;
+        int exitCode = 12345;
+        const HVString path = ExitLater();
+        ASSERT_TRUE(RunProgram(path, u"7 50", SW_HIDE, true, false, &exitCode, 0, useShell));
+        EXPECT_EQ(exitCode, 7);
+        std::vector<std::string> expected = {
+            "RunProgram: Filename: " + path.ToUtf8() + " / Parameters: 7 50", "RunProgram: Running process...",
+            "RunProgram: Waiting for completion", "RunProgram: Start", "RunProgram: Done waiting",
+            "RunProgram: Finished", "RunProgram: Finish (result: 7) (N ms)",
+        };
+        if (useShell)
+            expected.insert(expected.begin() + 1, "RunProgram: Performing ShellExecute...");
+        EXPECT_EQ(Joined(RunProgramLines(log)), Joined(expected));
+    }
 }
 
 TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
@@ -98,15 +100,21 @@ TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
     EXPECT_EQ(RunProgramLines(log).back(), "RunProgram: Finish (N ms)");
 }
 
-TEST(RunProgram, TimeoutEndsAProgramThatRunsForever)
+TEST(RunProgram, ATimeoutOrACancelEndsAProgramThatRunsForever)
 {
-    RecordingLogger log;
-    int exitCode = 0;
-    EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, true, &exitCode, 300));
-    EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(RunProgramLines(log));
-    EXPECT_NE(text.find("RunProgram: Timeout\n"), std::string::npos) << text;
-    EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
+    const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
+    for (const bool byCancel : {false, true})
+    {
+        RecordingLogger log;
+        int exitCode = 0;
+        EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, !byCancel, &exitCode, byCancel ? 0 : 300,
+                                false, byCancel ? cancel : nullptr));
+        EXPECT_EQ(exitCode, -1);
+        const std::string text = Joined(RunProgramLines(log));
+        EXPECT_NE(text.find(byCancel ? "RunProgram: Cancel\n" : "RunProgram: Timeout\n"), std::string::npos) << text;
+        EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
+    }
+    ::CloseHandle(cancel);
 }
 
 TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRuns)
@@ -158,48 +166,19 @@ TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
     }
 }
 
-TEST(RunProgram, ThroughTheShell)
-{
-    RecordingLogger log;
-    int exitCode = 0;
-    ASSERT_TRUE(RunProgram(ExitLater(), u"6 0", SW_HIDE, true, false, &exitCode, 0, true));
-    EXPECT_EQ(exitCode, 6);
-    const auto lines = RunProgramLines(log);
-    ASSERT_GE(lines.size(), 3u);
-    EXPECT_EQ(lines[1], "RunProgram: Performing ShellExecute...");
-    EXPECT_EQ(lines[2], "RunProgram: Running process...");
-}
-
-TEST(RunProgram, CancelEndsTheProgram)
-{
-    RecordingLogger log;
-    const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
-    int exitCode = 0;
-    EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, false, &exitCode, 0, false, cancel));
-    ::CloseHandle(cancel);
-    EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(RunProgramLines(log));
-    EXPECT_NE(text.find("RunProgram: Cancel\n"), std::string::npos) << text;
-}
-
-TEST(RunProgram, PumpsTheCallersMessagesWhileWaiting)
+TEST(RunProgram, PumpsTheCallersMessagesWhileWaitingOnlyWhenAsked)
 {
     // A timer of this thread fires only if its messages are dispatched during the wait.
     static int ticks = 0;
-    ticks = 0;
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
-    int exitCode = 0;
-    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, true, &exitCode));
-    ::KillTimer(nullptr, timer);
-    EXPECT_GT(ticks, 0);
-
-    // And without pumping they wait.
-    ticks = 0;
-    RecordingLogger log;
-    const UINT_PTR second = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
-    ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, false, &exitCode)) << Joined(RunProgramLines(log));
-    ::KillTimer(nullptr, second);
-    EXPECT_EQ(ticks, 0);
+    for (const bool pump : {true, false})
+    {
+        ticks = 0;
+        int exitCode = 0;
+        const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
+        ASSERT_TRUE(RunProgram(ExitLater(), u"0 600", SW_HIDE, true, pump, &exitCode));
+        ::KillTimer(nullptr, timer);
+        EXPECT_EQ(ticks > 0, pump);
+    }
     MSG msg;
     while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
     {
