@@ -99,7 +99,7 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
     {
         std::optional<std::wstring> pv;
         bool downloads;
-    } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {std::nullopt, true}};  // the rest: CDependencyRulesTest
+    } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {L"120.0.0.0", false}, {std::nullopt, true}};  // the rest: CDependencyRulesTest
     e2e::LocalHttpServer server([&](const std::string& path) {
         return path == "/" + kEdgeSetup ? Serve(program_) : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
