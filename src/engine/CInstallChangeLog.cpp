@@ -5,6 +5,8 @@
 void CInstallChangeLog::Note(const InstallChange& change)
 {
     changes_.push_back(change);
+    if (sink_)
+        sink_->Append(change);
 }
 
 void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
@@ -12,7 +14,7 @@ void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
     InstallChange change;
     change.kind = kind;
     change.path = path;
-    changes_.push_back(std::move(change));
+    Note(change);
 }
 
 void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred)
@@ -22,7 +24,7 @@ void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool 
     change.path = path;
     change.existedBefore = existedBefore;
     change.deferred = deferred;
-    changes_.push_back(std::move(change));
+    Note(change);
 }
 
 void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
@@ -32,7 +34,7 @@ void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
     change.path = path;
     change.existedBefore = true;
     change.deferred = deferred;
-    changes_.push_back(std::move(change));
+    Note(change);
 }
 
 size_t CInstallChangeLog::Count(InstallChange::Kind kind) const
@@ -53,6 +55,11 @@ const char16_t* CInstallChangeLog::KindName(InstallChange::Kind kind)
     case InstallChange::Kind::ValueWritten: return u"ValueWritten";
     case InstallChange::Kind::ValueDeleted: return u"ValueDeleted";
     case InstallChange::Kind::ShortcutCreated: return u"ShortcutCreated";
+    case InstallChange::Kind::FileStarted: return u"FileStarted";
+    case InstallChange::Kind::FontAdded: return u"FontAdded";
+    case InstallChange::Kind::ModuleRegistered: return u"ModuleRegistered";
+    case InstallChange::Kind::SharedFileCounted: return u"SharedFileCounted";
+    case InstallChange::Kind::InstallEnded: return u"InstallEnded";
     }
     return u"";
 }

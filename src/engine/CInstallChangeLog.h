@@ -20,6 +20,14 @@ struct InstallChange
         ValueWritten,    // path: the key; name: the value; before: its old data when existedBefore
         ValueDeleted,    // path: the key; name: the value; before: its old data
         ShortcutCreated, // path: the ".lnk" file; name: its target; existedBefore: it replaced one
+        // Noted before the work starts, so that a run ended half way still names what it may have
+        // left: a file (or its temporary sibling) about to be written; existedBefore as above. A
+        // FileWritten of the same path later confirms it.
+        FileStarted,
+        FontAdded,        // path: the font file; name: its value under the font table
+        ModuleRegistered, // path: the module; name: how ("DllRegisterServer", "RegSvr32", "PackageInstaller")
+        SharedFileCounted, // path: a file in a shared system folder; before: its SharedDLLs count before, empty if none
+        InstallEnded,     // the run came to its end (path: "0" or the exit code); nothing follows
     };
 
     Kind kind = Kind::FileWritten;
@@ -31,12 +39,24 @@ struct InstallChange
     bool deferred = false;
 };
 
+// Where noted changes go as they are made, so that they outlive the process (the install record
+// file); an uninstall reads them back.
+class IInstallChangeSink
+{
+public:
+    virtual ~IInstallChangeSink() = default;
+    // False when the change could not be kept (logged by the sink); the install goes on.
+    virtual bool Append(const InstallChange& change) = 0;
+};
+
 // The one place where the engine notes every change it makes: files, folders, registry keys
 // and values. The writers call Note right after the change took effect; nothing here touches
 // the machine. Held by the wizard for the whole run.
 class CInstallChangeLog
 {
 public:
+    // Every later change also goes to `sink` (not owned; null to stop).
+    void SetSink(IInstallChangeSink* sink) { sink_ = sink; }
     void Note(const InstallChange& change);
     // A change that is only a kind and a path (folders, keys).
     void Note(InstallChange::Kind kind, const HVString& path);
@@ -50,4 +70,5 @@ public:
 
 private:
     std::vector<InstallChange> changes_;
+    IInstallChangeSink* sink_ = nullptr;
 };
