@@ -2,6 +2,7 @@
 // the sample setup folder whose download server is a server of the test's own on 127.0.0.1,
 // serving the sample dependency setup program well or badly; the machine read back afterwards.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "WizardDriver.h"
 
 #include "foundation/win/HVFileSystem.h"
@@ -32,12 +33,12 @@ std::vector<std::wstring> LeftDownloads()
     return found;
 }
 
-class DependenciesTest : public ::testing::Test
+class DependenciesTest : public e2e::FreshMachineTest
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        FreshMachineTest::SetUp();
         DeleteFileW(MarkerPath().c_str());
         // What a run that was ended from outside could not remove.
         for (const std::wstring& name : LeftDownloads())
@@ -53,9 +54,7 @@ protected:
     }
     void TearDown() override
     {
-        for (const wchar_t* name : {L"IW_TEST_ONLY_NO_NETWORK", L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS"})
-            SetEnvironmentVariableW(name, nullptr);
-        e2e::ResetToFreshMachine();
+        FreshMachineTest::TearDown();
         DeleteFileW(MarkerPath().c_str());
     }
 

@@ -2,6 +2,7 @@
 // earlier versions' leftovers, files in use and broken setup folders arranged beforehand, and
 // the machine read back afterwards.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 
 #include "engine/CRetiredFiles.h"
 
@@ -42,22 +43,7 @@ e2e::SetupRun RunSilent(const std::wstring& setupFolder = {}, std::vector<e2e::D
     return e2e::RunSetup(options);
 }
 
-class InstallTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
-        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
-    }
-    void TearDown() override
-    {
-        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_RESTART_REPLACE", nullptr);
-        e2e::ResetToFreshMachine();
-        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
-    }
-};
+using InstallTest = e2e::FreshMachineTest;
 
 TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
 {

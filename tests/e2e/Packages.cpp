@@ -2,6 +2,7 @@
 // install: the sample package's skin, plug-in and registry lines; "No" at the confirmation;
 // an archive whose member would escape its folder; a package fetched from an address.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "LocalHttpServer.h"
 #include "WizardDriver.h"
 
@@ -16,15 +17,14 @@ const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
 const std::wstring kLoungeKey = L"Software\\Halvard\\Sample Lounge";
 const std::wstring kPluginKey = L"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input\\Sample Tracker Input";
 
-class PackagesTest : public ::testing::Test
+class PackagesTest : public e2e::FreshMachineTest
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        FreshMachineTest::SetUp();
         e2e::DeleteTree(e2e::TempFolder() + L"Install Wizard Package\\");
     }
-    void TearDown() override { e2e::ResetToFreshMachine(); }
 
     // A setup folder whose description names one package, copied from `package`.
     std::wstring SetupWithPackage(const std::wstring& package)

@@ -2,6 +2,7 @@
 // first-run settings and the carry-over from an earlier major version, read back through the
 // Win32 API after InstallWizard.exe has run.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "WizardDriver.h"
 
 #include "foundation/CVersionInfo.h"
@@ -50,16 +51,7 @@ e2e::RunResult RunInstaller(const std::wstring& arguments, e2e::WizardUser* user
     return e2e::ProgramDriver(options).Run();
 }
 
-class RecordsTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
-    }
-    void TearDown() override { e2e::ResetToFreshMachine(); }
-};
+using RecordsTest = e2e::FreshMachineTest;
 
 TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
 {

@@ -2,6 +2,7 @@
 // back row by row, other programs' file types kept as backups across installs, and Default
 // Programs by Windows version.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "WizardDriver.h"
 
 #include <gtest/gtest.h>
@@ -35,14 +36,13 @@ void SetWineVersion(const wchar_t* version)
         e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, L"Software\\Wine", L"Version");
 }
 
-class ShellRegistrationTest : public ::testing::Test
+class ShellRegistrationTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override { ASSERT_TRUE(e2e::ResetToFreshMachine()); }
     void TearDown() override
     {
         SetWineVersion(nullptr);
-        e2e::ResetToFreshMachine();
+        FreshMachineTest::TearDown();
     }
 };
 

@@ -3,6 +3,7 @@
 // rights test, the service stop, the VirtualStore clean-up, the switch list, the log and the
 // exit code of each outcome.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 
 #include "install/InstallExitCode.h"
 
@@ -56,17 +57,15 @@ const std::wstring kQuestion =
     L"Install Wizard has detected a running copy of Sonora.\r\n\r\n"
     L"Do you want Install Wizard to close Sonora and continue setup?";
 
-class Startup : public ::testing::Test
+class Startup : public e2e::FreshMachineTest
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        FreshMachineTest::SetUp();
         setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum(L"5.0.0.0"));
         ASSERT_FALSE(setupFolder_.empty());
     }
-    void TearDown() override { e2e::ResetToFreshMachine(); }
-
     std::wstring setupFolder_;
 };
 }
@@ -243,7 +242,6 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
         if (row.box)
             rules.push_back(*row.box);
         const e2e::SetupRun run = RunSetup(folder, L"", rules);
-        ::SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_SSE2", nullptr);
         EXPECT_TRUE(row.box ? run.result.ExitedWith(row.exitCode) : PassedChecks(run)) << run.Describe();
         ASSERT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
         if (row.box)

@@ -2,6 +2,7 @@
 // deployment tool starts it on a machine where nobody is logged on. No window of the program
 // may ever appear; what a box would have said is in the log, and the exit code tells it too.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 
 #include "install/InstallExitCode.h"
 
@@ -31,20 +32,7 @@ e2e::SetupRun RunUnseen(const std::wstring& arguments = kUnattended, const std::
 // An error-level line of the message-box routine: what the user would have read.
 std::wstring BoxLine(const std::wstring& what) { return L"L1 HVMessageBox::Show: Box " + what; }
 
-class Unattended : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(e2e::ResetToFreshMachine());
-        ::DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
-    }
-    void TearDown() override
-    {
-        e2e::ResetToFreshMachine();
-        ::DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
-    }
-};
+using Unattended = e2e::FreshMachineTest;
 }
 
 TEST_F(Unattended, AnUnsupportedWindowsVersionEndsWith1633)

@@ -2,6 +2,7 @@
 // leaves (read back through the shell's link object), the finish page's restart and hand-over,
 // the exit code a deployment tool reads, and "/Dir".
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "WizardDriver.h"
 
 #include "install/InstallExitCode.h"
@@ -31,22 +32,14 @@ std::string HandOver(const std::wstring& launcher)
     return std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2);
 }
 
-class WholeWizardTest : public ::testing::Test
+class WholeWizardTest : public e2e::FreshMachineTest
 {
 protected:
     void SetUp() override
     {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
-        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
+        FreshMachineTest::SetUp();
         // Pressing "Restart" must not end the test machine's session.
         SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_EXIT_WINDOWS", L"1");
-    }
-    void TearDown() override
-    {
-        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_EXIT_WINDOWS", nullptr);
-        e2e::ResetToFreshMachine();
-        DeleteFileW((e2e::MediaFolder() + L"Finish.txt").c_str());
     }
 
     e2e::SetupRun Run(const std::wstring& arguments, e2e::WizardUser* user = nullptr,

@@ -2,6 +2,7 @@
 // its question, Back and Next over the setup-type pages, the welcome page's countdown, the
 // auto-install check box, every refusal of the destination page, and the unattended runs.
 #include "E2ESupport.h"
+#include "FreshMachineTest.h"
 #include "WizardDriver.h"
 
 #include "install/InstallExitCode.h"
@@ -38,23 +39,20 @@ std::string InstallXml(const Description& d)
                      L"</OfferAutoInstall></Installer>\n</HVIC>\n");
 }
 
-class WizardTest : public ::testing::Test
+class WizardTest : public e2e::FreshMachineTest
 {
 protected:
     void SetUp() override
     {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems));
+        FreshMachineTest::SetUp();
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
-        ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", nullptr);
     }
     void TearDown() override
     {
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallKey + kOwnEntry);
         e2e::DeleteTree(L"C:\\IW Test\\");
-        ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", nullptr);
-        e2e::ResetToFreshMachine();
+        FreshMachineTest::TearDown();
     }
 
     std::wstring MakeSetup(const Description& description)
