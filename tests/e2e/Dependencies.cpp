@@ -77,12 +77,7 @@ protected:
     e2e::SetupRun Install(std::vector<e2e::DialogRule> rules = {}, const std::wstring& more = L"",
                           std::function<bool(DWORD)> onPoll = {})
     {
-        e2e::RunOptions options;
-        options.setupFolder = setup_;
-        options.commandLine = L"/Silent" + more;
-        options.rules = std::move(rules);
-        options.onPoll = std::move(onPoll);
-        return e2e::RunSetup(options);
+        return e2e::RunSetup(setup_, L"/Silent" + more, std::move(rules), std::move(onPoll));
     }
 
     std::string program_;

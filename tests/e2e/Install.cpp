@@ -34,15 +34,6 @@ std::string WithMajorVersion(std::string bytes, uint16_t major)
     return bytes;
 }
 
-e2e::SetupRun RunSilent(const std::wstring& setupFolder = {}, std::vector<e2e::DialogRule> rules = {})
-{
-    e2e::RunOptions options;
-    options.setupFolder = setupFolder;
-    options.commandLine = L"/Silent";
-    options.rules = std::move(rules);
-    return e2e::RunSetup(options);
-}
-
 using InstallTest = e2e::FreshMachineTest;
 
 TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
@@ -73,7 +64,7 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     SetFileAttributesW((dest + L"License.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournal, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
 
-    const e2e::SetupRun install = RunSilent();
+    const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
     ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
 
     // The program files, byte for byte.
@@ -128,7 +119,7 @@ TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
             const e2e::HeldFileLock shell(dest + L"HVShellExt.dll");
             ASSERT_TRUE(tips.IsHeld() && tracker.IsHeld() && shell.IsHeld());
 
-            const e2e::SetupRun install = RunSilent();
+            const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
             // A deferred program file needs a restart.
             ASSERT_TRUE(install.result.ExitedWith(3010)) << install.Describe();
             const auto journal = [&](const wchar_t* name) { return e2e::RegString(HKEY_CURRENT_USER, kJournal, name); };
@@ -160,7 +151,7 @@ TEST_F(InstallTest, ANewerInstalledVersionIsKept)
     ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Sonora 32.exe", newer));
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
                                   dest + L"Sonora.exe"));
-    const e2e::SetupRun install = RunSilent();
+    const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
     ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
     EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
     EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
@@ -175,8 +166,8 @@ TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)
         const std::wstring setup = e2e::ScratchFolder(L"BrokenSetup");
         ASSERT_TRUE(e2e::CopyTree(e2e::MediaFolder(), setup));
         ASSERT_TRUE(e2e::DeleteTree(setup + missing + L"\\"));
-        const e2e::SetupRun install = RunSilent(
-            setup, {{.title = L"Install Error", .text = kCopyFailed, .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
+        const e2e::SetupRun install = e2e::RunSetup(
+            setup, L"/Silent", {{.title = L"Install Error", .text = kCopyFailed, .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
         EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();
         EXPECT_EQ(install.result.dialogs.size(), 1u);
         // The destination check may have made the folder; nothing went into it.
@@ -190,7 +181,7 @@ TEST_F(InstallTest, ALauncherInUseAsksToRetryOrCancel)
     ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
     const e2e::HeldFileLock lock(launcher);
     ASSERT_TRUE(lock.IsHeld());
-    const e2e::SetupRun install = RunSilent({}, {{.title = L"Failure Copying System File",
+    const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent", {{.title = L"Failure Copying System File",
                                             .text = L"Please ensure that the file '" + launcher + L"' is not in use.",
                                             .button = IDCANCEL, .times = 1}});
     EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();

@@ -50,11 +50,7 @@ protected:
     {
         e2e::WizardUser user({e2e::NextOn(L"Welcome"), e2e::NextOn(L"Setup Type"), e2e::NextOn(L"File Associations")});
         rule.times = 1;
-        e2e::RunOptions options;
-        options.setupFolder = setup;
-        options.rules = {rule};
-        options.onPoll = user.Poller();
-        return e2e::RunSetup(options);
+        return e2e::RunSetup(setup, L"", {rule}, user.Poller());
     }
 
     static e2e::DialogRule Confirm(int button)

@@ -42,20 +42,11 @@ uint64_t TreeBytes(const std::wstring& folder)
     return total;
 }
 
-e2e::RunResult RunInstaller(const std::wstring& arguments, e2e::WizardUser* user = nullptr)
-{
-    e2e::RunOptions options;
-    options.commandLine = arguments;
-    if (user)
-        options.onPoll = user->Poller();
-    return e2e::ProgramDriver(options).Run();
-}
-
 using RecordsTest = e2e::FreshMachineTest;
 
 TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
 {
-    const e2e::RunResult first = RunInstaller(L"/Silent /NoRun /DistributorID ACME-7");
+    const e2e::RunResult first = e2e::RunSetup({}, L"/Silent /NoRun /DistributorID ACME-7").result;
     ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
     const std::wstring dest = e2e::DefaultDestination();
 
@@ -111,7 +102,7 @@ TEST_F(RecordsTest, ASilentInstallRecordsItselfAndASecondOneKeepsTheIdentifier)
 
     // Again, over the first: the same identifier, a setting the user changed stays.
     ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page", 5));
-    const e2e::RunResult second = RunInstaller(L"/Silent /NoRun");
+    const e2e::RunResult second = e2e::RunSetup({}, L"/Silent /NoRun").result;
     ASSERT_TRUE(second.ExitedWith(0)) << second.Describe();
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"GUID", k64), guid);
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 5u);
@@ -133,7 +124,7 @@ TEST_F(RecordsTest, APortableCopyHasNoUninstallEntryAndARecordOfItsOwn)
         // Nothing to start (/NoRun) and nothing to restart: the page only says it is done.
         e2e::NextOn(L"Install Complete"),
     });
-    const e2e::RunResult run = RunInstaller(L"/NoRun", &user);
+    const e2e::RunResult run = e2e::RunSetup({}, L"/NoRun", {}, user.Poller()).result;
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << "\n" << user.Describe();
     for (const std::wstring& key : e2e::RegSubKeys(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall", k64))
         EXPECT_NE(key.rfind(L"Sonora", 0), 0u) << e2e::Utf8(key);
@@ -157,7 +148,7 @@ TEST_F(RecordsTest, SettingsOfAnEarlierMajorVersionAreCarriedOverUnlessNoUpgrade
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, k31 + L"\\Properties", L"General - Volume", 20));
         ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kProperties, L"General - Volume", 80));
 
-        const e2e::RunResult run = RunInstaller(noUpgrade ? L"/Silent /NoRun /NoUpgrade" : L"/Silent /NoRun");
+        const e2e::RunResult run = e2e::RunSetup({}, noUpgrade ? L"/Silent /NoRun /NoUpgrade" : L"/Silent /NoRun").result;
         ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
         const auto carried = [&](std::optional<std::wstring> value) { return noUpgrade ? std::nullopt : value; };
         EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"LibraryPath"),

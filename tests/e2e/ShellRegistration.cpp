@@ -20,11 +20,7 @@ const std::wstring kClient = L"Software\\Clients\\Media\\Sonora";
 e2e::RunResult RunSilent(const std::wstring& extra = L"", const std::wstring& setupFolder = L"",
                          std::vector<e2e::DialogRule> rules = {})
 {
-    e2e::RunOptions options;
-    options.commandLine = L"/Silent /NoRun " + extra;
-    options.setupFolder = setupFolder;
-    options.rules = std::move(rules);
-    return e2e::ProgramDriver(options).Run();
+    return e2e::RunSetup(setupFolder, L"/Silent /NoRun " + extra, std::move(rules)).result;
 }
 
 // The Windows version Wine reports to programs started from now on.

@@ -63,12 +63,7 @@ protected:
     e2e::RunResult Run(const std::wstring& setup, const std::wstring& arguments, e2e::WizardUser& user,
                        std::vector<e2e::DialogRule> rules = {})
     {
-        e2e::RunOptions options;
-        options.setupFolder = setup;
-        options.commandLine = arguments;
-        options.rules = std::move(rules);
-        options.onPoll = user.Poller();
-        run_ = e2e::RunSetup(options);
+        run_ = e2e::RunSetup(setup, arguments, std::move(rules), user.Poller());
         return run_.result;
     }
 

@@ -78,6 +78,17 @@ SetupRun RunSetup(RunOptions options)
     return run;
 }
 
+SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules,
+                  std::function<bool(DWORD)> onPoll)
+{
+    RunOptions options;
+    options.setupFolder = setupFolder;
+    options.commandLine = commandLine;
+    options.rules = std::move(rules);
+    options.onPoll = std::move(onPoll);
+    return RunSetup(std::move(options));
+}
+
 RunningProduct::RunningProduct(bool ignoreClose, const std::wstring& recordFile)
 {
     std::wstring commandLine = L"\"" + MediaFolder() + L"Listenwell\\Sonora.exe\"";

@@ -38,6 +38,10 @@ struct SetupRun
 std::wstring SetupLogPath();
 // `options.commandLine` gets "/Log=<SetupLogPath()>" in front; the old log is removed first.
 SetupRun RunSetup(RunOptions options);
+// The usual run: a setup folder (empty: the sample's), arguments, rules, and what to do on
+// each round (a WizardUser's Poller(), say).
+SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules = {},
+                  std::function<bool(DWORD)> onPoll = {});
 
 // A running copy of the product (the sample launcher), optionally refusing to close; ended
 // when the object goes.
