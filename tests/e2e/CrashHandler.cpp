@@ -52,24 +52,12 @@ std::string TakeReport(const std::wstring& handlerFolder, DWORD processId)
 
 Crash RunCrash(const std::wstring& mode)
 {
-    Crash crash;
-    const std::wstring folder = e2e::ScratchFolder(L"CrashHandler-" + mode);
-    const std::wstring logPath = folder + L"crash.log";
-    std::wstring commandLine = L"\"" + e2e::ToolPath(L"CrashOnPurpose.exe") + L"\" " + mode + L" \"" + logPath + L"\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process = {};
-    if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process))
-        return crash;
-    crash.processId = process.dwProcessId;
-    ::WaitForSingleObject(process.hProcess, 60000);
-    ::GetExitCodeProcess(process.hProcess, &crash.exitCode);
-    ::CloseHandle(process.hThread);
-    ::CloseHandle(process.hProcess);
-    crash.log = e2e::ReadFileText(logPath);
-    crash.report = TakeReport(e2e::TestProgramFolder(), crash.processId);
-    return crash;
+    const std::wstring logPath = e2e::ScratchFolder(L"CrashHandler-" + mode) + L"crash.log";
+    e2e::RunOptions options;
+    options.program = e2e::ToolPath(L"CrashOnPurpose.exe");
+    options.commandLine = mode + L" \"" + logPath + L"\"";
+    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    return {run.processId, run.exitCode, e2e::ReadFileText(logPath), TakeReport(e2e::TestProgramFolder(), run.processId)};
 }
 }
 

@@ -62,43 +62,37 @@ protected:
 };
 }   // namespace
 
-TEST_F(PackagesTest, SamplePackageInstallsItsSkinPluginAndRegistryLines)
+// Yes: its skin, its plug-in and its registry lines; No: none of them, and the product all the same.
+TEST_F(PackagesTest, TheSamplePackageInstallsItsSkinPluginAndRegistryLinesOnlyWhenConfirmed)
 {
-    const std::wstring setup = SetupWithPackage(e2e::TestProgramFolder() + L"SamplePackage.lwp");
-    ASSERT_FALSE(setup.empty());
-    const e2e::SetupRun run = Install(setup, Confirm(IDYES));
-    ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
-    ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
-
-    // main.xml says LWFS: a Lounge View skin, and INSTALLSKIN makes it a full skin.
-    const std::wstring skin = kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\";
-    EXPECT_TRUE(e2e::TreeMatches(skin, {L"main.xml"})) << run.Describe();
-    EXPECT_TRUE(e2e::PathExists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
-    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kPluginKey, L"IVersion"), 4u);
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPluginKey, L"Path"), kDestination + L"Plugins\\Input\\in_sampletracker.dll");
-    // The registry lines with their macros, under a root the action table doesn't have.
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Installed By"), L"Sonora 32");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Folder"), kDestination);
-    EXPECT_EQ(e2e::RegDword(HKEY_USERS, L".DEFAULT\\" + kLoungeKey, L"Seen"), 1u);
-    EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
-    EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError").has_value());
-}
-
-TEST_F(PackagesTest, NoAtTheConfirmationChangesNothing)
-{
-    const std::wstring setup = SetupWithPackage(e2e::TestProgramFolder() + L"SamplePackage.lwp");
-    ASSERT_FALSE(setup.empty());
-    const e2e::SetupRun run = Install(setup, Confirm(IDNO));
-    ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
-    ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
-
-    EXPECT_TRUE(e2e::FolderExists(kDestination));  // the product itself is installed
-    EXPECT_FALSE(e2e::FolderExists(kDestination + L"FullSkins\\"));
-    EXPECT_FALSE(e2e::FolderExists(kDestination + L"Plugins\\Input\\"));
-    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kPluginKey));
-    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, kLoungeKey));
-    EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
-    EXPECT_TRUE(run.Logged(L"Sample Lounge: not confirmed"));
+    for (const bool yes : {true, false}) {
+        SCOPED_TRACE(yes ? "Yes" : "No");
+        SetUp();
+        const std::wstring setup = SetupWithPackage(e2e::TestProgramFolder() + L"SamplePackage.lwp");
+        ASSERT_FALSE(setup.empty());
+        const e2e::SetupRun run = Install(setup, Confirm(yes ? IDYES : IDNO));
+        ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
+        ASSERT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
+        EXPECT_TRUE(e2e::FolderExists(kDestination));
+        // main.xml says LWFS: a Lounge View skin, and INSTALLSKIN makes it a full skin.
+        EXPECT_EQ(e2e::TreeMatches(kDestination + L"FullSkins\\Lounge View\\Sample Lounge\\", {L"main.xml"}), yes);
+        EXPECT_EQ(e2e::FolderExists(kDestination + L"FullSkins\\"), yes);
+        const std::wstring plugin = kDestination + L"Plugins\\Input\\in_sampletracker.dll";
+        EXPECT_EQ(e2e::PathExists(plugin), yes);
+        EXPECT_EQ(e2e::FolderExists(kDestination + L"Plugins\\Input\\"), yes);
+        EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kPluginKey, L"IVersion"), yes ? std::optional<DWORD>(4) : std::nullopt);
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPluginKey, L"Path"), yes ? std::optional(plugin) : std::nullopt);
+        EXPECT_EQ(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kPluginKey), yes);
+        // The registry lines with their macros, under a root the action table doesn't have.
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Installed By"), yes ? std::optional<std::wstring>(L"Sonora 32") : std::nullopt);
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kLoungeKey, L"Folder"), yes ? std::optional(kDestination) : std::nullopt);
+        EXPECT_EQ(e2e::RegDword(HKEY_USERS, L".DEFAULT\\" + kLoungeKey, L"Seen"), yes ? std::optional<DWORD>(1) : std::nullopt);
+        EXPECT_EQ(e2e::RegKeyExists(HKEY_CURRENT_USER, kLoungeKey), yes);
+        EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
+        EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError").has_value());
+        EXPECT_EQ(run.Logged(L"Sample Lounge: not confirmed"), !yes);
+        TearDown();
+    }
 }
 
 TEST_F(PackagesTest, AMemberThatEscapesItsFolderRefusesThePackageAndWritesNothing)

@@ -4,6 +4,8 @@
 // programs leave.
 #include "E2ESupport.h"
 
+#include "foundation/CVersionInfo.h"
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -14,18 +16,8 @@ const std::wstring kMarkerKey = L"Software\\Halvard\\Sonora 32\\Registered";
 
 std::wstring FileVersion(const std::wstring& path)
 {
-    DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
-    if (size == 0)
-        return {};
-    std::vector<BYTE> data(size);
-    VS_FIXEDFILEINFO* info = nullptr;
-    UINT length = 0;
-    if (!GetFileVersionInfoW(path.c_str(), 0, size, data.data()) ||
-        !VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &length) || !info)
-        return {};
-    return std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." + std::to_wstring(LOWORD(info->dwFileVersionMS)) +
-           L"." + std::to_wstring(HIWORD(info->dwFileVersionLS)) + L"." + std::to_wstring(LOWORD(info->dwFileVersionLS));
+    CVersionInfo version;
+    return version.Read(path.c_str()) ? std::wstring(reinterpret_cast<const wchar_t*>(version.GetText().c_str())) : L"";
 }
 
 HWND FindFrame(DWORD pid)

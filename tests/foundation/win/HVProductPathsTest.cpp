@@ -138,7 +138,6 @@ TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
 
 TEST(HVLoadLibraryTest, CriticalErrorTextIsTranslatedBeforeFilling)
 {
-    EXPECT_EQ(HVLoadLibrary::CriticalErrorTitle(), u"Critical Error");
     EXPECT_EQ(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"Not found."),
               u"The following module has failed to load:\r\nHelper.dll\r\n\r\nIt has reported the following error:"
               u"\r\n\r\nNot found.\r\n\r\nPlease reinstall the latest version of the program.");

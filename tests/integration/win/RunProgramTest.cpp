@@ -4,6 +4,7 @@
 #include "foundation/IHVLogger.h"
 
 #include "FolderTree.h"
+#include "TestPaths.h"
 #include "RecordingLogger.h"
 
 #include <gtest/gtest.h>
@@ -34,14 +35,7 @@ std::vector<std::string> RunProgramLines(const RecordingLogger& log)
     return out;
 }
 
-HVString BinFolder()
-{
-    wchar_t path[MAX_PATH];
-    const DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-    HVString folder(path, static_cast<int32_t>(length));
-    return folder.Left(folder.ReverseFind(u'\\') + 1);
-}
-
+HVString BinFolder() { return HVString(e2e::TestProgramFolder().c_str()); }
 HVString ExitLater() { return BinFolder() + u"ExitLater.exe"; }
 
 std::string Joined(const std::vector<std::string>& lines)
@@ -117,38 +111,24 @@ TEST(RunProgram, ATimeoutOrACancelEndsAProgramThatRunsForever)
     ::CloseHandle(cancel);
 }
 
-TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRuns)
+// The program's path has blanks: it is quoted, and the parameters arrive as given.
+TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRunsFromAQuotedPath)
 {
     RecordingLogger log;
-    const HVString marker = BinFolder() + u"RunProgramNoWait.txt";
-    ::DeleteFileW(marker.w());
+    const HVString folder = HVString(e2e::ScratchFolder(L"Run Program Blanks").c_str());
+    const HVString copy = folder + u"Exit Later.exe";
+    ASSERT_TRUE(::CopyFileW(ExitLater().w(), copy.w(), FALSE));
+    const HVString marker = folder + u"marker.txt";
     int exitCode = 0;
-    ASSERT_TRUE(RunProgram(ExitLater(), HVString::Format(u"0 0 \"%s\"", marker), SW_HIDE, false, false, &exitCode));
+    ASSERT_TRUE(RunProgram(copy, HVString::Format(u"9 0 \"%s\"", marker), SW_HIDE, false, false, &exitCode));
     EXPECT_EQ(exitCode, -1);
     const std::string text = Joined(RunProgramLines(log));
     EXPECT_EQ(text.find("Waiting for completion"), std::string::npos) << text;
     for (int i = 0; i < 500 && ::GetFileAttributesW(marker.w()) == INVALID_FILE_ATTRIBUTES; ++i)
         ::Sleep(10);
-    EXPECT_NE(::GetFileAttributesW(marker.w()), INVALID_FILE_ATTRIBUTES);
     ::Sleep(100);
-    ::DeleteFileW(marker.w());
-}
-
-TEST(RunProgram, PathWithBlanksIsQuotedAndParametersArrive)
-{
-    const HVString folder = BinFolder() + u"Run Program Blanks\\";
-    ::CreateDirectoryW(folder.w(), nullptr);
-    const HVString copy = folder + u"Exit Later.exe";
-    ASSERT_TRUE(::CopyFileW(ExitLater().w(), copy.w(), FALSE));
-    const HVString marker = folder + u"marker.txt";
-    int exitCode = 0;
-    ASSERT_TRUE(RunProgram(copy, HVString::Format(u"9 0 \"%s\"", marker), SW_HIDE, true, false, &exitCode));
-    EXPECT_EQ(exitCode, 9);
     const std::string line = e2e::ReadFileText(marker.w());
     EXPECT_NE(line.find("\"" + copy.ToUtf8() + "\" 9 0"), std::string::npos) << line;
-    ::DeleteFileW(marker.w());
-    ::DeleteFileW(copy.w());
-    ::RemoveDirectoryW(folder.w());
 }
 
 TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
