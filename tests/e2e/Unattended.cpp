@@ -10,7 +10,6 @@
 
 #include <windows.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,52 +35,43 @@ std::wstring BoxLine(const std::wstring& what) { return L"L1 HVMessageBox::Show:
 using Unattended = e2e::FreshMachineTest;
 }
 
-// What would have needed a person ends the run with its exit code, its box's words in the log.
-TEST_F(Unattended, WhatNeedsAPersonEndsTheRunWithItsCode)
+TEST_F(Unattended, AnUnsupportedWindowsVersionEndsWith1633)
+{
+    const e2e::ScopedRegString windows(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", L"nt40");
+    const e2e::SetupRun run = RunUnseen();
+    EXPECT_TRUE(run.result.ExitedWith(kExitNotSupported)) << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"title: Operating System Not Supported"))) << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"text: The Sonora Install Wizard can not run on this version of Microsoft Windows. "
+                                   L"Sonora requires Windows 2000 or later.  Setup will now abort.")))
+        << run.Describe();
+}
+
+TEST_F(Unattended, ALockedCoreFileEndsWith1603WithoutRetrying)
 {
     const std::wstring launcher = e2e::DefaultDestination() + L"Sonora.exe";
-    const std::wstring rootDestination = e2e::CopySampleSetup(L"UnattendedRootDestination");
-    ASSERT_TRUE(e2e::SetDescriptionText(rootDestination, "Product/InstallToPath", "C:\\"));
-    const struct
-    {
-        const char* name;
-        const wchar_t* windows;  // as "winecfg /v" names it; none: as the prefix is
-        bool lockedLauncher;
-        std::wstring setup;
-        DWORD exitCode;
-        std::vector<std::wstring> logged;  // each once
-    } rows[] = {
-        {"unsupported Windows", L"nt40", false, {}, kExitNotSupported,
-         {BoxLine(L"title: Operating System Not Supported"),
-          BoxLine(L"text: The Sonora Install Wizard can not run on this version of Microsoft Windows. "
-                  L"Sonora requires Windows 2000 or later.  Setup will now abort.")}},
-        {"a locked core file, not retried", nullptr, true, {}, kExitFatalError,
-         {BoxLine(L"title: Failure Copying System File"),
-          BoxLine(L"text: Please ensure that the file '" + launcher + L"' is not in use."), L"answered \"Cancel\""}},
-        // Nobody could correct it: the refusal goes to the log instead of a box.
-        {"a destination to correct", nullptr, false, rootDestination, kExitFatalError,
-         {L"Invalid Destination Folder: Sonora can not be installed to the root of a drive.", L"needs a person"}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        Reset();
-        std::optional<e2e::ScopedRegString> windows;
-        if (row.windows)
-            windows.emplace(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", row.windows);
-        std::optional<e2e::HeldFileLock> lock;
-        if (row.lockedLauncher) {
-            ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
-            lock.emplace(launcher);
-            ASSERT_TRUE(lock->IsHeld()) << e2e::Utf8(lock->Error());
-        }
-        const e2e::SetupRun run = RunUnseen(kUnattended, row.setup);
-        EXPECT_TRUE(run.result.ExitedWith(row.exitCode)) << run.Describe();
-        for (const std::wstring& line : row.logged)
-            EXPECT_EQ(e2e::CountOf(e2e::Utf8(run.log), e2e::Utf8(line)), 1) << e2e::Utf8(line) << run.Describe();
-        if (!row.setup.empty()) {
-            EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
-        }
-    }
+    ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
+    const e2e::HeldFileLock lock(launcher);
+    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
+    const e2e::SetupRun run = RunUnseen();
+    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
+    EXPECT_EQ(e2e::CountOf(e2e::Utf8(run.log), e2e::Utf8(BoxLine(L"title: Failure Copying System File"))), 1)
+        << run.Describe();
+    EXPECT_TRUE(run.Logged(BoxLine(L"text: Please ensure that the file '" + launcher + L"' is not in use.")))
+        << run.Describe();
+    EXPECT_TRUE(run.Logged(L"answered \"Cancel\"")) << run.Describe();
+}
+
+TEST_F(Unattended, ADestinationThatNeedsAPersonEndsWith1603InsteadOfWaiting)
+{
+    const std::wstring setup = e2e::CopySampleSetup(L"UnattendedRootDestination");
+    ASSERT_FALSE(setup.empty());
+    ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/InstallToPath", "C:\\"));
+    const e2e::SetupRun run = RunUnseen(kUnattended, setup);
+    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
+    // Nobody could correct it: the refusal goes to the log instead of a box.
+    EXPECT_TRUE(run.Logged(L"Invalid Destination Folder: Sonora can not be installed to the root of a drive.")) << run.Describe();
+    EXPECT_TRUE(run.Logged(L"needs a person")) << run.Describe();
+    EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
 }
 
 TEST_F(Unattended, AnInstallWritesWhatASilentOneWrites)
