@@ -14,18 +14,7 @@ namespace
 {
 HVString Folder(const std::wstring& folder) { return HVString(folder.c_str()); }
 
-TEST(CVersionInfoFileTest, SampleDllsCarryTheirVersions)
-{
-    // The sample setup folder's version-checked system libraries.
-    const HVString folder = Folder(e2e::MediaFolder()) + u"System\\Check Version\\";
-    const CVersionInfo codec(folder + u"HVCodecSupport.dll");
-    const CVersionInfo disc(folder + u"HVDiscSupport.dll");
-    EXPECT_TRUE(codec.HasVersionResource());
-    EXPECT_EQ(codec.GetText(), u"2.0.0.0");
-    EXPECT_EQ(disc.GetText(), u"1.5.0.0");
-    EXPECT_GT(codec, disc);
-}
-
+// The sample libraries' versions are read through this class by SampleMedia's test.
 TEST(CVersionInfoFileTest, NoVersionResourceOrNoFileIsZero)
 {
     // Test programs are built without a version resource; a text file has none either.
