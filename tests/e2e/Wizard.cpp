@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,9 +56,14 @@ protected:
         FreshMachineTest::TearDown();
     }
 
-    std::wstring MakeSetup(const Description& description)
+    // `wish`: "Run Auto Install" as an earlier run left it.
+    std::wstring MakeSetup(const Description& description, std::optional<DWORD> wish = std::nullopt)
     {
-        return e2e::MakeSetupFolder(L"Wizard", InstallXml(description), true);
+        const std::wstring setup = e2e::MakeSetupFolder(L"Wizard", InstallXml(description), true);
+        EXPECT_FALSE(setup.empty());
+        if (wish)
+            EXPECT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *wish));
+        return setup;
     }
 
     e2e::RunResult Run(const std::wstring& setup, const std::wstring& arguments, e2e::WizardUser& user,
@@ -96,7 +102,6 @@ e2e::DialogRule ConfirmCancel(int button, int times)
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
 {
     const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
-    ASSERT_FALSE(setup.empty());
     std::vector<std::wstring> welcome, setupType, custom, frame;
     std::wstring acceptCaption, subtitle;
     RECT smallest = {};
@@ -159,9 +164,7 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
 
 TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
 {
-    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
-    ASSERT_FALSE(setup.empty());
-    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+    const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
     // Ten times faster: 3 s in all, ticks of 100 ms.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
     // A first install asks for the file types once the files are in.
@@ -189,9 +192,7 @@ TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
 
 TEST_F(WizardTest, CancelDuringTheCountdownEndsItAndNoKeepsTheWelcomePage)
 {
-    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
-    ASSERT_FALSE(setup.empty());
-    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+    const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
     // The countdown takes 3 s; the question stays open for 5.
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
     std::wstring titleAfterNo;
@@ -234,11 +235,7 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup({.offerAutoInstall = row.offered});
-        ASSERT_FALSE(setup.empty());
-        if (row.before) {
-            ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *row.before));
-        }
+        const std::wstring setup = MakeSetup({.offerAutoInstall = row.offered}, row.before);
         bool boxShown = false;
         e2e::WizardUser user({
             // Accept at once, before an earlier wish's countdown (30 s) could end.
@@ -263,7 +260,6 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
 TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
 {
     const std::wstring setup = MakeSetup({});
-    ASSERT_FALSE(setup.empty());
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kOtherProgramKey, L"InstallLocation",
                                   L"C:\\Program Files\\Other Vendor\\Tool"));
     const std::wstring again = L"Please enter a new destination folder.";
@@ -350,7 +346,6 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
         e2e::ResetToFreshMachine();
         ASSERT_TRUE(e2e::MakeFolder(kEarlierFolder));
         const std::wstring setup = MakeSetup({});
-        ASSERT_FALSE(setup.empty());
         if (!row.location.empty()) {
             ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32",
                                           L"Uninstall Key", kOwnEntry));
@@ -434,7 +429,6 @@ TEST_F(WizardTest, PageFlows)
         SCOPED_TRACE(flow.name);
         e2e::ResetToFreshMachine();
         const std::wstring setup = MakeSetup(flow.description);
-        ASSERT_FALSE(setup.empty());
         if (flow.withoutAgreement) {
             ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
         }
@@ -471,9 +465,7 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
     for (const Row& row : rows) {
         SCOPED_TRACE(e2e::Utf8(row.arguments));
         e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
-        ASSERT_FALSE(setup.empty());
-        ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", 1));
+        const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
         // An upgrade that finds no earlier installation asks for the file types, as a first
         // install does.
         e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
