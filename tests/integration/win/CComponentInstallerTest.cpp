@@ -1,7 +1,6 @@
 #include "integration/win/CComponentInstaller.h"
 
 #include "engine/CInstallChangeLog.h"
-#include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
 #include "foundation/win/HVFileSystem.h"
 #include "install/HVInstallDescription.h"
@@ -9,6 +8,7 @@
 #include "install/win/CProductIdentity.h"
 
 #include "FolderTree.h"
+#include "RecordedProgress.h"
 #include "SetupRun.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
@@ -19,16 +19,6 @@ namespace
 {
 const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
 const std::wstring kProperties = kRoot + L"\\Properties";
-
-class StatusRecorder : public IInstallProgress
-{
-public:
-    void SetStatusText(const HVString& text) override { texts.push_back(text.ToUtf8()); }
-    void SetProgressRange(int32_t, int32_t) override {}
-    void SetProgressPosition(int32_t) override {}
-    void DrainMessages() override {}
-    std::vector<std::string> texts;
-};
 
 // The plug-in step of the server edition in a program folder of the test's own, with the
 // sample package installer also standing in for the server's control program (both log their
@@ -52,7 +42,7 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     ASSERT_TRUE(product.IsServerEdition());
     CInstallChangeLog changes;
     CDeferredOperations deferred;
-    StatusRecorder progress;
+    e2e::RecordedProgress progress;
     const CInstallContext context{options, description, product, folder.c_str(), install.c_str(), changes, deferred, progress};
     CComponentInstaller components(context);
 
@@ -75,8 +65,8 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
         at = first.find(call, at);
         EXPECT_NE(at, std::string::npos) << call << " in order in\n" << first;
     }
-    EXPECT_EQ(progress.texts, (std::vector<std::string>{"Installing Sonora Shell Integration", "Installing plug-in 'SampleShell'",
-                                                        "Installing WDM driver", "Installing Dynamo Server as system service"}));
+    EXPECT_EQ(progress.statuses, (std::vector<HVString>{u"Installing Sonora Shell Integration", u"Installing plug-in 'SampleShell'",
+                                                         u"Installing WDM driver", u"Installing Dynamo Server as system service"}));
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"System Plugin - SampleShell.dll"), L"installed");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"InstallPackageError"));
 
