@@ -23,15 +23,7 @@ constexpr DWORD kExitCancelled = 1602;
 std::wstring MarkerPath() { return e2e::TempFolder() + L"Sample Dependency Setup.log"; }
 
 // Downloads left in the temporary folder.
-std::vector<std::wstring> LeftDownloads()
-{
-    std::vector<std::wstring> found;
-    WIN32_FIND_DATAW data;
-    HVFindHandle find(FindFirstFileW((e2e::TempFolder() + L"HV Download (*).dat").c_str(), &data));
-    for (bool more = find.IsValid(); more; more = FindNextFileW(find.Get(), &data))
-        found.push_back(data.cFileName);
-    return found;
-}
+std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"); }
 
 class DependenciesTest : public e2e::FreshMachineTest
 {

@@ -350,16 +350,7 @@ TEST_F(Startup, TheSwitchListIsShownOnRequest)
 TEST_F(Startup, LogWithoutAPathGoesToADatedFileInTemp)
 {
     const std::wstring folder = e2e::TempFolder();
-    auto logs = [&folder] {
-        std::vector<std::wstring> names;
-        WIN32_FIND_DATAW data;
-        const HANDLE find = ::FindFirstFileW((folder + L"Install Wizard *.log").c_str(), &data);
-        for (bool more = find != INVALID_HANDLE_VALUE; more; more = ::FindNextFileW(find, &data))
-            names.push_back(data.cFileName);
-        if (find != INVALID_HANDLE_VALUE)
-            ::FindClose(find);
-        return names;
-    };
+    const auto logs = [&folder] { return e2e::FindFiles(folder, L"Install Wizard *.log"); };
     for (const std::wstring& old : logs())
         ::DeleteFileW((folder + old).c_str());
 

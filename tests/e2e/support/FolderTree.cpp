@@ -63,6 +63,16 @@ void Walk(const std::wstring& root, const std::wstring& relative,
 }
 }
 
+std::vector<std::wstring> FindFiles(const std::wstring& folder, const std::wstring& pattern)
+{
+    std::vector<std::wstring> found;
+    WIN32_FIND_DATAW data;
+    const HVFindHandle find(::FindFirstFileW((WithSlash(folder) + pattern).c_str(), &data));
+    for (bool more = find.IsValid(); more; more = ::FindNextFileW(find.Get(), &data) != FALSE)
+        found.push_back(data.cFileName);
+    return found;
+}
+
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries)
 {
     std::vector<std::wstring> out;

@@ -19,6 +19,9 @@ enum class TreeEntries
 // Relative paths below `folder`, sorted without regard to case. Empty when the folder is missing.
 std::vector<std::wstring> ListTree(const std::wstring& folder, TreeEntries entries = TreeEntries::Files);
 
+// The names in `folder` (not below it) that match a wildcard pattern ("HV Download (*).dat").
+std::vector<std::wstring> FindFiles(const std::wstring& folder, const std::wstring& pattern);
+
 // How many files below `folder` pass `which`, from a listing alone (names, sizes, times): fast
 // enough to follow a running copy. Copies keep a file's last-write time, so a test that stamps
 // the files it gives the installer can tell them apart in the destination.
