@@ -4,8 +4,6 @@
 // own message loop: the report names the message it was dispatching.
 #include "E2ESupport.h"
 
-#include "FolderTree.h"
-#include "WizardDriver.h"
 #include "foundation/win/HVCrashHandler.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,6 @@
 // the sample setup folder whose download server is a server of the test's own on 127.0.0.1,
 // serving the sample dependency setup program well or badly; the machine read back afterwards.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "WizardDriver.h"
 
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVSha256.h"

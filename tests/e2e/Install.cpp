@@ -2,7 +2,6 @@
 // earlier versions' leftovers, files in use and broken setup folders arranged beforehand, and
 // the machine read back afterwards.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
 
 #include "engine/CRetiredFiles.h"
 

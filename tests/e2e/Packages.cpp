@@ -2,9 +2,6 @@
 // install: the sample package's skin, plug-in and registry lines; "No" at the confirmation;
 // an archive whose member would escape its folder; a package fetched from an address.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "LocalHttpServer.h"
-#include "WizardDriver.h"
 
 #include <gtest/gtest.h>
 

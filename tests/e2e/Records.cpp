@@ -2,8 +2,6 @@
 // first-run settings and the carry-over from an earlier major version, read back through the
 // Win32 API after InstallWizard.exe has run.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "WizardDriver.h"
 
 #include "foundation/CVersionInfo.h"
 #include "foundation/HVSystemIdentity.h"

@@ -1,7 +1,6 @@
 // The install runs on the wizard's own thread; it must keep answering its window all through a
 // large copy, or Windows would mark it "Not responding" and users would end it.
 #include "E2ESupport.h"
-#include "WizardDriver.h"
 
 #include <gtest/gtest.h>
 

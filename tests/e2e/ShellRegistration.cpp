@@ -2,8 +2,6 @@
 // back row by row, other programs' file types kept as backups across installs, and Default
 // Programs by Windows version.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "WizardDriver.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,6 @@
 // rights test, the service stop, the VirtualStore clean-up, the switch list, the log and the
 // exit code of each outcome.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
 
 #include "install/InstallExitCode.h"
 

@@ -2,7 +2,6 @@
 // deployment tool starts it on a machine where nobody is logged on. No window of the program
 // may ever appear; what a box would have said is in the log, and the exit code tells it too.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
 
 #include "install/InstallExitCode.h"
 

@@ -2,8 +2,6 @@
 // leaves (read back through the shell's link object), the finish page's restart and hand-over,
 // the exit code a deployment tool reads, and "/Dir".
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "WizardDriver.h"
 
 #include "install/InstallExitCode.h"
 

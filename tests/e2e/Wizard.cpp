@@ -2,8 +2,6 @@
 // its question, Back and Next over the setup-type pages, the welcome page's countdown, the
 // auto-install check box, every refusal of the destination page, and the unattended runs.
 #include "E2ESupport.h"
-#include "FreshMachineTest.h"
-#include "WizardDriver.h"
 
 #include "install/InstallExitCode.h"
 

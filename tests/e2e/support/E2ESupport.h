@@ -27,7 +27,9 @@
 //                  RunningProduct, ScopedRegString (a value set and put back).
 //   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
 //                  installer writes and ends the product's processes, so that each end-to-end
-//                  test starts from a machine on which the product was never installed.
+//                  test starts from a machine on which the product was never installed;
+//                  FreshMachineTest, the fixture that does so before and after each test.
+//   WizardDriver   WizardUser: steps through the wizard's pages by their titles as a user would.
 //   SetupFolder    CopySampleSetup(L"MyTest"): a changeable copy of the sample setup folder;
 //                  SetDescriptionText(folder, "Product/InstallToPath", "...") edits Install.xml.
 //   LocalHttpServer  an HTTP server on 127.0.0.1 whose replies (and misbehaviour) the test picks.
@@ -40,6 +42,7 @@
 
 #include "FolderTree.h"
 #include "FreshMachine.h"
+#include "FreshMachineTest.h"
 #include "GeneratedTree.h"
 #include "HeldFileLock.h"
 #include "LocalHttpServer.h"
@@ -50,3 +53,4 @@
 #include "TestPaths.h"
 #include "TestRegistry.h"
 #include "WindowInspector.h"
+#include "WizardDriver.h"
