@@ -51,10 +51,8 @@ std::string TakeReport(const std::wstring& handlerFolder, DWORD processId)
 Crash RunCrash(const std::wstring& mode)
 {
     const std::wstring logPath = e2e::ScratchFolder(L"CrashHandler-" + mode) + L"crash.log";
-    e2e::RunOptions options;
-    options.program = e2e::ToolPath(L"CrashOnPurpose.exe");
-    options.commandLine = mode + L" \"" + logPath + L"\"";
-    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    const e2e::RunResult run =
+        e2e::ProgramDriver({.program = e2e::ToolPath(L"CrashOnPurpose.exe"), .commandLine = mode + L" \"" + logPath + L"\""}).Run();
     return {run.processId, run.exitCode, e2e::ReadFileText(logPath), TakeReport(e2e::TestProgramFolder(), run.processId)};
 }
 }

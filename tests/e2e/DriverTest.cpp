@@ -12,12 +12,9 @@ namespace
 {
 e2e::RunResult ShowBox(const std::wstring& arguments, std::vector<e2e::DialogRule> rules)
 {
-    e2e::RunOptions options;
-    options.program = e2e::ToolPath(L"ShowBox.exe");
-    options.commandLine = arguments;
-    options.rules = std::move(rules);
-    options.timeoutMs = 30000;
-    return e2e::ProgramDriver(options).Run();
+    return e2e::ProgramDriver(
+               {.program = e2e::ToolPath(L"ShowBox.exe"), .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 30000})
+        .Run();
 }
 
 TEST(Driver, ADialogNoRuleAnswersFailsTheRun)

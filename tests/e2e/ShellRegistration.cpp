@@ -171,11 +171,7 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
          }},
         e2e::NextOn(L"Install Complete"),
     });
-    e2e::RunOptions options;
-    options.commandLine = L"/Upgrade /NoRun";
-    options.timeoutMs = 60000;
-    options.onPoll = user.Poller();
-    const e2e::RunResult run = e2e::ProgramDriver(options).Run();
+    const e2e::RunResult run = e2e::ProgramDriver({.commandLine = L"/Upgrade /NoRun", .onPoll = user.Poller()}).Run();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << user.Describe();
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"), L".mp3");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"), L"Audio");

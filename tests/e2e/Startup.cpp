@@ -25,16 +25,11 @@ std::string DescriptionWithMinimum(const std::wstring& minimum)
 }
 
 // A run that ends once the first checks have passed (the wizard that follows is ended there).
-e2e::SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& arguments,
+e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments,
                        std::vector<e2e::DialogRule> rules)
 {
-    e2e::RunOptions options;
-    options.setupFolder = setupFolder;
-    options.commandLine = arguments;
-    options.rules = std::move(rules);
-    options.timeoutMs = 30000;
-    options.onPoll = [](DWORD) { return e2e::ReadText(e2e::SetupLogPath()).find(kPassed) == std::wstring::npos; };
-    return e2e::RunSetup(options);
+    return e2e::RunSetup({.setupFolder = setupFolder, .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 30000,
+                          .onPoll = [](DWORD) { return e2e::ReadText(e2e::SetupLogPath()).find(kPassed) == std::wstring::npos; }});
 }
 
 bool PassedChecks(const e2e::SetupRun& run)
@@ -88,15 +83,12 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
                 question = window.hwnd;
     ASSERT_NE(question, nullptr) << "the first instance never asked";
 
-    const e2e::SetupRun second = RunSetup(setupFolder_, L"", {AnotherInstaller()});
+    const e2e::SetupRun second = RunUntilChecked(setupFolder_, L"", {AnotherInstaller()});
     EXPECT_TRUE(second.result.ExitedWith(kExitAnotherInstaller)) << second.Describe();
     EXPECT_EQ(second.result.dialogs.size(), 1u) << second.Describe();
     // Unattended, it shows no window at all: the box's words go to the log.
-    e2e::RunOptions unseen;
-    unseen.setupFolder = setupFolder_;
-    unseen.commandLine = L"/Silent /SuppressMessages";
-    unseen.onPoll = [](DWORD processId) { return e2e::ListTopLevelWindows(processId, true).empty(); };
-    const e2e::SetupRun third = e2e::RunSetup(unseen);
+    const e2e::SetupRun third = e2e::RunSetup({.setupFolder = setupFolder_, .commandLine = L"/Silent /SuppressMessages",
+                                               .onPoll = [](DWORD id) { return e2e::ListTopLevelWindows(id, true).empty(); }});
     EXPECT_TRUE(third.result.ExitedWith(kExitAnotherInstaller)) << third.Describe();
     EXPECT_TRUE(third.Logged(L"L1 HVMessageBox::Show: Box text: Another instance of the Halvard installer is already "
                              L"running on this system. Please finish any other Halvard installations and try again."))
@@ -129,7 +121,7 @@ TEST_F(Startup, AMutexThatCanNotBeOpenedCountsAsAnotherInstallerAfterTheVirtualS
     SECURITY_ATTRIBUTES attributes = {sizeof(attributes), &descriptor, FALSE};
     const HVHandle mutex(::CreateMutexW(&attributes, FALSE, L"Global\\Halvard Installer"));
     ASSERT_TRUE(mutex);
-    const e2e::SetupRun run = RunSetup(setupFolder_, L"", {AnotherInstaller()});
+    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"", {AnotherInstaller()});
     EXPECT_TRUE(run.result.ExitedWith(kExitAnotherInstaller)) << run.Describe();
     EXPECT_TRUE(run.Logged(L"Another installer is running (error 5)")) << run.Describe();
     // Stale keys go unless they have subkeys.
@@ -173,7 +165,7 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         SCOPED_TRACE(row.name);
         e2e::RunningProduct product(row.ignoreClose);
         ASSERT_TRUE(product.Started());
-        const e2e::SetupRun run = RunSetup(setupFolder_, row.arguments, row.rules);
+        const e2e::SetupRun run = RunUntilChecked(setupFolder_, row.arguments, row.rules);
         EXPECT_TRUE(row.exitCode ? run.result.ExitedWith(*row.exitCode) : PassedChecks(run)) << run.Describe();
         EXPECT_EQ(run.result.dialogs.size(), row.rules.size()) << run.Describe();
         for (const e2e::DialogRecord& dialog : run.result.dialogs)
@@ -240,7 +232,7 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
         std::vector<e2e::DialogRule> rules;
         if (row.box)
             rules.push_back(*row.box);
-        const e2e::SetupRun run = RunSetup(folder, L"", rules);
+        const e2e::SetupRun run = RunUntilChecked(folder, L"", rules);
         EXPECT_TRUE(row.box ? run.result.ExitedWith(row.exitCode) : PassedChecks(run)) << run.Describe();
         ASSERT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
         if (row.box)
@@ -260,7 +252,7 @@ TEST_F(Startup, InstallXmlInTheParentFolderIsUsed)
     const std::wstring child = parent + L"Disk1\\";
     ASSERT_TRUE(e2e::MakeFolder(child));
     ASSERT_TRUE(::CopyFileW(e2e::InstallWizardPath().c_str(), (child + L"InstallWizard.exe").c_str(), FALSE));
-    const e2e::SetupRun run = RunSetup(child, L"",
+    const e2e::SetupRun run = RunUntilChecked(child, L"",
                                        {{.title = L"Install Wizard", .text = L"Install Wizard did not detect",
                                          .match = e2e::TextMatch::StartsWith, .buttonCaption = L"Quit Setup"}});
     EXPECT_TRUE(run.result.ExitedWith(kExitBrowserTooOld)) << run.Describe();
@@ -280,7 +272,7 @@ TEST_F(Startup, WithoutRightsToWriteMachineSettingsItStops)
               ERROR_SUCCESS);
     ::RegCloseKey(raw);
     ASSERT_EQ(disposition, static_cast<DWORD>(REG_CREATED_NEW_KEY)) << "Software\\Halvard holds data";
-    const e2e::SetupRun run = RunSetup(setupFolder_, L"",
+    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"",
                                        {{.title = L"Information",
                                          .text = L"Sorry, but you do not have sufficient rights to install the "
                                                  L"program.\r\nPlease make sure you have administrative rights before "
@@ -298,7 +290,7 @@ TEST_F(Startup, TheServiceOfAnEarlierInstallationIsStopped)
                             (installed + L"HVService.exe").c_str(), FALSE));
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
                                   installed + L"Sonora.exe"));
-    const e2e::SetupRun run = RunSetup(setupFolder_, L"", {});
+    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"", {});
     EXPECT_TRUE(PassedChecks(run)) << run.Describe();
     EXPECT_EQ(e2e::ReadFileText(installed + L"HVService.stop.txt"),
               "\"" + e2e::Utf8(installed) + "HVService.exe\" /Stop\r\n") << run.Describe();
@@ -327,7 +319,7 @@ TEST_F(Startup, BadInputGivesDefaultsAndALogLine)
         SCOPED_TRACE(c.name);
         const std::wstring folder = e2e::MakeSetupFolder(L"StartupBadInput", c.installXml);
         ASSERT_FALSE(folder.empty());
-        const e2e::SetupRun run = RunSetup(folder, c.arguments, {});
+        const e2e::SetupRun run = RunUntilChecked(folder, c.arguments, {});
         EXPECT_TRUE(PassedChecks(run)) << run.Describe();
         EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
         EXPECT_TRUE(run.Logged(L"allow downgrade no")) << run.Describe();
@@ -337,7 +329,7 @@ TEST_F(Startup, BadInputGivesDefaultsAndALogLine)
 // Which spellings ask for it, and that it names every switch, CCommandLineParserTest proves.
 TEST_F(Startup, TheSwitchListIsShownOnRequest)
 {
-    const e2e::SetupRun run = RunSetup(setupFolder_, L"/Help",
+    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"/Help",
                                        {{.title = L"Install Wizard", .text = L"Install Wizard accepts these switches:",
                                          .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
     EXPECT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe();
@@ -353,11 +345,9 @@ TEST_F(Startup, LogWithoutAPathGoesToADatedFileInTemp)
     for (const std::wstring& old : logs())
         ::DeleteFileW((folder + old).c_str());
 
-    e2e::RunOptions options;
-    options.setupFolder = setupFolder_;
     // A silent run passes every page by itself, so the whole run to its exit is in the log.
-    options.commandLine = L"/Log /Silent /DistributorID  ACME ";
-    const e2e::RunResult result = e2e::ProgramDriver(options).Run();
+    const e2e::RunResult result =
+        e2e::ProgramDriver({.setupFolder = setupFolder_, .commandLine = L"/Log /Silent /DistributorID  ACME "}).Run();
     ASSERT_TRUE(result.ExitedWith(kExitInstalled)) << result.Describe();
     const auto names = logs();
     ASSERT_EQ(names.size(), 1u);

@@ -19,13 +19,8 @@ const std::wstring kUnattended = L"/Silent /SuppressMessages";
 // Ends the run at the first window of the program that becomes visible (the driver lists it).
 e2e::SetupRun RunUnseen(const std::wstring& arguments = kUnattended, const std::wstring& setupFolder = {})
 {
-    e2e::RunOptions options;
-    options.setupFolder = setupFolder;
-    options.commandLine = arguments;
-    options.timeoutMs = 30000;
-    options.roundMs = 20;
-    options.onPoll = [](DWORD processId) { return e2e::ListTopLevelWindows(processId, true).empty(); };
-    return e2e::RunSetup(options);
+    return e2e::RunSetup({.setupFolder = setupFolder, .commandLine = arguments, .timeoutMs = 30000,
+                          .onPoll = [](DWORD id) { return e2e::ListTopLevelWindows(id, true).empty(); }, .roundMs = 20});
 }
 
 // An error-level line of the message-box routine: what the user would have read.
@@ -78,9 +73,7 @@ TEST_F(Unattended, AnInstallWritesWhatASilentOneWrites)
     // The installation record's GUID is made new by every first install.
     const std::vector<std::wstring> madeNew = {L"GUID"};
     const std::wstring finish = e2e::MediaFolder() + L"Finish.txt";
-    e2e::RunOptions options;
-    options.commandLine = L"/Silent";
-    const e2e::SetupRun silent = e2e::RunSetup(options);
+    const e2e::SetupRun silent = e2e::RunSetup({}, L"/Silent");
     ASSERT_TRUE(silent.result.ExitedWith(kExitInstalled)) << silent.Describe();
     const std::vector<std::wstring> expected = e2e::ReadTraces(madeNew);
     const std::string expectedFinish = e2e::ReadFileText(finish);

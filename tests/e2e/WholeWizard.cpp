@@ -43,14 +43,8 @@ protected:
     e2e::SetupRun Run(const std::wstring& arguments, e2e::WizardUser* user = nullptr,
                       std::vector<e2e::DialogRule> rules = {}, const std::wstring& setup = {})
     {
-        e2e::RunOptions options;
-        options.setupFolder = setup;
-        options.commandLine = arguments;
-        options.rules = std::move(rules);
-        options.timeoutMs = 90000;
-        if (user)
-            options.onPoll = user->Poller();
-        return e2e::RunSetup(options);
+        return e2e::RunSetup({.setupFolder = setup, .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 90000,
+                              .onPoll = user ? user->Poller() : std::function<bool(DWORD)>()});
     }
 
     // Each Start Menu shortcut with what it starts; the folder holds nothing else.

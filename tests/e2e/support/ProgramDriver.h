@@ -39,25 +39,26 @@ struct DialogRule
     DWORD answerAfterMs = 0;
 };
 
+// Members start empty, so that a designated initializer may name only what a run needs.
 struct RunOptions
 {
     // The program to start. Empty: InstallWizard.exe in `setupFolder`, or in the sample setup
     // folder when that is empty too.
-    std::wstring program;
-    std::wstring setupFolder;
+    std::wstring program{};
+    std::wstring setupFolder{};
     // Arguments only; the program's quoted path is put in front.
-    std::wstring commandLine;
+    std::wstring commandLine{};
     // Empty: the program's own folder.
-    std::wstring workingFolder;
-    std::vector<DialogRule> rules;
+    std::wstring workingFolder{};
+    std::vector<DialogRule> rules{};
     // After this the program is ended and the run counts as timed out.
     DWORD timeoutMs = 60000;
     // Called on every round of the watch loop (every `roundMs`) while the program runs, for
     // tests that drive windows other than dialogs. Return false to end the program and fail.
-    std::function<bool(DWORD processId)> onPoll;
+    std::function<bool(DWORD processId)> onPoll{};
     // Asked after onPoll: true ends the program at once, as a crash or a power cut would, and
     // the run's outcome is EndedByTest.
-    std::function<bool(DWORD processId)> endWhen;
+    std::function<bool(DWORD processId)> endWhen{};
     DWORD roundMs = 50;
     // Off for measurements: looking at the program's windows sends them messages, which would
     // be counted as the program's own time. A dialog then waits until the time limit.
