@@ -59,8 +59,9 @@ protected:
     {
         const std::wstring setup = e2e::MakeSetupFolder(L"Wizard", InstallXml(description), true);
         EXPECT_FALSE(setup.empty());
-        if (wish)
+        if (wish) {
             EXPECT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *wish));
+        }
         return setup;
     }
 
