@@ -189,14 +189,9 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
 
 void CFileInstaller::NoteStarted(const HVString& destination, bool existed)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::FileStarted;
-    change.path = TemporaryName(destination);
-    change.existedBefore = HVFileSystem::Exists(change.path, false);
-    changes_.Note(change);
-    change.path = destination;
-    change.existedBefore = existed;
-    changes_.Note(change);
+    const HVString temporary = TemporaryName(destination);
+    changes_.NoteStarted(temporary, HVFileSystem::Exists(temporary, false));
+    changes_.NoteStarted(destination, existed);
 }
 
 void CFileInstaller::AddFont(const HVString& destination)
