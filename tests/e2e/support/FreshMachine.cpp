@@ -239,6 +239,10 @@ const std::vector<MachineTrace>& InstallerTraces()
          L"C:\\windows\\system32\\HVSystemNotes.txt"},
         {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
          L"C:\\windows\\syswow64\\HVSystemNotes.txt"},
+        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
+         L"C:\\windows\\system32\\Sonora.exe"},
+        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
+         L"C:\\windows\\syswow64\\Sonora.exe"},
         {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts",
          L"DejaVuSans (TrueType)"},
         // Shell integration: ProgIDs and Default Programs.
