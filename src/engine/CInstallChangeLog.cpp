@@ -37,6 +37,24 @@ void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
     Note(change);
 }
 
+void CInstallChangeLog::NoteStarted(const HVString& path, bool existedBefore)
+{
+    InstallChange change;
+    change.kind = InstallChange::Kind::FileStarted;
+    change.path = path;
+    change.existedBefore = existedBefore;
+    Note(change);
+}
+
+void CInstallChangeLog::NoteRegistered(const HVString& path, const HVString& how)
+{
+    InstallChange change;
+    change.kind = InstallChange::Kind::ModuleRegistered;
+    change.path = path;
+    change.name = how;
+    Note(change);
+}
+
 size_t CInstallChangeLog::Count(InstallChange::Kind kind) const
 {
     return static_cast<size_t>(

@@ -25,7 +25,9 @@ struct InstallChange
         // FileWritten of the same path later confirms it.
         FileStarted,
         FontAdded,        // path: the font file; name: its value under the font table
-        ModuleRegistered, // path: the module; name: how ("DllRegisterServer", "RegSvr32", "PackageInstaller")
+        // path: the module; name: how ("DllRegisterServer", "RegSvr32", "PackageInstaller"; the
+        // audio driver's description "WDMDriver", the server's control program "Service")
+        ModuleRegistered,
         SharedFileCounted, // path: a file in a shared system folder; before: its SharedDLLs count before, empty if none
         InstallEnded,     // the run came to its end (path: "0" or the exit code); nothing follows
     };
@@ -62,6 +64,10 @@ public:
     void Note(InstallChange::Kind kind, const HVString& path);
     void NoteFile(const HVString& path, bool existedBefore, bool deferred = false);
     void NoteDeleted(const HVString& path, bool deferred = false);
+    // Before a file is written (FileStarted): a run ended during the write still names it.
+    void NoteStarted(const HVString& path, bool existedBefore);
+    // A module registered with the system, and how (ModuleRegistered).
+    void NoteRegistered(const HVString& path, const HVString& how);
 
     const std::vector<InstallChange>& Changes() const { return changes_; }
     // How many changes of a kind were noted (for logs and tests).

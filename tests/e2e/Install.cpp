@@ -3,7 +3,9 @@
 // the machine read back afterwards.
 #include "E2ESupport.h"
 
+#include "engine/CInstallRecord.h"
 #include "engine/CRetiredFiles.h"
+#include "engine/CSharedFileRules.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +23,21 @@ const std::wstring kSessionManager = L"System\\CurrentControlSet\\Control\\Sessi
 const std::wstring kCopyFailed = L"Install Wizard could not copy necessary files to the destination folder.";
 
 std::wstring Windows() { return e2e::Expand(L"%SystemRoot%\\"); }
+
+// The install record of the folder, as the uninstaller reads it.
+CInstallRecord::Contents ReadRecord(const std::wstring& installFolder)
+{
+    return CInstallRecord::Parse(e2e::ReadFileText(installFolder + L"Install Record.txt"));
+}
+
+// The first change of the kind whose path starts with `path` (case ignored); null when none.
+const InstallChange* Find(const CInstallRecord::Contents& record, InstallChange::Kind kind, const std::wstring& path)
+{
+    const auto found = std::find_if(record.changes.begin(), record.changes.end(), [&](const InstallChange& change) {
+        return change.kind == kind && change.path.StartsWithNoCase(HVString(path.c_str()));
+    });
+    return found == record.changes.end() ? nullptr : &*found;
+}
 
 // The version resource's fixed part patched to another major version: a copy of a program that
 // looks newer (or older) to the installer.
@@ -62,6 +79,10 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     ASSERT_TRUE(e2e::WriteFileBytes(dest + L"License.txt", "old agreement"));
     SetFileAttributesW((dest + L"License.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournal, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
+    // Another product shares the notes already.
+    const std::wstring sharedDlls = HVString(CSharedFileRules::kSharedDllsKey).w();
+    const std::wstring notes = Windows() + L"System32\\HVSystemNotes.txt";
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, sharedDlls, notes, 1));
 
     const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
     ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
@@ -97,8 +118,33 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     expected.insert(expected.end(), {L"License.txt", L"License.LGPL2.1.txt", L"License.LGPL3.txt",
                                      L"Data\\Languages\\Chinese (simplified)\\Strings.txt",
                                      L"Media\\Welcome Tone.wav", L"Media\\Playlist.mpl", L"PackageInstaller.log"});
+    expected.push_back(L"Install Record.txt");
     const e2e::TreeDifference difference = e2e::CompareTree(dest, expected);
     EXPECT_TRUE(difference.Same()) << difference.Describe();
+
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, sharedDlls, notes), 2u);
+    // The record names every kind of change an uninstall has to take back, and the run's end.
+    const CInstallRecord::Contents record = ReadRecord(dest);
+    EXPECT_TRUE(record.problem.IsEmpty()) << record.problem.ToUtf8();
+    EXPECT_EQ(record.damagedLines, 0u);
+    ASSERT_FALSE(record.changes.empty());
+    using Kind = InstallChange::Kind;
+    EXPECT_TRUE(Find(record, Kind::FileWritten, dest + L"Sonora.exe"));
+    const std::wstring uninstallRoot = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+    const InstallChange* entry = Find(record, Kind::KeyCreated, L"HKLM\\" + uninstallRoot);
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry->path.Mid(5).w(), L"UninstallString"), dest + L"HVMediaUninstall.exe");
+    const InstallChange* font = Find(record, Kind::FontAdded, Windows() + L"Fonts\\DejaVuSans.ttf");
+    ASSERT_TRUE(font);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts", font->name.w()),
+              L"DejaVuSans.ttf");
+    EXPECT_TRUE(Find(record, Kind::ShortcutCreated, e2e::StartMenuFolder()));
+    EXPECT_TRUE(Find(record, Kind::ModuleRegistered, dest + L"HVShellExt.dll"));
+    const InstallChange* counted = Find(record, Kind::SharedFileCounted, notes);
+    ASSERT_TRUE(counted);
+    EXPECT_EQ(counted->before, u"1");
+    EXPECT_EQ(record.changes.back().kind, Kind::InstallEnded);
+    EXPECT_EQ(record.changes.back().path, u"0");
 }
 
 // Files in use: replaced at the next restart when Windows can do it, otherwise staged and left
@@ -155,7 +201,8 @@ TEST_F(InstallTest, ANewerInstalledVersionIsKept)
     EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
     EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
     // Only the dependencies ran: the bundled media came.
-    EXPECT_EQ(e2e::ListTree(dest), (std::vector<std::wstring>{L"Media\\Playlist.mpl", L"Media\\Welcome Tone.wav", L"Sonora 32.exe"}));
+    EXPECT_EQ(e2e::ListTree(dest), (std::vector<std::wstring>{L"Install Record.txt", L"Media\\Playlist.mpl",
+                                                               L"Media\\Welcome Tone.wav", L"Sonora 32.exe"}));
 }
 
 TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)

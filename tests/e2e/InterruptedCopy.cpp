@@ -3,6 +3,8 @@
 // completes the install and leaves nothing of its own behind.
 #include "E2ESupport.h"
 
+#include "engine/CInstallRecord.h"
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -114,13 +116,15 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     {
         const char* when;
         std::function<bool(DWORD)> reached;
+        bool leavesAPartialFile = false;
     } ends[] = {
         // A later count each time: the files already new from the run before count again.
         {"after 30 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 30; }},
         {"after 270 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 270; }},
-        {"while a big file is being written", bigFileBeingWritten},
+        {"while a big file is being written", bigFileBeingWritten, true},
     };
     bool sawMixture = false;
+    size_t killed = 0;
     for (const auto& end : ends) {
         SCOPED_TRACE(std::string("ended ") + end.when);
         const e2e::RunResult run = Install(end.reached);
@@ -132,6 +136,19 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
         sawMixture = sawMixture || std::count(editions.begin(), editions.end(), kNewEdition) < static_cast<long>(editions.size());
         const e2e::TreeDifference diff = e2e::CompareTree(installed_, cleanInstall, e2e::TreeEntries::FilesAndFolders);
         EXPECT_TRUE(diff.missing.empty()) << diff.Describe();
+
+        // The record reads back but for the torn last line of each ended run, and names every
+        // file the run left half written.
+        const CInstallRecord::Contents record = CInstallRecord::Parse(e2e::ReadFileText(installed_ + L"Install Record.txt"));
+        EXPECT_TRUE(record.problem.IsEmpty()) << record.problem.ToUtf8();
+        EXPECT_LE(record.damagedLines, ++killed);
+        EXPECT_TRUE(!end.leavesAPartialFile || !diff.extra.empty()) << diff.Describe();
+        for (const std::wstring& left : diff.extra) {
+            const HVString path((installed_ + left).c_str());
+            EXPECT_TRUE(std::any_of(record.changes.begin(), record.changes.end(), [&](const InstallChange& change) {
+                return change.kind == InstallChange::Kind::FileStarted && path.EqualsNoCase(change.path);
+            })) << e2e::Utf8(left);
+        }
     }
     EXPECT_TRUE(sawMixture) << "every end came after the copy: the test proves nothing";
 

@@ -47,4 +47,12 @@ TEST(CCopyRulesTest, SpecialNames)
     }
     EXPECT_TRUE(CCopyRules::IsFontMode(kCopyFont | kCopyAlwaysOverwrite) && !CCopyRules::IsFontMode(kCopyAlwaysOverwrite));
 }
+
+TEST(CCopyRulesTest, FontTableNames)
+{
+    EXPECT_EQ(CCopyRules::FontTableName(u"C:\\Windows\\Fonts\\DejaVuSans.TTF"), u"DejaVuSans (TrueType)");
+    EXPECT_EQ(CCopyRules::FontTableName(u"C:\\Windows\\Fonts\\Cambria.ttc"), u"Cambria (TrueType)");
+    EXPECT_EQ(CCopyRules::FontTableName(u"C:\\Windows\\Fonts\\Source.Sans.otf"), u"Source.Sans (OpenType)");
+    EXPECT_EQ(CCopyRules::FontTableName(u"C:\\Windows\\Fonts\\serife.fon"), u"serife");
+}
 }

@@ -3,10 +3,10 @@
 #include "engine/CCopyRules.h"
 #include "engine/CInstallChangeLog.h"
 #include "engine/CJournalFormat.h"
+#include "engine/win/CRegistryWriter.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
-#include "foundation/win/HVRegKey.h"
 
 CDeferredOperations::CDeferredOperations(const HVString& installFolder, CInstallChangeLog* changes)
     : changes_(changes)
@@ -37,6 +37,8 @@ HVString CDeferredOperations::Stage(const HVString& source)
 
     const HVString staged = folder + HVFileSystemPath::GetFileName(source);
     const bool existed = HVFileSystem::Exists(staged, false);
+    if (changes_)
+        changes_->NoteStarted(staged, existed);
     if (!HVFileSystem::CopyFileWhole(source, staged)) {
         HVLog::Write(HVLog::kWarning, "CDeferredOperations::Stage", u"Could not stage %s", source);
         return HVString();
@@ -100,16 +102,26 @@ void CDeferredOperations::DeferDelete(const HVString& path)
 void CDeferredOperations::DeferRegistration(const HVString& path)
 {
     pendingRegistrations_.push_back(CJournalFormat::RegisterEntry(path));
+    if (changes_) {
+        InstallChange change;
+        change.kind = InstallChange::Kind::ModuleRegistered;
+        change.path = path;
+        change.name = u"DllRegisterServer";
+        change.deferred = true;
+        changes_->Note(change);
+    }
 }
 
 bool CDeferredOperations::WriteJournal(const HVString& productRegistryRoot) const
 {
     if (!HasPending())
         return true;
-    HVRegKey journal;
-    HVRegKey runOnce;
-    if (!journal.Create(HKEY_CURRENT_USER, productRegistryRoot + u"\\" + CJournalFormat::kJournalKey) ||
-        !runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey)) {
+    // Without a log of the run's own (a test of the journal alone) the notes go nowhere.
+    CInstallChangeLog unrecorded;
+    CInstallChangeLog& changes = changes_ ? *changes_ : unrecorded;
+    CRegistryWriter journal(changes, HKEY_CURRENT_USER, productRegistryRoot + u"\\" + CJournalFormat::kJournalKey);
+    CRegistryWriter runOnce(changes, HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey);
+    if (!journal.Open() || !runOnce.Open()) {
         HVLog::Write(HVLog::kError, "CDeferredOperations::WriteJournal", u"Could not open the journal keys under %s",
                      productRegistryRoot);
         return false;

@@ -1,5 +1,6 @@
 #include "engine/win/CInstallationRecords.h"
 
+#include "engine/CInstallRecord.h"
 #include "engine/CProductRecordRules.h"
 #include "engine/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
@@ -91,7 +92,11 @@ uint64_t CInstallationRecords::FolderSize(const HVString& folder)
     if (!HVFileSystem::EnumerateFolder(folder, entries))
         return 0;
     uint64_t size = 0;
-    for (const HVFileSystem::Entry& item : entries)
+    for (const HVFileSystem::Entry& item : entries) {
+        // The install record grows until the run ends: it is no part of the product's size.
+        if (!item.isFolder && item.name.EqualsNoCase(CInstallRecord::kFileName))
+            continue;
         size += item.isFolder ? FolderSize(folder + item.name + u"\\") : item.size;
+    }
     return size;
 }

@@ -1,5 +1,6 @@
 #include "engine/win/CSettingsHelper.h"
 
+#include "engine/CInstallChangeLog.h"
 #include "engine/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
@@ -83,6 +84,8 @@ void CSettingsHelper::ApplyShellIntegration(int32_t value)
                      CComponentRegistration::RegisterWithPackageInstaller(
                          context_.installFolder, context_.installFolder + kShellExtensionFile, !enable);
     HVLog::Write(HVLog::kInfo, "CSettingsHelper::Set", u"RunPackageInstaller == %i", ran ? 1 : 0);
+    if (ran && enable)
+        context_.changes.NoteRegistered(context_.installFolder + kShellExtensionFile, u"PackageInstaller");
 
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");

@@ -1,5 +1,6 @@
 #include "install/win/CCopyAndInstallPpg.h"
 
+#include "engine/CInstallChangeLog.h"
 #include "engine/win/CDeferredOperations.h"
 #include "engine/win/CDependencyRunner.h"
 #include "engine/win/CProductRecords.h"
@@ -22,6 +23,15 @@ namespace
 const char16_t* const kDependenciesTitle = u"Installing Dependencies";
 const char16_t* const kDependenciesSubtitle = u"Please wait while Install Wizard installs dependencies.";
 const char16_t* const kCopyFailed = u"Install Wizard could not copy necessary files to the destination folder.";
+
+// A folder of the install folder with its contents, noted when it was there.
+void DeleteFolder(CInstallChangeLog& changes, const HVString& folder)
+{
+    if (!HVFileSystem::FolderExists(folder))
+        return;
+    HVFileSystem::DeleteFolderTree(folder);
+    changes.Note(InstallChange::Kind::FolderDeleted, folder);
+}
 
 HVString SystemFolder(UINT (WINAPI* get)(LPWSTR, UINT))
 {
@@ -198,6 +208,9 @@ bool CCopyAndInstallPpg::SkipInstall()
                                                     Product().GetVersion());
     HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::SkipInstall", u"Installed %s, this setup %s: %s",
                  installed.GetText(), Product().GetVersionText(), skip ? u"kept" : u"installed");
+    // What the dependencies changed is still to be recorded, in the folder that is there.
+    if (skip && !InstallWizard().Changes().Changes().empty())
+        InstallWizard().StartRecord(context_->installFolder);
     return skip;
 }
 
@@ -206,6 +219,9 @@ bool CCopyAndInstallPpg::RunCopy()
     HVLogTimer timer("CCopyAndInstallPpg::RunCopy");
     SetHeader(u"Copying Files", u"Please wait while Install Wizard copies and registers files.", true);
     const CInstallContext& context = *context_;
+    // Before the first change to the install folder, so that a run ended anywhere after this
+    // leaves a record of what it did; the install goes on without one (it is logged).
+    InstallWizard().StartRecord(context.installFolder);
     files_->CleanInstallFolder(context.description.GetInteger(u"/*/Installer/CleanData", 0) != 0,
                                context.description.GetText(u"/*/Product/ObsoleteFiles"), Product().GetRegistryRoot(),
                                *this, [this] { records_->RemoveRetiredRecords(); });
@@ -334,8 +350,8 @@ void CCopyAndInstallPpg::StopServerEdition()
     const HVString server = folder + u"DynamoServer.exe";
     if (HVFileSystem::Exists(server, false))
         RunProgram(server, u"/Stop", SW_HIDE, true, true, nullptr, 5000);
-    HVFileSystem::DeleteFolderTree(folder + u"Server\\");
-    HVFileSystem::DeleteFolderTree(folder + u"Data\\Panel\\Root\\Default\\static\\");
+    DeleteFolder(context_->changes, folder + u"Server\\");
+    DeleteFolder(context_->changes, folder + u"Data\\Panel\\Root\\Default\\static\\");
 }
 
 void CCopyAndInstallPpg::TidyProgramFolder()
@@ -345,10 +361,10 @@ void CCopyAndInstallPpg::TidyProgramFolder()
     // Both names of the Chinese translation: the simplified one replaces the old folder.
     if (HVFileSystem::FolderExists(folder + u"Data\\Languages\\Chinese\\") &&
         HVFileSystem::FolderExists(folder + u"Data\\Languages\\Chinese (simplified)\\"))
-        HVFileSystem::DeleteFolderTree(folder + u"Data\\Languages\\Chinese\\");
+        DeleteFolder(context.changes, folder + u"Data\\Languages\\Chinese\\");
     // Drivers are installed from the setup folder; copies in the program folder only mislead.
-    HVFileSystem::DeleteFolderTree(folder + u"Drivers\\32\\");
-    HVFileSystem::DeleteFolderTree(folder + u"Drivers\\64\\");
+    DeleteFolder(context.changes, folder + u"Drivers\\32\\");
+    DeleteFolder(context.changes, folder + u"Drivers\\64\\");
     context.deferred.DeferDelete(folder + u"Drivers\\HalvardWDMDriver.cat");
     context.deferred.DeferDelete(folder + u"Drivers\\HalvardWDMDriver.inf");
     for (const char16_t* license : {u"License.txt", u"License.LGPL2.1.txt", u"License.LGPL3.txt"}) {

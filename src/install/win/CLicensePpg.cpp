@@ -1,5 +1,6 @@
 #include "install/win/CLicensePpg.h"
 
+#include "engine/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTextFileReader.h"
 #include "foundation/win/HVRegKey.h"
@@ -113,11 +114,12 @@ void CLicensePpg::Start(bool leaving)
     CInstallWizard& wizard = InstallWizard();
     // Later pages need to know whether there is an earlier installation.
     wizard.EarlierInstallationFolder();
-    HVRegKey installer;
-    installer.Create(Product().GetRegistryHive(), Product().GetInstallerKey());
+    // Read where it is, made by nobody: a run cancelled here leaves the machine as it was.
+    CRegistryWriter installer(wizard.Changes(), Product().GetRegistryHive(), Product().GetInstallerKey());
+    installer.OpenExisting();
     DWORD runAutoInstall = 0;
     if (installer.IsOpen())
-        installer.QueryDWORD(u"Run Auto Install", runAutoInstall);
+        installer.Key().QueryDWORD(u"Run Auto Install", runAutoInstall);
 
     switch (CWizardRules::OnWelcomeStart(Options(), wizard.AutoInstallOffered(), runAutoInstall)) {
     case CWizardRules::WelcomeStart::MoveOn:
@@ -125,7 +127,7 @@ void CLicensePpg::Start(bool leaving)
             wizard.PressNext();
         break;
     case CWizardRules::WelcomeStart::ForgetAutoInstall:
-        if (installer.IsOpen() && installer.HasValue(u"Run Auto Install"))
+        if (installer.IsOpen() && installer.Key().HasValue(u"Run Auto Install"))
             installer.DeleteValue(u"Run Auto Install");
         break;
     case CWizardRules::WelcomeStart::StartCountdown:

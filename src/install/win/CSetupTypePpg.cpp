@@ -1,5 +1,6 @@
 #include "install/win/CSetupTypePpg.h"
 
+#include "engine/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVRegKey.h"
 #include "install/CWizardRules.h"
@@ -48,8 +49,8 @@ bool CSetupTypePpg::NextPressed()
 {
     CWizardRules::ApplySetupType(Options(), express_.IsChecked() ? 0 : 1);
     if (autoInstall_) {
-        HVRegKey installer;
-        if (installer.Create(Product().GetRegistryHive(), Product().GetInstallerKey()))
+        CRegistryWriter installer(InstallWizard().Changes(), Product().GetRegistryHive(), Product().GetInstallerKey());
+        if (installer.Open())
             installer.SetDWORD(u"Run Auto Install", autoInstall_->IsChecked() ? 1 : 0);
     }
     HVLog::Write(HVLog::kInfo, "CSetupTypePpg::NextPressed", u"Express %d", Options().express);

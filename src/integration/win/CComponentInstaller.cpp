@@ -1,5 +1,6 @@
 #include "integration/win/CComponentInstaller.h"
 
+#include "engine/CInstallChangeLog.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
 #include "engine/win/CRegistryWriter.h"
@@ -20,7 +21,10 @@
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {
-    return CComponentRegistration::RegisterServer(path);
+    if (!CComponentRegistration::RegisterServer(path))
+        return false;
+    context_.changes.NoteRegistered(path, u"DllRegisterServer");
+    return true;
 }
 
 bool CComponentInstaller::InstallInputPlugin(const HVString& path)
@@ -59,6 +63,7 @@ void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)
         MarkPackageError(CSettingsHelper::kShellExtensionFile);
         return;
     }
+    context_.changes.NoteRegistered(extension, u"PackageInstaller");
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");
     if (extensions.Open())
@@ -80,9 +85,10 @@ void CComponentInstaller::InstallSystemPlugins(IInstallProgress& progress)
         const int32_t dot = plugin.name.ReverseFind(u'.');
         progress.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing plug-in '%s'").c_str(),
                                                 dot > 0 ? plugin.name.Left(dot) : plugin.name));
-        if (CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, folder + plugin.name, false))
+        if (CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, folder + plugin.name, false)) {
+            context_.changes.NoteRegistered(folder + plugin.name, u"PackageInstaller");
             SetSetting(CComponentRules::SystemPluginMark(plugin.name), u"installed");
-        else
+        } else
             MarkPackageError(plugin.name);
         progress.SetProgressPosition(++done);
     }
@@ -112,9 +118,10 @@ void CComponentInstaller::InstallDriver(IInstallProgress& progress)
     // The older driver goes first: two versions of one audio device confuse Windows.
     if (!installed.IsEmpty())
         CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/RemoveWDMDriver", description);
-    if (CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/InstallWDMDriver", description))
+    if (CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/InstallWDMDriver", description)) {
+        context_.changes.NoteRegistered(description, u"WDMDriver");
         SetSetting(kDriverVersionSetting, version);
-    else
+    } else
         MarkPackageError(u"HalvardWDMDriver.inf");
 }
 
@@ -129,6 +136,8 @@ void CComponentInstaller::InstallServerService(IInstallProgress& progress)
         !RunProgram(control, u"/Install", SW_HIDE, true, true, &exitCode, CComponentRegistration::kHelperTimeoutMs) ||
         exitCode != 0)
         MarkPackageError(u"DynamoControl.exe");
+    else
+        context_.changes.NoteRegistered(control, u"Service");
 }
 
 void CComponentInstaller::MarkPackageError(const HVString& name)

@@ -362,6 +362,7 @@ bool CInstallPackage::CopyEntry(const HVString& source, const HVString& targetFo
     }
     const HVString target = folder + HVFileSystemPath::GetFileName(source);
     const bool existed = HVFileSystem::Exists(target, false);
+    context_.changes.NoteStarted(target, existed);
     DWORD error = 0;
     if (!HVFileSystem::CopyFileWhole(source, target, &error)) {
         if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED)
@@ -438,6 +439,7 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
         } else if (word == u"REGISTER") {
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
+            context_.changes.NoteRegistered(current, u"DllRegisterServer");
         } else if (word == u"EXECUTE") {
             int exitCode = -1;
             if (!RunProgram(current, param, SW_SHOWNORMAL, wait, true, &exitCode)) {
@@ -466,6 +468,7 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
             }
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
+            context_.changes.NoteRegistered(current, u"DllRegisterServer");
         } else if (word == u"REGISTRY") {
             const HVString lines = command.param.IsEmpty() ? current : unpacked + HVFileSystemPath::GetFileName(param);
             if (!ApplyRegistryFile(lines))

@@ -223,6 +223,7 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
             changes_.Note(InstallChange::Kind::FolderCreated, folder);
         }
         const bool existed = HVFileSystem::Exists(target, false);
+        changes_.NoteStarted(target, existed);
         DWORD error = 0;
         if (!HVFileSystem::CopyFileWhole(path, target, &error)) {
             if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION)
