@@ -16,6 +16,12 @@ CMAKE_Q := cmake -Wno-dev --log-level=WARNING
 MAKEFLAGS += --no-print-directory
 # The scripts find the build trees and the Wine prefix through this.
 export IW_BUILD := $(ABS)
+# A tree's own make runs with JOBS compilers of its own, not as part of ours (make test builds
+# trees side by side), so it gets none of our flags.
+TREE    := env -u MFLAGS MAKEFLAGS=--no-print-directory cmake --build
+# Trees that only need to compile (the clang tree, the release) do so in batches of sources:
+# windows.h and the C++ library are then parsed once a batch instead of once a file.
+UNITY   := -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=24
 
 .PHONY: all bootstrap native tsan win release reproducible clang bench-build fuzz-build prefix test demo bench fuzz pictures clean
 
@@ -33,34 +39,40 @@ $(BUILD)/win/Makefile:
 	    -DIW_WINEPREFIX=$(ABS)/wineprefix
 $(BUILD)/clang/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/clang -DCMAKE_TOOLCHAIN_FILE=cmake/clang-mingw-w64-x86_64.cmake \
-	    -DCMAKE_BUILD_TYPE=None -DIW_TESTS=OFF -DIW_WERROR=ON
+	    -DCMAKE_BUILD_TYPE=None -DIW_TESTS=OFF -DIW_WERROR=ON $(UNITY)
 $(BUILD)/bench/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/bench -DCMAKE_BUILD_TYPE=Release -DIW_BENCH=ON
 $(BUILD)/fuzz/Makefile:
 	@$(CMAKE_Q) -S . -B $(BUILD)/fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DIW_FUZZ=ON
 
 native: bootstrap $(BUILD)/native/Makefile
-	@cmake --build $(BUILD)/native -j$(JOBS)
+	@$(TREE) $(BUILD)/native -j$(JOBS)
 tsan: bootstrap $(BUILD)/tsan/Makefile
-	@cmake --build $(BUILD)/tsan -j$(JOBS) --target core_tests
+	@$(TREE) $(BUILD)/tsan -j$(JOBS) --target core_tests
 win: bootstrap $(BUILD)/win/Makefile
-	@cmake --build $(BUILD)/win -j$(JOBS)
+	@$(TREE) $(BUILD)/win -j$(JOBS)
 release: bootstrap
-	@JOBS=$(JOBS) scripts/release.sh
+	@env -u MFLAGS MAKEFLAGS=--no-print-directory JOBS=$(JOBS) scripts/release.sh
 reproducible: bootstrap
-	@JOBS=$(JOBS) scripts/check-reproducible.sh
+	@env -u MFLAGS MAKEFLAGS=--no-print-directory JOBS=$(JOBS) scripts/check-reproducible.sh
 # The second compiler builds the product only, unoptimised: it is there for its diagnostics.
 clang: bootstrap $(BUILD)/clang/Makefile
-	@cmake --build $(BUILD)/clang -j$(JOBS) --target InstallWizard
+	@$(TREE) $(BUILD)/clang -j$(JOBS) --target InstallWizard
 bench-build: bootstrap $(BUILD)/bench/Makefile
-	@cmake --build $(BUILD)/bench -j$(JOBS)
+	@$(TREE) $(BUILD)/bench -j$(JOBS)
 fuzz-build: bootstrap $(BUILD)/fuzz/Makefile
-	@cmake --build $(BUILD)/fuzz -j$(JOBS)
+	@$(TREE) $(BUILD)/fuzz -j$(JOBS)
 
 prefix: bootstrap
 	@scripts/wine-prefix.sh
 
-test: native tsan win clang release prefix
+# The trees don't depend on each other: built two at a time (each with JOBS compilers), the
+# cores stay busy through every tree's serial steps (archiving, linking) and while Wine makes
+# its prefix. The Windows tree, the longest, starts first. Each tree's output comes in one
+# piece when it is done.
+TREES_AT_ONCE ?= 2
+test:
+	@$(MAKE) -j$(TREES_AT_ONCE) --output-sync=target win native tsan clang release prefix
 	@scripts/run-tests.sh
 
 demo: win prefix

@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
   # cross build
   mingw-w64 g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake make
+  # the faster linker for the Windows test programs
+  lld
   # run and test
   wine wine64 googletest
   # pictures and key input

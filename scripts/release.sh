@@ -10,13 +10,17 @@ src="$(cd "$here/.." && pwd)"
 out="${1:-${IW_BUILD:-$src/build}/release}"
 jobs="${JOBS:-$(nproc)}"
 
+# Compiled in batches of sources (unity build): windows.h and the C++ library are parsed once a
+# batch instead of once a file. The batches are made from the sorted source list, so two builds
+# of one commit compile the same batches.
 # The commit's time becomes the PE time stamp: a rebuild of the same commit is the same file.
 epoch=$(git -C "$src" log -1 --format=%ct 2>/dev/null || true)
 
 cmake -Wno-dev --log-level=WARNING -S "$src" -B "$out" \
   -DCMAKE_TOOLCHAIN_FILE="$src/cmake/mingw-w64-x86_64.cmake" -DCMAKE_BUILD_TYPE=Release \
   -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" -DCMAKE_C_FLAGS_RELEASE="-O2 -DNDEBUG" \
-  -DIW_TESTS=OFF -DIW_REPRODUCIBLE=ON -DIW_SOURCE_DATE_EPOCH="$epoch"
+  -DIW_TESTS=OFF -DIW_REPRODUCIBLE=ON -DIW_SOURCE_DATE_EPOCH="$epoch" \
+  -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=24
 cmake --build "$out" -j"$jobs"
 
 exe="$out/InstallWizard.exe"

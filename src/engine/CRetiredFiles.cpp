@@ -2,19 +2,19 @@
 
 namespace
 {
-bool IsSeparator(char16_t ch) { return ch == u'\\' || ch == u'/'; }
+bool IsItemSeparator(char16_t ch) { return ch == u'\\' || ch == u'/'; }
 
 // An item that names a place outside the install folder: rooted, with a drive, or climbing
 // up with "..". Obsolete-file lists come from the setup medium, so a bad one must not reach
 // files of other programs.
 bool LeavesInstallFolder(std::u16string_view item)
 {
-    if (IsSeparator(item.front()) || item.find(u':') != std::u16string_view::npos)
+    if (IsItemSeparator(item.front()) || item.find(u':') != std::u16string_view::npos)
         return true;
     size_t start = 0;
     while (start <= item.size()) {
         size_t end = start;
-        while (end < item.size() && !IsSeparator(item[end]))
+        while (end < item.size() && !IsItemSeparator(item[end]))
             ++end;
         HVString part(item.substr(start, end - start));
         if (part.Trim() == u"..")

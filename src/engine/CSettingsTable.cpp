@@ -6,7 +6,7 @@ namespace
 {
 using Stored = CSettingsTable::Stored;
 
-struct Row
+struct SettingRow
 {
     const char16_t* key;  // nullptr: can't be preset
     const char16_t* name;
@@ -17,7 +17,7 @@ struct Row
 
 // Indexed by identifier. The music folder (0) and the shell integration state (5) are
 // computed defaults and filled in from the machine.
-constexpr Row kRows[CSettingsTable::kCount] = {
+constexpr SettingRow kSettingRows[CSettingsTable::kCount] = {
     {u"MEDIALOCATION", u"General - Music Location", 0, u"", Stored::Text},  // 0
     {u"MAKEDEFAULTPLAYER", u"General - Make Default Music Player", 1, u"", Stored::Number},  // 1
     {u"MINIMIZETOSYSTRAY", u"General - Minimize To System Tray", 0, u"", Stored::Number},  // 2
@@ -111,36 +111,36 @@ constexpr Row kRows[CSettingsTable::kCount] = {
 constexpr int32_t kMusicLocation = 0;
 constexpr int32_t kShellIntegration = 5;
 
-HVString DescriptionPath(int32_t id) { return HVString(u"/*/DefaultSettings/") + kRows[id].key; }
+HVString DescriptionPath(int32_t id) { return HVString(u"/*/DefaultSettings/") + kSettingRows[id].key; }
 }
 
 HVString CSettingsTable::KeyName(int32_t id)
 {
-    return IsKnown(id) && kRows[id].key ? HVString(kRows[id].key) : HVString();
+    return IsKnown(id) && kSettingRows[id].key ? HVString(kSettingRows[id].key) : HVString();
 }
 
-HVString CSettingsTable::SettingName(int32_t id) { return IsKnown(id) ? HVString(kRows[id].name) : HVString(); }
+HVString CSettingsTable::SettingName(int32_t id) { return IsKnown(id) ? HVString(kSettingRows[id].name) : HVString(); }
 
-CSettingsTable::Stored CSettingsTable::StoredAs(int32_t id) { return IsKnown(id) ? kRows[id].stored : Stored::Number; }
+CSettingsTable::Stored CSettingsTable::StoredAs(int32_t id) { return IsKnown(id) ? kSettingRows[id].stored : Stored::Number; }
 
 int32_t CSettingsTable::IntegerDefault(int32_t id, const Machine& machine)
 {
     if (id == kShellIntegration)
         return machine.shellExtensionRegistered ? 1 : 0;
-    return IsKnown(id) ? kRows[id].integerDefault : 0;
+    return IsKnown(id) ? kSettingRows[id].integerDefault : 0;
 }
 
 HVString CSettingsTable::TextDefault(int32_t id, const Machine& machine)
 {
     if (id == kMusicLocation)
         return machine.musicFolder;
-    return IsKnown(id) ? HVString(kRows[id].textDefault) : HVString();
+    return IsKnown(id) ? HVString(kSettingRows[id].textDefault) : HVString();
 }
 
 int32_t CSettingsTable::IntegerValue(int32_t id, const HVInstallDescription& description, const Machine& machine)
 {
     const int32_t fallback = IntegerDefault(id, machine);
-    if (!IsKnown(id) || !kRows[id].key)
+    if (!IsKnown(id) || !kSettingRows[id].key)
         return fallback;
     return description.GetInteger(DescriptionPath(id).view(), fallback);
 }
@@ -148,7 +148,7 @@ int32_t CSettingsTable::IntegerValue(int32_t id, const HVInstallDescription& des
 HVString CSettingsTable::TextValue(int32_t id, const HVInstallDescription& description, const Machine& machine)
 {
     const HVString fallback = TextDefault(id, machine);
-    if (!IsKnown(id) || !kRows[id].key)
+    if (!IsKnown(id) || !kSettingRows[id].key)
         return fallback;
     return description.GetText(DescriptionPath(id).view(), fallback);
 }

@@ -2,7 +2,7 @@
 
 namespace
 {
-struct Row
+struct NtRow
 {
     uint32_t major;
     uint32_t minor;
@@ -11,7 +11,7 @@ struct Row
 };
 
 // Versions of the NT family with a name of their own. 10.0 is split by build further below.
-constexpr Row kNtRows[] = {
+constexpr NtRow kNtRows[] = {
     {5, 0, HVSystemIdentity::kWindows2000, u"Microsoft Windows 2000"},
     {5, 1, HVSystemIdentity::kWindowsXP, u"Microsoft Windows XP"},
     {5, 2, HVSystemIdentity::kWindowsServer2003, u"Microsoft Windows Server 2003"},
@@ -61,7 +61,7 @@ HVSystemIdentity HVSystemIdentity::FromVersion(Platform platform, uint32_t major
 
     if (major <= 4)
         return set(kWindowsNT, u"Microsoft Windows NT");
-    for (const Row& row : kNtRows)
+    for (const NtRow& row : kNtRows)
         if (row.major == major && row.minor == minor)
             return set(row.code, row.name);
     if (major == 10 && minor == 0)

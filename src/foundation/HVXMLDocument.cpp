@@ -10,12 +10,12 @@
 
 namespace
 {
-using T = HVXMLTokenizer;
+using Tok = HVXMLTokenizer;
 
 // The readers find nodes again after the parse; its problems were reported then.
 struct IgnoreProblems
 {
-    void operator()(T::Problem, const char16_t*, int32_t) const {}
+    void operator()(Tok::Problem, const char16_t*, int32_t) const {}
 };
 
 // Characters [from, to) of the text, clamped to a sane range.
@@ -29,7 +29,7 @@ std::u16string_view Slice(const HVString& text, int32_t from, int32_t to)
 std::u16string_view Word(std::u16string_view text, size_t from)
 {
     size_t end = from;
-    while (end < text.size() && !T::IsSpace(text[end]) && text[end] != u'?' && text[end] != u'>' &&
+    while (end < text.size() && !Tok::IsSpace(text[end]) && text[end] != u'?' && text[end] != u'>' &&
            text[end] != u'/' && text[end] != u'[')
         ++end;
     return text.substr(std::min(from, text.size()), end - std::min(from, end));
@@ -223,17 +223,17 @@ HVString HVXMLDocument::ContentData(Elem e) const
     const int32_t from = index_.ContentStart(e);
     const int32_t to = index_.ContentEnd(e);
     const char16_t* s = text_.c_str();
-    if (T::FindChar(s, from, to, u'<') == to)
+    if (Tok::FindChar(s, from, to, u'<') == to)
         return HVXMLEscape::Decode(Slice(text_, from, to));
     // Mixed content: text and CDATA sections count; whitespace-only runs, comments and
     // processing instructions don't.
     HVString data;
     for (int32_t pos = from; pos < to;) {
-        const T::Token t = T::Next(s, text_.GetLength(), pos, IgnoreProblems());
+        const Tok::Token t = Tok::Next(s, text_.GetLength(), pos, IgnoreProblems());
         const int32_t length = std::clamp(t.length, 1, to - pos);
-        if (t.kind == T::kText)
+        if (t.kind == Tok::kText)
             data += HVXMLEscape::Decode(Slice(text_, pos, pos + length));
-        else if (t.kind == T::kCData)
+        else if (t.kind == Tok::kCData)
             data += NodeData(kNodeCData, pos, length);
         pos += length;
     }
@@ -278,11 +278,11 @@ int HVXMLDocument::FindNode(int kinds)
             kind = kNodeElement;
             length = static_cast<int32_t>(index_[next].length);
         } else {
-            const T::Token t = T::Next(s, text_.GetLength(), pos, IgnoreProblems());
+            const Tok::Token t = Tok::Next(s, text_.GetLength(), pos, IgnoreProblems());
             const int32_t limit = next != 0 && index_[next].start > pos ? index_[next].start : end;
             length = std::clamp(t.length, 1, std::max(limit - pos, 1));
             // A start tag with no record (indexing stopped early) reads as text.
-            kind = t.kind == T::kElement ? kNodeText : t.kind;
+            kind = t.kind == Tok::kElement ? kNodeText : t.kind;
         }
         if (kinds == 0 || (kind & kinds) != 0) {
             if (kind == kNodeElement) {
@@ -324,9 +324,9 @@ HVString HVXMLDocument::GetNodeName() const
     case kNodeDocumentType: {
         // "<!DOCTYPE name ...": the second word.
         size_t i = 2;
-        while (i < node.size() && !T::IsSpace(node[i]) && node[i] != u'>' && node[i] != u'[')
+        while (i < node.size() && !Tok::IsSpace(node[i]) && node[i] != u'>' && node[i] != u'[')
             ++i;
-        while (i < node.size() && T::IsSpace(node[i]))
+        while (i < node.size() && Tok::IsSpace(node[i]))
             ++i;
         return HVString(Word(node, i));
     }

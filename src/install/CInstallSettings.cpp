@@ -6,14 +6,14 @@
 
 namespace
 {
-bool IsSeparator(char16_t c) { return c == u'\\' || c == u'/'; }
-bool IsBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+bool IsPathSeparator(char16_t c) { return c == u'\\' || c == u'/'; }
+bool IsAsciiSpace(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
 
 std::u16string_view Trim(std::u16string_view t)
 {
-    while (!t.empty() && IsBlank(t.front()))
+    while (!t.empty() && IsAsciiSpace(t.front()))
         t.remove_prefix(1);
-    while (!t.empty() && IsBlank(t.back()))
+    while (!t.empty() && IsAsciiSpace(t.back()))
         t.remove_suffix(1);
     return t;
 }
@@ -23,19 +23,19 @@ bool HasDrive(std::u16string_view p)
     return p.size() >= 2 && p[1] == u':' && ((p[0] >= u'A' && p[0] <= u'Z') || (p[0] >= u'a' && p[0] <= u'z'));
 }
 
-bool IsAbsolute(std::u16string_view p) { return HasDrive(p) || (p.size() >= 2 && IsSeparator(p[0]) && IsSeparator(p[1])); }
+bool IsAbsolute(std::u16string_view p) { return HasDrive(p) || (p.size() >= 2 && IsPathSeparator(p[0]) && IsPathSeparator(p[1])); }
 
 // Length of the part of a path that ".." never climbs above, and its normalised text.
 size_t RootOf(std::u16string_view p, HVString& root)
 {
     auto component = [&](size_t from) {
         size_t end = from;
-        while (end < p.size() && !IsSeparator(p[end]))
+        while (end < p.size() && !IsPathSeparator(p[end]))
             ++end;
         return end;
     };
-    if (p.size() >= 4 && IsSeparator(p[0]) && IsSeparator(p[1]) && (p[2] == u'?' || p[2] == u'.') &&
-        IsSeparator(p[3])) {
+    if (p.size() >= 4 && IsPathSeparator(p[0]) && IsPathSeparator(p[1]) && (p[2] == u'?' || p[2] == u'.') &&
+        IsPathSeparator(p[3])) {
         // "\\?\C:\..." or "\\?\UNC\server\share\..."
         const std::u16string_view rest = p.substr(4);
         root = u"\\\\";
@@ -47,7 +47,7 @@ size_t RootOf(std::u16string_view p, HVString& root)
             return 6;
         }
         if (rest.size() >= 3 && (rest.substr(0, 3) == u"UNC" || rest.substr(0, 3) == u"unc") &&
-            (rest.size() == 3 || IsSeparator(rest[3]))) {
+            (rest.size() == 3 || IsPathSeparator(rest[3]))) {
             const size_t server = component(8);
             const size_t share = component(server + 1);
             root += u"UNC\\";
@@ -61,7 +61,7 @@ size_t RootOf(std::u16string_view p, HVString& root)
         }
         return 4;
     }
-    if (p.size() >= 2 && IsSeparator(p[0]) && IsSeparator(p[1])) {
+    if (p.size() >= 2 && IsPathSeparator(p[0]) && IsPathSeparator(p[1])) {
         const size_t server = component(2);
         const size_t share = server < p.size() ? component(server + 1) : server;
         root = u"\\\\";
@@ -78,7 +78,7 @@ size_t RootOf(std::u16string_view p, HVString& root)
         root += u'\\';
         return 2;
     }
-    if (!p.empty() && IsSeparator(p[0])) {
+    if (!p.empty() && IsPathSeparator(p[0])) {
         root = u"\\";
         return 1;
     }
@@ -130,7 +130,7 @@ HVString CInstallSettings::ResolveFolder(const HVString& installXmlPath, std::u1
         return NormalizeFolder(value);
     const std::u16string_view xml = installXmlPath.view();
     size_t cut = xml.size();
-    while (cut > 0 && !IsSeparator(xml[cut - 1]))
+    while (cut > 0 && !IsPathSeparator(xml[cut - 1]))
         --cut;
     HVString joined(xml.substr(0, cut));
     if (!joined.IsEmpty())
@@ -148,7 +148,7 @@ HVString CInstallSettings::NormalizeFolder(std::u16string_view path)
     size_t i = rootLength;
     while (i < path.size()) {
         size_t end = i;
-        while (end < path.size() && !IsSeparator(path[end]))
+        while (end < path.size() && !IsPathSeparator(path[end]))
             ++end;
         const std::u16string_view part = path.substr(i, end - i);
         if (part == u"..") {

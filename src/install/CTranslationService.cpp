@@ -8,7 +8,7 @@
 
 namespace
 {
-bool IsBlank(char16_t ch) { return ch == u' ' || ch == u'\t'; }
+bool IsSpaceOrTab(char16_t ch) { return ch == u' ' || ch == u'\t'; }
 bool IsLineBreak(char16_t ch) { return ch == u'\r' || ch == u'\n'; }
 
 // Where the part that starts at `start` ends: after the next run of line breaks, or at the
@@ -186,10 +186,10 @@ HVString CTranslationService::Unescape(std::u16string_view text)
             // A wrapped line: drop the blanks before it, the breaks, and the indentation
             // after it; one space stands for all of it unless it is at either end.
             int32_t length = result.GetLength();
-            while (length > 0 && IsBlank(result[length - 1]))
+            while (length > 0 && IsSpaceOrTab(result[length - 1]))
                 --length;
             result.Truncate(length);
-            while (i < n && (IsLineBreak(text[i]) || IsBlank(text[i])))
+            while (i < n && (IsLineBreak(text[i]) || IsSpaceOrTab(text[i])))
                 ++i;
             if (length > 0 && i < n)
                 result += u' ';

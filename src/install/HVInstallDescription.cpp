@@ -5,7 +5,7 @@
 
 namespace
 {
-bool IsBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+bool IsXmlSpace(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
 }   // namespace
 
 bool HVInstallDescription::SetText(const HVString& text)
@@ -66,9 +66,9 @@ bool HVInstallDescription::ParseInteger(std::u16string_view text, int32_t& value
 {
     size_t i = 0;
     size_t end = text.size();
-    while (i < end && IsBlank(text[i]))
+    while (i < end && IsXmlSpace(text[i]))
         ++i;
-    while (end > i && IsBlank(text[end - 1]))
+    while (end > i && IsXmlSpace(text[end - 1]))
         --end;
     bool negative = false;
     if (i < end && (text[i] == u'-' || text[i] == u'+')) {

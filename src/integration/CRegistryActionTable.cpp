@@ -6,7 +6,7 @@
 
 namespace
 {
-struct Row
+struct ActionRow
 {
     const char16_t* text;    // a whole line, or the key-and-name part of a translated one
     const char16_t* action;  // English AutoPlay action text, translated at build time
@@ -14,7 +14,7 @@ struct Row
 };
 
 // clang-format off
-const Row kRows[] = {
+const ActionRow kActionRows[] = {
     {u"HKEY_CLASSES_ROOT", nullptr, false},
     {u"[PRODUCTWITHVERSION].File|Default|[PRODUCTNAME] file|STRING|MODIFY", nullptr, false},  // 1
     {u"[PRODUCTWITHVERSION].File\\shell|Default|Play|STRING|MODIFY", nullptr, false},  // 2
@@ -131,8 +131,8 @@ const Row kRows[] = {
 std::vector<HVString> CRegistryActionTable::Lines(bool withLauncher)
 {
     std::vector<HVString> lines;
-    lines.reserve(std::size(kRows));
-    for (const Row& row : kRows) {
+    lines.reserve(std::size(kActionRows));
+    for (const ActionRow& row : kActionRows) {
         if (row.launcherOnly && !withLauncher)
             continue;
         if (!row.action) {

@@ -13,7 +13,7 @@
 
 namespace
 {
-constexpr int32_t kShellIntegration = 5;
+constexpr int32_t kShellIntegrationSetting = 5;
 }
 
 CSettingsHelper::CSettingsHelper(const CInstallContext& context) : context_(context)
@@ -66,7 +66,7 @@ bool CSettingsHelper::Store(int32_t id, const HVString& text, int32_t number)
     const bool stored = properties.Open() && (CSettingsTable::StoredAs(id) == CSettingsTable::Stored::Text
                                                   ? properties.SetString(name, text)
                                                   : properties.SetDWORD(name, static_cast<DWORD>(number)));
-    if (stored && id == kShellIntegration)
+    if (stored && id == kShellIntegrationSetting)
         ApplyShellIntegration(number);
     timer.SetResult(stored ? 1 : 0);
     return stored;

@@ -22,7 +22,7 @@ const char* const kSource = "TopLevelExceptionFilter";
 // Process-wide state. Nothing here may allocate once a crash has begun: the heap may be the
 // thing that broke, so the name lives in a fixed buffer and the log lines are the only
 // formatting done.
-HVApp* g_app = nullptr;
+HVApp* g_crashingApp = nullptr;
 wchar_t g_blockName[32] = L"";
 HVHandle g_mapping;
 HVMappedView g_view;
@@ -81,7 +81,7 @@ void StartHandlerProgram()
 
 void HVCrashHandler::Install(HVApp* app)
 {
-    g_app = app;
+    g_crashingApp = app;
     swprintf(g_blockName, sizeof(g_blockName) / sizeof(g_blockName[0]), L"HVCrashInfo%lu",
              static_cast<unsigned long>(::GetCurrentProcessId()));
     g_view.Reset();
@@ -134,14 +134,14 @@ void HVCrashHandler::TopLevelExceptionFilter(EXCEPTION_POINTERS* pointers)
         return;
 
     // An application object that has gone since Install is no longer there to ask.
-    if (!g_app || g_app != HVApp::Get() || !g_app->GetLogger())
+    if (!g_crashingApp || g_crashingApp != HVApp::Get() || !g_crashingApp->GetLogger())
         return;
 
     HVLog::Write(HVLog::kError, kSource, u"Unhandled exception -- program crashing");
-    const UINT message = g_app->GetCurrentMessage();
-    const WPARAM wParam = g_app->GetCurrentWParam();
+    const UINT message = g_crashingApp->GetCurrentMessage();
+    const WPARAM wParam = g_crashingApp->GetCurrentWParam();
     HVLog::Write(HVLog::kError, kSource, u"Message: %d, wParam: %d, lParam: %d", message, wParam,
-                 g_app->GetCurrentLParam());
+                 g_crashingApp->GetCurrentLParam());
     if (message == kCommandMessage && wParam)
     {
         const auto* pair = reinterpret_cast<const CommandPair*>(wParam);

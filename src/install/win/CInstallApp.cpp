@@ -18,7 +18,7 @@
 
 namespace
 {
-const char* const kSource = "CInstallApp::Startup";
+const char* const kInstallAppSource = "CInstallApp::Startup";
 
 const char16_t* YesNo(bool value) { return value ? u"yes" : u"no"; }
 }
@@ -111,7 +111,7 @@ bool CInstallApp::Startup()
     const bool f = ::GetKeyState('F') < 0;
     if (CEnvironmentChecks::SkipRequested(ctrl, shift, f))
     {
-        HVLog::Write(HVLog::kWarning, kSource, u"Ctrl+Shift+F held: environment checks skipped");
+        HVLog::Write(HVLog::kWarning, kInstallAppSource, u"Ctrl+Shift+F held: environment checks skipped");
     }
     else if (!CheckEnvironment())
     {
@@ -136,7 +136,7 @@ void CInstallApp::TakeSingleInstanceMutex()
 {
     mutex_.Reset(::CreateMutexW(nullptr, FALSE, kMutexName));
     mutexError_ = ::GetLastError();
-    HVLog::Write(HVLog::kInfo, kSource, u"Single-instance mutex: %s (error %d)",
+    HVLog::Write(HVLog::kInfo, kInstallAppSource, u"Single-instance mutex: %s (error %d)",
                  mutex_ ? u"created or opened" : u"not available", mutexError_);
 }
 
@@ -160,7 +160,7 @@ void CInstallApp::RemoveStaleVirtualStoreKeys()
         if (!HVRegKey::KeyExists(store.key.Get(), u"Halvard"))
             continue;
         const bool deleted = store.key.DeleteSubKey(u"Halvard");
-        HVLog::Write(HVLog::kInfo, kSource, u"VirtualStore %s\\Halvard: %s", store.path,
+        HVLog::Write(HVLog::kInfo, kInstallAppSource, u"VirtualStore %s\\Halvard: %s", store.path,
                      deleted ? u"deleted" : u"kept (it has subkeys)");
     }
 }
@@ -169,11 +169,11 @@ void CInstallApp::ReadSetupFolder()
 {
     CSetupFolders::Apply(GetSetupFolder(), [](const HVString& path) { return HVFileSystem::Exists(path, false); },
                          options_);
-    HVLog::Write(HVLog::kInfo, kSource, u"Setup folder: %s", GetSetupFolder());
-    HVLog::Write(HVLog::kInfo, kSource, u"Install description: %s", options_.installDescriptionPath);
+    HVLog::Write(HVLog::kInfo, kInstallAppSource, u"Setup folder: %s", GetSetupFolder());
+    HVLog::Write(HVLog::kInfo, kInstallAppSource, u"Install description: %s", options_.installDescriptionPath);
 
     if (!description_.Load(options_.installDescriptionPath))
-        HVLog::Write(HVLog::kWarning, kSource, u"Install description not readable: the defaults apply");
+        HVLog::Write(HVLog::kWarning, kInstallAppSource, u"Install description not readable: the defaults apply");
     const CInstallSettings settings = CInstallSettings::Read(
         description_, options_.installDescriptionPath,
         [](const HVString& folder) { return HVFileSystem::FolderExists(folder); });
@@ -181,7 +181,7 @@ void CInstallApp::ReadSetupFolder()
         options_.supportFolder = settings.GetSupportFolder();
     options_.allowDowngrade = settings.GetAllowDowngrade();
     options_.bundledMediaFolder = settings.GetBundledMediaFolder();
-    HVLog::Write(HVLog::kInfo, kSource, u"Install settings %s; support %s, library %s, bundled media \"%s\", allow downgrade %s",
+    HVLog::Write(HVLog::kInfo, kInstallAppSource, u"Install settings %s; support %s, library %s, bundled media \"%s\", allow downgrade %s",
                  settings.Applies() ? u"read" : u"not applicable", options_.supportFolder, options_.libraryFolder,
                  options_.bundledMediaFolder, YesNo(options_.allowDowngrade));
 
@@ -189,8 +189,8 @@ void CInstallApp::ReadSetupFolder()
                                                   description_.GetText(u"/*/Product/Features"));
 
     for (const HVString& piece : CCommandLineParser::Parse(GetCommandLine(), options_))
-        HVLog::Write(HVLog::kWarning, kSource, u"Unknown option ignored: /%s", piece);
-    HVLog::Write(HVLog::kInfo, kSource,
+        HVLog::Write(HVLog::kWarning, kInstallAppSource, u"Unknown option ignored: /%s", piece);
+    HVLog::Write(HVLog::kInfo, kInstallAppSource,
                  u"Options: silent %s, upgrade %s, no associations %s, no dependencies %s, no upgrade %s, "
                  u"no driver %s, no run %s, distributor \"%s\"",
                  YesNo(options_.silent), YesNo(options_.upgrade), YesNo(options_.noAssociations),
@@ -202,7 +202,7 @@ bool CInstallApp::ShowHelpIfAsked()
 {
     if (!options_.help)
         return false;
-    HVLog::Write(HVLog::kInfo, kSource, u"Switch list shown");
+    HVLog::Write(HVLog::kInfo, kInstallAppSource, u"Switch list shown");
     HVMessageBox::Show(nullptr, HVTranslator::Translate(CCommandLineParser::HelpText()),
                        HVTranslator::Translate(u"Install Wizard"), MB_OK | MB_ICONINFORMATION);
     SetExitCode(kExitInstalled);
@@ -238,10 +238,10 @@ bool CInstallApp::JudgeSingleInstance()
 {
     if (mutexError_ != ERROR_ALREADY_EXISTS && mutexError_ != ERROR_ACCESS_DENIED)
     {
-        HVLog::Write(HVLog::kInfo, kSource, u"No other installer is running");
+        HVLog::Write(HVLog::kInfo, kInstallAppSource, u"No other installer is running");
         return true;
     }
-    HVLog::Write(HVLog::kWarning, kSource, u"Another installer is running (error %d)", mutexError_);
+    HVLog::Write(HVLog::kWarning, kInstallAppSource, u"Another installer is running (error %d)", mutexError_);
     const HVString text =
         HVTranslator::Translate(u"Another instance of the Halvard installer is already running on this system.\r\n\r\n") +
         HVTranslator::Translate(u"Please finish any other Halvard installations and try again.");

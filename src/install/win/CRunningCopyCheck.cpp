@@ -8,7 +8,7 @@
 
 namespace
 {
-const char* const kSource = "CRunningCopyCheck::Run";
+const char* const kRunningCopySource = "CRunningCopyCheck::Run";
 }
 
 CRunningCopyCheck::CRunningCopyCheck(Product product, bool silent, ShowBox showBox)
@@ -30,7 +30,7 @@ bool CRunningCopyCheck::Run()
 {
     if (!product_.isRunning())
         return true;
-    HVLog::Write(HVLog::kInfo, kSource, u"%s is running", product_.displayName);
+    HVLog::Write(HVLog::kInfo, kRunningCopySource, u"%s is running", product_.displayName);
 
     if (!silent_)
     {
@@ -38,7 +38,7 @@ bool CRunningCopyCheck::Run()
                                   Text(u"Do you want Install Wizard to close %s and continue setup?");
         if (showBox_(question, HVString(), MB_YESNO | MB_ICONQUESTION) != IDYES)
         {
-            HVLog::Write(HVLog::kInfo, kSource, u"The user chose not to close it");
+            HVLog::Write(HVLog::kInfo, kRunningCopySource, u"The user chose not to close it");
             declined_ = true;
             return false;
         }
@@ -65,7 +65,7 @@ bool CRunningCopyCheck::Run()
 
     if (product_.isRunning())
     {
-        HVLog::Write(HVLog::kWarning, kSource, u"%s did not close; asking the user", product_.displayName);
+        HVLog::Write(HVLog::kWarning, kRunningCopySource, u"%s did not close; asking the user", product_.displayName);
         const HVString text = Text(u"Install Wizard could not close the running copy of %s.\r\n") +
                               Text(u"Please manually close %s and then press 'OK'.\r\n\r\n") +
                               Text(u"If you can not close %s restart your computer and run Install Wizard again.");
@@ -75,10 +75,10 @@ bool CRunningCopyCheck::Run()
             const HVString error = Text(u"%s is still running.  Install Wizard can not continue.\r\n\r\n") +
                                    Text(u"Please restart your computer and run Install Wizard again.");
             showBox_(error, HVTranslator::Translate(u"Install Wizard Error"), MB_OK | MB_ICONERROR);
-            HVLog::Write(HVLog::kError, kSource, u"%s is still running", product_.displayName);
+            HVLog::Write(HVLog::kError, kRunningCopySource, u"%s is still running", product_.displayName);
             return false;
         }
     }
-    HVLog::Write(HVLog::kInfo, kSource, u"%s is closed", product_.displayName);
+    HVLog::Write(HVLog::kInfo, kRunningCopySource, u"%s is closed", product_.displayName);
     return true;
 }

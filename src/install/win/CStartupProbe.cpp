@@ -18,7 +18,7 @@
 
 namespace
 {
-const char* const kSource = "CStartupProbe";
+const char* const kStartupProbeSource = "CStartupProbe";
 }
 
 CStartupProbe::CStartupProbe(const CProductIdentity& product, const HVInstallDescription& description,
@@ -30,7 +30,7 @@ CStartupProbe::CStartupProbe(const CProductIdentity& product, const HVInstallDes
 bool CStartupProbe::HasWriteRights()
 {
     const bool rights = RegistryWriteTest();
-    HVLog::Write(HVLog::kInfo, kSource, u"Registry write test: %s", rights ? u"passed" : u"failed");
+    HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"Registry write test: %s", rights ? u"passed" : u"failed");
     return rights;
 }
 
@@ -62,12 +62,12 @@ void CStartupProbe::StopProductService()
     const HVString folder = product_.GetEarlierInstallationFolder();
     if (folder.IsEmpty())
     {
-        HVLog::Write(HVLog::kInfo, kSource, u"No earlier installation: no service to stop");
+        HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"No earlier installation: no service to stop");
         return;
     }
     int exitCode = -1;
     const bool ran = RunProgram(folder + u"HVService.exe", u"/Stop", SW_HIDE, true, true, &exitCode);
-    HVLog::Write(HVLog::kInfo, kSource, u"Service stop in %s: %s (exit code %d)", folder,
+    HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"Service stop in %s: %s (exit code %d)", folder,
                  ran ? u"done" : u"failed", exitCode);
 }
 
@@ -77,7 +77,7 @@ HVString CStartupProbe::InstalledBrowserVersion()
     HVRegKey key;
     if (key.Open(HKEY_LOCAL_MACHINE, u"Software\\Microsoft\\Internet Explorer", KEY_READ))
         key.QueryString(u"Version", version);
-    HVLog::Write(HVLog::kInfo, kSource, u"Internet Explorer version: %s", version);
+    HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"Internet Explorer version: %s", version);
     return version;
 }
 
@@ -99,14 +99,14 @@ uint32_t CStartupProbe::ProcessorFeatures()
             edx &= ~CEnvironmentChecks::kSSE2Bit;
         return edx;
     }();
-    HVLog::Write(HVLog::kInfo, kSource, u"CPUID 1 EDX: 0x%08X", features);
+    HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"CPUID 1 EDX: 0x%08X", features);
     return features;
 }
 
 int32_t CStartupProbe::WindowsVersionCode()
 {
     const HVSystemIdentity& system = HVSystemIdentity::Current();
-    HVLog::Write(HVLog::kInfo, kSource, u"Windows: %s (%d.%d.%d), code %d", system.GetName(), system.GetMajor(),
+    HVLog::Write(HVLog::kInfo, kStartupProbeSource, u"Windows: %s (%d.%d.%d), code %d", system.GetName(), system.GetMajor(),
                  system.GetMinor(), system.GetBuild(), system.GetCode());
     return system.GetCode();
 }

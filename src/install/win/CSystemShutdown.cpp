@@ -9,7 +9,7 @@
 
 namespace
 {
-constexpr const char* kSource = "CSystemShutdown::Shutdown";
+constexpr const char* kShutdownSource = "CSystemShutdown::Shutdown";
 
 using OpenProcessTokenFn = BOOL(WINAPI*)(HANDLE, DWORD, PHANDLE);
 using LookupPrivilegeValueFn = BOOL(WINAPI*)(LPCWSTR, LPCWSTR, PLUID);
@@ -17,7 +17,7 @@ using AdjustTokenPrivilegesFn = BOOL(WINAPI*)(HANDLE, BOOL, PTOKEN_PRIVILEGES, D
 using SetSuspendStateFn = BOOLEAN(WINAPI*)(BOOLEAN, BOOLEAN, BOOLEAN);
 
 template <class Fn>
-Fn Lookup(const HVModule& module, const char* name)
+Fn LookupInModule(const HVModule& module, const char* name)
 {
     return module ? reinterpret_cast<Fn>(reinterpret_cast<void*>(::GetProcAddress(module.Get(), name))) : nullptr;
 }
@@ -37,9 +37,9 @@ class ShutdownPrivilege
 public:
     ShutdownPrivilege() : advapi_(::LoadLibraryW(L"Advapi32.dll"))
     {
-        const auto open = Lookup<OpenProcessTokenFn>(advapi_, "OpenProcessToken");
-        const auto lookup = Lookup<LookupPrivilegeValueFn>(advapi_, "LookupPrivilegeValueW");
-        adjust_ = Lookup<AdjustTokenPrivilegesFn>(advapi_, "AdjustTokenPrivileges");
+        const auto open = LookupInModule<OpenProcessTokenFn>(advapi_, "OpenProcessToken");
+        const auto lookup = LookupInModule<LookupPrivilegeValueFn>(advapi_, "LookupPrivilegeValueW");
+        adjust_ = LookupInModule<AdjustTokenPrivilegesFn>(advapi_, "AdjustTokenPrivileges");
         HANDLE token = nullptr;
         if (!open || !lookup || !adjust_ || !open(::GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &token))
             return;
@@ -50,7 +50,7 @@ public:
         const bool enabled = lookup(nullptr, L"SeShutdownPrivilege", &privileges.Privileges[0].Luid) &&
                              adjust_(token_.Get(), FALSE, &privileges, 0, nullptr, nullptr) &&
                              ::GetLastError() == ERROR_SUCCESS;
-        HVLog::Write(HVLog::kInfo, kSource, u"Shutdown privilege %s", enabled ? u"enabled" : u"not enabled");
+        HVLog::Write(HVLog::kInfo, kShutdownSource, u"Shutdown privilege %s", enabled ? u"enabled" : u"not enabled");
     }
     ~ShutdownPrivilege()
     {
@@ -69,12 +69,12 @@ private:
 bool EndSession(UINT flags)
 {
     if (SessionEndSuppressed()) {
-        HVLog::Write(HVLog::kInfo, kSource, u"ExitWindowsEx(0x%x) left out (test run)", flags);
+        HVLog::Write(HVLog::kInfo, kShutdownSource, u"ExitWindowsEx(0x%x) left out (test run)", flags);
         return true;
     }
     const bool accepted = ::ExitWindowsEx(flags, SHTDN_REASON_MAJOR_APPLICATION | SHTDN_REASON_MINOR_INSTALLATION |
                                                      SHTDN_REASON_FLAG_PLANNED) != FALSE;
-    HVLog::Write(accepted ? HVLog::kInfo : HVLog::kWarning, kSource, u"ExitWindowsEx(0x%x): %s (error %d)", flags,
+    HVLog::Write(accepted ? HVLog::kInfo : HVLog::kWarning, kShutdownSource, u"ExitWindowsEx(0x%x): %s (error %d)", flags,
                  accepted ? u"accepted" : u"refused", accepted ? 0 : static_cast<int>(::GetLastError()));
     return accepted;
 }
@@ -82,11 +82,11 @@ bool EndSession(UINT flags)
 
 bool CSystemShutdown::Shutdown(Mode mode)
 {
-    HVLog::Write(HVLog::kInfo, kSource, u"mode: %s",
+    HVLog::Write(HVLog::kInfo, kShutdownSource, u"mode: %s",
                  mode == Mode::Restart ? u"Restart" : mode == Mode::PowerOff ? u"Power Off" : u"Suspend");
     if (mode == Mode::Suspend) {
         const HVModule powrprof(::LoadLibraryW(L"PowrProf.dll"));
-        const auto suspend = Lookup<SetSuspendStateFn>(powrprof, "SetSuspendState");
+        const auto suspend = LookupInModule<SetSuspendStateFn>(powrprof, "SetSuspendState");
         if (!suspend || SessionEndSuppressed())
             return suspend != nullptr;
         return suspend(FALSE, FALSE, FALSE) != FALSE;

@@ -23,7 +23,7 @@ HKEY RootKey(CRegistryActionLine::Root root)
     return HKEY_CLASSES_ROOT;
 }
 
-HVString SystemFolder()
+HVString SystemDirectory()
 {
     wchar_t buffer[MAX_PATH + 1] = {};
     const UINT length = ::GetSystemDirectoryW(buffer, MAX_PATH + 1);
@@ -84,7 +84,7 @@ void ApplyRegistryLines(const ShellRegistration& record, const std::vector<HVStr
 {
     CRegistryMacros macros;
     macros.installDir = context.installFolder;
-    macros.systemDir = SystemFolder();
+    macros.systemDir = SystemDirectory();
     macros.currentDir = context.setupFolder;
     macros.productName = context.product.GetDisplayName();
     macros.productWithVersion = record.productWithVersion;

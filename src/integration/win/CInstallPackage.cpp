@@ -31,7 +31,7 @@ namespace
 {
 using Description = CPackageDescription;
 
-HVString T(const char16_t* english)
+HVString Translated(const char16_t* english)
 {
     return HVTranslator::Translate(english);
 }
@@ -39,7 +39,7 @@ HVString T(const char16_t* english)
 template <class... Args>
 HVString TF(const char16_t* english, const Args&... args)
 {
-    return HVString::Format(T(english).c_str(), args...);
+    return HVString::Format(Translated(english).c_str(), args...);
 }
 
 HVString WindowsFolder(UINT(WINAPI* get)(LPWSTR, UINT))
@@ -83,7 +83,7 @@ bool CInstallPackage::Fail(const HVString& text)
 {
     HVLog::Write(HVLog::kWarning, "CInstallPackage::Install", u"%s", text);
     if (context_.interactive)
-        HVMessageBox::Show(context_.owner, text, T(u"Information"), MB_OK | MB_ICONINFORMATION);
+        HVMessageBox::Show(context_.owner, text, Translated(u"Information"), MB_OK | MB_ICONINFORMATION);
     return false;
 }
 
@@ -158,8 +158,8 @@ bool CInstallPackage::Confirm(const HVString& name)
 {
     if (!context_.interactive)
         return true;
-    const HVString text = name + T(u" is about to install a component.  Do you wish to continue?");
-    return HVMessageBox::Show(context_.owner, text, T(u"Confirm Action"), MB_YESNO | MB_ICONQUESTION) == IDYES;
+    const HVString text = name + Translated(u" is about to install a component.  Do you wish to continue?");
+    return HVMessageBox::Show(context_.owner, text, Translated(u"Confirm Action"), MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 bool CInstallPackage::Install(const HVString& location)
@@ -186,9 +186,9 @@ bool CInstallPackage::Install(const HVString& location)
     if (got.result == HVHttpReader::Result::HttpStatus)
         reason = TF(u"Server returned: %d %s", got.statusCode, got.statusText);
     else if (got.result != HVHttpReader::Result::Ok)
-        reason = T(u"Internet error.");
+        reason = Translated(u"Internet error.");
     else if (got.received == 0 || (got.announced != 0 && got.received < got.announced))
-        reason = T(u"The downloaded file is damaged or not the expected one.");
+        reason = Translated(u"The downloaded file is damaged or not the expected one.");
     if (!reason.IsEmpty()) {
         HVFileSystem::DeleteFile(path);
         return FailPackage(reason, location);
@@ -203,7 +203,7 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
     const HVString archiveName = HVFileSystemPath::GetFileName(path);
     std::vector<uint8_t> bytes;
     if (!HVZipUnpacker::ReadArchive(path, bytes))
-        return FailPackage(T(u"The package can't be read."), location);
+        return FailPackage(Translated(u"The package can't be read."), location);
 
     HVZipReader reader;
     if (!reader.Open(bytes.data(), bytes.size())) {
@@ -218,7 +218,7 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
     }
     CPackageDescription description;
     if (!ReadDescription(reader, description) || !description.HasActions())
-        return FailPackage(T(u"The package holds no description of what to install."), location);
+        return FailPackage(Translated(u"The package holds no description of what to install."), location);
     // Without a name of its own the package is called by its file name, less the extension.
     const int32_t dot = archiveName.ReverseFind(u'.');
     const HVString name = !description.name.IsEmpty() ? description.name : dot > 0 ? archiveName.Left(dot) : archiveName;
@@ -266,8 +266,8 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
     const bool stayedOpen = closeProduct && wasRunning && !closed;
     if (ok && (restartProduct || stayedOpen) && running && context_.interactive) {
         const HVString text = TF(u"%s must be restarted to complete installation of the package.\r\n\r\n",
-                                 context_.productName) + T(u"Do you want to restart it now?");
-        if (HVMessageBox::Show(context_.owner, text, T(u"Information"), MB_YESNO | MB_ICONQUESTION) == IDYES &&
+                                 context_.productName) + Translated(u"Do you want to restart it now?");
+        if (HVMessageBox::Show(context_.owner, text, Translated(u"Information"), MB_YESNO | MB_ICONQUESTION) == IDYES &&
             CloseProduct())
             RunProgram(context_.launcherPath, HVString(), SW_SHOWNORMAL, false, false);
     } else if (ok && (startProduct || closed) && !running && !context_.launcherPath.IsEmpty()) {
@@ -294,11 +294,11 @@ bool CInstallPackage::RunPackageActions(const CPackageDescription& description, 
             reader.Extract(static_cast<size_t>(main), mainXml);
         const HVString text = HVTextDecoder::Decode(std::string_view(reinterpret_cast<const char*>(mainXml.data()), mainXml.size()));
         if (main < 0 || !CopyContent(unpacked, SkinFolder(full, text, packageName)))
-            return Fail(T(u"INSTALLSKIN action failed."));
+            return Fail(Translated(u"INSTALLSKIN action failed."));
     }
     if (description.Has(Description::kInstallTrackInfo) &&
         !CopyContent(unpacked, HVProductPaths::GetResourceFolder(context_.installFolder, HVProductPaths::Resource::TrackInfo)))
-        return Fail(T(u"INSTALLTRACKINFO action failed."));
+        return Fail(Translated(u"INSTALLTRACKINFO action failed."));
     if (description.Has(Description::kInstallMedia))
         TellMedia(unpacked, false);
     if (description.Has(Description::kPreviewMedia))

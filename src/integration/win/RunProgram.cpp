@@ -12,7 +12,7 @@
 
 namespace
 {
-const char* const kSource = "RunProgram";
+const char* const kRunProgramSource = "RunProgram";
 
 bool Start(const HVString& path, const HVString& parameters, int showMode, bool useShell, HVHandle& process,
            HVHandle& thread)
@@ -34,7 +34,7 @@ bool Start(const HVString& path, const HVString& parameters, int showMode, bool 
         return true;
     }
 
-    HVLog::Write(HVLog::kInfo, kSource, u"Performing ShellExecute...");
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Performing ShellExecute...");
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof(info);
     info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
@@ -65,28 +65,28 @@ bool RunProgram(const HVString& path, const HVString& parameters, int showMode, 
 {
     if (exitCode)
         *exitCode = -1;
-    HVLog::Write(HVLog::kInfo, kSource, u"Filename: %s / Parameters: %s", path, parameters);
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Filename: %s / Parameters: %s", path, parameters);
 
     HVHandle process;
     HVHandle thread;
     if (!Start(path, parameters, showMode, useShell, process, thread))
     {
-        HVLog::Write(HVLog::kError, kSource, u"Failed to start (error %d)", ::GetLastError());
+        HVLog::Write(HVLog::kError, kRunProgramSource, u"Failed to start (error %d)", ::GetLastError());
         return false;
     }
-    HVLog::Write(HVLog::kInfo, kSource, u"Running process...");
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Running process...");
     if (!wait)
         return true;
     if (!process)
     {
         // The shell handed the file to a program that was already running (a document
         // opened in an existing window): there is nothing of ours to wait for.
-        HVLog::Write(HVLog::kInfo, kSource, u"No process to wait for");
+        HVLog::Write(HVLog::kInfo, kRunProgramSource, u"No process to wait for");
         return true;
     }
 
-    HVLog::Write(HVLog::kInfo, kSource, u"Waiting for completion");
-    HVLogTimer timer(kSource, HVLog::kInfo);
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Waiting for completion");
+    HVLogTimer timer(kRunProgramSource, HVLog::kInfo);
     const DWORD slice = pumpMessages ? 10 : 500;
     const auto start = std::chrono::steady_clock::now();
     HANDLE handles[2] = {process.Get(), cancelEvent};
@@ -98,13 +98,13 @@ bool RunProgram(const HVString& path, const HVString& parameters, int showMode, 
             break;
         if (result == WAIT_OBJECT_0 + 1)
         {
-            HVLog::Write(HVLog::kWarning, kSource, u"Cancel");
+            HVLog::Write(HVLog::kWarning, kRunProgramSource, u"Cancel");
             EndProcess(process.Get());
             return false;
         }
         if (result != WAIT_TIMEOUT)
         {
-            HVLog::Write(HVLog::kError, kSource, u"Unknown wait code (%d)", result);
+            HVLog::Write(HVLog::kError, kRunProgramSource, u"Unknown wait code (%d)", result);
             EndProcess(process.Get());
             return false;
         }
@@ -114,14 +114,14 @@ bool RunProgram(const HVString& path, const HVString& parameters, int showMode, 
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
         if (timeoutMs > 0 && elapsed > timeoutMs)
         {
-            HVLog::Write(HVLog::kWarning, kSource, u"Timeout");
+            HVLog::Write(HVLog::kWarning, kRunProgramSource, u"Timeout");
             EndProcess(process.Get());
             return false;
         }
     }
 
-    HVLog::Write(HVLog::kInfo, kSource, u"Done waiting");
-    HVLog::Write(HVLog::kInfo, kSource, u"Finished");
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Done waiting");
+    HVLog::Write(HVLog::kInfo, kRunProgramSource, u"Finished");
     if (exitCode)
     {
         DWORD code = 0;
