@@ -113,8 +113,9 @@ void CLicensePpg::Start(bool leaving)
     CInstallWizard& wizard = InstallWizard();
     // Later pages need to know whether there is an earlier installation.
     wizard.EarlierInstallationFolder();
+    // Opened, not created: a run cancelled on the next page must leave no key behind.
     HVRegKey installer;
-    installer.Create(Product().GetRegistryHive(), Product().GetInstallerKey());
+    installer.Open(Product().GetRegistryHive(), Product().GetInstallerKey(), KEY_READ | KEY_WRITE);
     DWORD runAutoInstall = 0;
     if (installer.IsOpen())
         installer.QueryDWORD(u"Run Auto Install", runAutoInstall);
