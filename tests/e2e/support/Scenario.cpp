@@ -298,8 +298,9 @@ void RunScenario(const Scenario& scenario)
         std::cout << "[ SKIPPED  ] " << scenario.name << ": no read-only setup folder (IW_READ_ONLY_SETUP)\n";
         return;
     }
+    const ULONGLONG start = ::GetTickCount64();
     ResetMachine();
     Run(scenario, place);
-    ResetMachine();
+    std::cout << "[ row      ] " << scenario.name << " (" << (::GetTickCount64() - start) / 100 / 10.0 << " s)\n";
 }
 }

@@ -78,6 +78,7 @@ struct Scenario
 // Next on the page after typing `text` into its edit field.
 WizardStep TypeOn(const std::wstring& page, const std::wstring& text);
 
-// Runs the row; failures are reported as test failures naming the row.
+// Runs the row on a fresh machine and leaves what it wrote there (the next row, or the table's
+// end, resets); failures are reported as test failures naming the row.
 void RunScenario(const Scenario& scenario);
 }
