@@ -1,6 +1,6 @@
 // The install itself, end to end: InstallWizard.exe /Silent on the sample setup folder, with
-// earlier versions' leftovers, files in use and broken setup folders arranged beforehand, and
-// the machine read back afterwards.
+// earlier versions' leftovers arranged beforehand, and the machine read back afterwards (the
+// other whole runs are rows of tests/scenarios).
 #include "E2ESupport.h"
 
 #include "engine/CInstallRecord.h"
@@ -11,16 +11,12 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <cstring>
 
 namespace
 {
 const std::wstring kRegistered = L"Software\\Halvard\\Sonora 32\\Registered";
 const std::wstring kJournal = L"Software\\Halvard\\Sonora 32\\Installer\\Finalize";
 const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
-const std::wstring kSessionManager = L"System\\CurrentControlSet\\Control\\Session Manager";
-const std::wstring kCopyFailed = L"Install Wizard could not copy necessary files to the destination folder.";
 
 std::wstring Windows() { return e2e::Expand(L"%SystemRoot%\\"); }
 
@@ -37,17 +33,6 @@ const InstallChange* Find(const CInstallRecord::Contents& record, InstallChange:
         return change.kind == kind && change.path.StartsWithNoCase(HVString(path.c_str()));
     });
     return found == record.changes.end() ? nullptr : &*found;
-}
-
-// The version resource's fixed part patched to another major version: a copy of a program that
-// looks newer (or older) to the installer.
-std::string WithMajorVersion(std::string bytes, uint16_t major)
-{
-    const char signature[] = {'\xBD', '\x04', '\xEF', '\xFE'};
-    const size_t at = bytes.find(std::string(signature, 4));
-    if (at != std::string::npos)
-        std::memcpy(&bytes[at + 10], &major, sizeof major);  // high word of the file version
-    return bytes;
 }
 
 using InstallTest = e2e::FreshMachineTest;
@@ -147,90 +132,4 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     EXPECT_EQ(record.changes.back().path, u"0");
 }
 
-// Files in use: replaced at the next restart when Windows can do it, otherwise staged and left
-// to the journal that the product completes at the next logon.
-TEST_F(InstallTest, FilesInUseAreDeferredAndJournaled)
-{
-    const std::wstring dest = e2e::DefaultDestination();
-    for (const bool restartReplace : {true, false}) {
-        SCOPED_TRACE(restartReplace ? "replace at restart" : "journal");
-        SetUp();
-        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_RESTART_REPLACE", restartReplace ? nullptr : L"1");
-        ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Data\\Startup Tips.txt", "obsolete"));
-        ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Plugins\\in_oldtracker.dll", "obsolete"));
-        {
-            const e2e::HeldFileLock tips(dest + L"Data\\Startup Tips.txt");
-            const e2e::HeldFileLock tracker(dest + L"Plugins\\in_oldtracker.dll");
-            const e2e::HeldFileLock shell(dest + L"HVShellExt.dll");
-            ASSERT_TRUE(tips.IsHeld() && tracker.IsHeld() && shell.IsHeld());
-
-            const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
-            // A deferred program file needs a restart.
-            ASSERT_TRUE(install.result.ExitedWith(3010)) << install.Describe();
-            const auto journal = [&](const wchar_t* name) { return e2e::RegString(HKEY_CURRENT_USER, kJournal, name); };
-            EXPECT_EQ(journal(L"Delete File (0)"), dest + L"Plugins\\in_oldtracker.dll|_DELETEFILE");
-            EXPECT_EQ(journal(L"Delete File (1)"), dest + L"Data\\Startup Tips.txt|_DELETEFILE");
-            EXPECT_EQ(journal(L"Register File (0)"), dest + L"HVShellExt.dll|_REGISTERFILE");
-            EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"),
-                      L"\"" + dest + L"PackageInstaller.exe\" \"/FinishInstall\"");
-            const auto pending = e2e::RegMultiString(HKEY_LOCAL_MACHINE, kSessionManager, L"PendingFileRenameOperations");
-            const std::wstring staged = dest + L"Setup\\HVShellExt.dll";
-            const bool scheduled = pending && std::find_if(pending->begin(), pending->end(), [&](const std::wstring& s) {
-                                                  return s.find(staged) != std::wstring::npos;
-                                              }) != pending->end();
-            EXPECT_EQ(scheduled, restartReplace);
-            EXPECT_EQ(journal(L"Install File (0)"),
-                      restartReplace ? std::optional<std::wstring>() : std::optional<std::wstring>(staged + L"|" + dest + L"HVShellExt.dll"));
-            EXPECT_EQ(e2e::ReadFileText(staged), e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\HVShellExt.dll"));
-            // A restart is pending: the product is not started from the hand-over file.
-            EXPECT_EQ(GetFileAttributesW((e2e::MediaFolder() + L"Finish.txt").c_str()), INVALID_FILE_ATTRIBUTES);
-        }
-        TearDown();
-    }
-}
-
-TEST_F(InstallTest, ANewerInstalledVersionIsKept)
-{
-    const std::wstring dest = e2e::DefaultDestination();
-    const std::string newer = WithMajorVersion(e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\Sonora 32.exe"), 40);
-    ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Sonora 32.exe", newer));
-    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
-                                  dest + L"Sonora.exe"));
-    const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent");
-    ASSERT_TRUE(install.result.ExitedWith(0)) << install.Describe();
-    EXPECT_TRUE(install.Logged(L"copy and plug-ins left out")) << install.Describe();
-    EXPECT_EQ(e2e::ReadFileText(dest + L"Sonora 32.exe"), newer);
-    // Only the dependencies ran: the bundled media came.
-    EXPECT_EQ(e2e::ListTree(dest), (std::vector<std::wstring>{L"Install Record.txt", L"Media\\Playlist.mpl",
-                                                               L"Media\\Welcome Tone.wav", L"Sonora 32.exe"}));
-}
-
-TEST_F(InstallTest, ABrokenSetupFolderInstallsNothing)
-{
-    for (const wchar_t* missing : {L"Listenwell", L"System"}) {
-        SCOPED_TRACE(e2e::Utf8(missing));
-        const std::wstring setup = e2e::ScratchFolder(L"BrokenSetup");
-        ASSERT_TRUE(e2e::CopyTree(e2e::MediaFolder(), setup));
-        ASSERT_TRUE(e2e::DeleteTree(setup + missing + L"\\"));
-        const e2e::SetupRun install = e2e::RunSetup(
-            setup, L"/Silent", {{.title = L"Install Error", .text = kCopyFailed, .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
-        EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();
-        EXPECT_EQ(install.result.dialogs.size(), 1u);
-        // The destination check may have made the folder; nothing went into it.
-        EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
-    }
-}
-
-TEST_F(InstallTest, ALauncherInUseAsksToRetryOrCancel)
-{
-    const std::wstring launcher = e2e::DefaultDestination() + L"Sonora.exe";
-    ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
-    const e2e::HeldFileLock lock(launcher);
-    ASSERT_TRUE(lock.IsHeld());
-    const e2e::SetupRun install = e2e::RunSetup({}, L"/Silent", {{.title = L"Failure Copying System File",
-                                            .text = L"Please ensure that the file '" + launcher + L"' is not in use.",
-                                            .button = IDCANCEL, .times = 1}});
-    EXPECT_TRUE(install.result.ExitedWith(1603)) << install.Describe();
-    EXPECT_EQ(GetFileAttributesW((e2e::DefaultDestination() + L"Sonora 32.exe").c_str()), INVALID_FILE_ATTRIBUTES);
-}
 } // namespace

@@ -17,9 +17,9 @@ namespace
 const std::wstring kUnattended = L"/Silent /SuppressMessages";
 
 // Ends the run at the first window of the program that becomes visible (the driver lists it).
-e2e::SetupRun RunUnseen(const std::wstring& arguments = kUnattended, const std::wstring& setupFolder = {})
+e2e::SetupRun RunUnseen()
 {
-    return e2e::RunSetup({.setupFolder = setupFolder, .commandLine = arguments, .timeoutMs = 30000,
+    return e2e::RunSetup({.commandLine = kUnattended, .timeoutMs = 30000,
                           .onPoll = [](DWORD id) { return e2e::ListTopLevelWindows(id, true).empty(); }, .roundMs = 20});
 }
 
@@ -38,34 +38,6 @@ TEST_F(Unattended, AnUnsupportedWindowsVersionEndsWith1633)
     EXPECT_TRUE(run.Logged(BoxLine(L"text: The Sonora Install Wizard can not run on this version of Microsoft Windows. "
                                    L"Sonora requires Windows 2000 or later.  Setup will now abort.")))
         << run.Describe();
-}
-
-TEST_F(Unattended, ALockedCoreFileEndsWith1603WithoutRetrying)
-{
-    const std::wstring launcher = e2e::DefaultDestination() + L"Sonora.exe";
-    ASSERT_TRUE(e2e::WriteFileBytes(launcher, "running"));
-    const e2e::HeldFileLock lock(launcher);
-    ASSERT_TRUE(lock.IsHeld()) << e2e::Utf8(lock.Error());
-    const e2e::SetupRun run = RunUnseen();
-    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
-    EXPECT_EQ(e2e::CountOf(e2e::Utf8(run.log), e2e::Utf8(BoxLine(L"title: Failure Copying System File"))), 1)
-        << run.Describe();
-    EXPECT_TRUE(run.Logged(BoxLine(L"text: Please ensure that the file '" + launcher + L"' is not in use.")))
-        << run.Describe();
-    EXPECT_TRUE(run.Logged(L"answered \"Cancel\"")) << run.Describe();
-}
-
-TEST_F(Unattended, ADestinationThatNeedsAPersonEndsWith1603InsteadOfWaiting)
-{
-    const std::wstring setup = e2e::CopySampleSetup(L"UnattendedRootDestination");
-    ASSERT_FALSE(setup.empty());
-    ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/InstallToPath", "C:\\"));
-    const e2e::SetupRun run = RunUnseen(kUnattended, setup);
-    EXPECT_TRUE(run.result.ExitedWith(kExitFatalError)) << run.Describe();
-    // Nobody could correct it: the refusal goes to the log instead of a box.
-    EXPECT_TRUE(run.Logged(L"Invalid Destination Folder: Sonora can not be installed to the root of a drive.")) << run.Describe();
-    EXPECT_TRUE(run.Logged(L"needs a person")) << run.Describe();
-    EXPECT_TRUE(e2e::ListTree(e2e::DefaultDestination()).empty());
 }
 
 TEST_F(Unattended, AnInstallWritesWhatASilentOneWrites)

@@ -218,25 +218,9 @@ TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
     }
 }
 
-TEST_F(WholeWizardTest, DirSetsTheDestinationAndItsChecksStillApply)
+// A refused folder brings the destination page up, with the folder for correction.
+TEST_F(WholeWizardTest, ARefusedDirIsShownForCorrection)
 {
-    const std::wstring windowsFolder = e2e::Expand(L"%SystemRoot%\\Sonora\\");
-    // Silent: installed where it says, or refused with nothing written.
-    for (const std::wstring& dir : {kElsewhere, windowsFolder}) {
-        SCOPED_TRACE(e2e::Utf8(dir));
-        SetUp();
-        const bool refused = dir == windowsFolder;
-        const e2e::SetupRun install = Run(L"/Silent /Dir=\"" + dir + L"\"");
-        ASSERT_TRUE(install.result.ExitedWith(refused ? kExitFatalError : kExitInstalled)) << install.Describe();
-        EXPECT_TRUE(install.result.dialogs.empty());
-        EXPECT_EQ(e2e::PathExists(dir + L"Sonora.exe"), !refused);
-        EXPECT_FALSE(e2e::FolderExists(Dest()));
-        EXPECT_EQ(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64), !refused);
-        EXPECT_EQ(install.Logged(L"Sonora can not be installed in the Windows folder."), refused) << install.Describe();
-        EXPECT_EQ(e2e::FolderExists(dir), !refused);
-        TearDown();
-    }
-    // Express: a refused folder brings the destination page up, with the folder for correction.
     std::wstring shown;
     e2e::WizardUser user({NextOn(L"Welcome"), NextOn(L"Setup Type"),
                           {L"Destination Folder",

@@ -37,6 +37,8 @@
 //                  Menu folder and desktop and Quick Launch links the installer makes.
 //   GeneratedTree  PlanTree({.files = 300, .totalBytes = 30 << 20}) and WriteGeneratedTree(...):
 //                  a made-up program tree, the same on every run, in numbered editions.
+//   Scenario       RunScenario(row): a whole run written as data (setup folder, machine before,
+//                  command line, a person's answers, what must be there after); Scenario.h.
 //
 // Strings are std::wstring (readable in test failure output); Describe() texts are UTF-8.
 

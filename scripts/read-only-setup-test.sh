@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Runs a Windows test with a read-only setup folder: the sample setup folder bind-mounted
+# read-only and given to Wine as drive R: for the length of the run, the nearest thing to a
+# setup folder on a read-only network share (as root every permission bit is passed by, a
+# read-only mount is not). The test finds the drive in IW_READ_ONLY_SETUP. Without root there
+# is no mount: the test runs without the drive and says which rows it left out.
+#   read-only-setup-test.sh <seconds> <program.exe> [arguments...]
+set -uo pipefail
+here="$(cd "$(dirname "$0")" && pwd)"
+source "$here/wine-env.sh"
+media="$(cd "$(dirname "$2")/../media" && pwd)"
+if [ "$(id -u)" = 0 ]; then
+  mountpoint="$(mktemp -d "${TMPDIR:-/tmp}/iw-read-only.XXXXXX")"
+  drive="$WINEPREFIX/dosdevices/r:"
+  cleanup() {
+    rm -f "$drive"
+    umount "$mountpoint" 2>/dev/null
+    rmdir "$mountpoint"
+  }
+  trap cleanup EXIT
+  if ! mount --bind "$media" "$mountpoint" || ! mount -o remount,bind,ro "$mountpoint"; then
+    echo "could not mount $media read-only at $mountpoint"
+    exit 1
+  fi
+  ln -sfn "$mountpoint" "$drive"
+  export IW_READ_ONLY_SETUP='R:\'
+fi
+"$here/wine-test.sh" "$@"

@@ -1,0 +1,196 @@
+// Whole runs of InstallWizard.exe, one row each: the setup folder and the machine before, the
+// command line and the person's answers, and what must be on disk and in the registry after.
+// Notations: tests/e2e/support/Scenario.h. One row alone: --gtest_filter=Scenarios.* with
+// IW_SCENARIO=<the row's name, or a part of it>.
+#include "E2ESupport.h"
+#include "Scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iterator>
+
+namespace
+{
+using e2e::NextOn, e2e::ChooseOn, e2e::CancelOn, e2e::TypeOn;
+using Files = std::vector<e2e::ScenarioFile>;
+using Values = std::vector<e2e::ScenarioValue>;
+
+const std::wstring kUninstall = L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
+const std::wstring kRecord = L"HKLM\\Software\\Halvard\\Corvale\\Installations\\Sonora 32";
+const std::wstring kInstaller = L"HKCU\\Software\\Halvard\\Sonora 32\\Installer";
+const std::wstring kJournal = kInstaller + L"\\Finalize";
+const std::wstring kProperties = L"HKCU\\Software\\Halvard\\Sonora 32\\Properties";
+const std::wstring kEarlier = L"HKCU\\Software\\Halvard\\Sonora 31";
+const std::wstring kRunOnce = L"HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+const std::wstring kPortable = L"C:\\Portable Sonora\\";
+
+const e2e::DialogRule kYesCancel = {.title = L"Confirm Cancellation",
+                                    .text = L"Are you sure you want to cancel Sonora installation?", .button = IDYES, .times = 1};
+const e2e::DialogRule kCancelUnavailable = {
+    .title = L"Cancel Unavailable",
+    .text = L"Sonora installation can no longer be canceled.\r\n\r\nOnce installation has completed, you can uninstall "
+            L"using Control Panel > Add or Remove Programs.",
+    .button = IDOK, .times = 1};
+const e2e::DialogRule kCopyFailed = {.title = L"Install Error",
+                                     .text = L"Install Wizard could not copy necessary files to the destination folder.",
+                                     .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1};
+const e2e::DialogRule kLauncherInUse = {.title = L"Failure Copying System File",
+                                        .text = L"Please ensure that the file '{dest}Sonora.exe' is not in use.",
+                                        .button = IDCANCEL, .times = 1};
+
+// The product where it belongs, each file as the setup folder has it.
+Files Installed(const std::wstring& at = L"{dest}", Files more = {})
+{
+    for (const wchar_t* file : {L"Sonora.exe", L"Sonora 32.exe", L"HVShellExt.dll", L"FileAssociations.xml"})
+        more.push_back({at + file, std::wstring(L"setup:Listenwell\\") + file});
+    return more;
+}
+Files SystemFiles(Files more = {})
+{
+    more.push_back({L"{windows}System32\\HVCodecSupport.dll", L"setup:System\\Check Version\\HVCodecSupport.dll"});
+    more.push_back({L"{windows}SysWOW64\\HVCodecSupport.dll", L"setup:System\\Check Version\\HVCodecSupport.dll"});
+    more.push_back({L"{windows}Fonts\\DejaVuSans.ttf", L"setup:Fonts\\DejaVuSans.ttf"});
+    return more;
+}
+// The records of an installed copy in the default folder.
+Values Recorded(Values more = {})
+{
+    more.insert(more.end(), {{kUninstall, L"InstallLocation", L"{dest}"},
+                             {kRecord, L"Path", L"{dest}Sonora.exe"},
+                             {kInstaller, L"Install Directory", L"{dest}"}});
+    return more;
+}
+// An earlier installation in the default folder whose program carries this major version.
+Files EarlierFiles(int major, Files more = {})
+{
+    more.push_back({L"{dest}Sonora 32.exe", L"setup:Listenwell\\Sonora 32.exe@" + std::to_wstring(major)});
+    return more;
+}
+const Values kEarlierRecord = {{kRecord, L"Path", L"{dest}Sonora.exe"}};
+const Values kEarlierSettings = {
+    {kEarlier + L"\\Installer", L"Install Directory", L"C:\\Program Files\\Halvard\\Sonora 31\\"},
+    {kEarlier + L"\\Properties", L"LibraryPath", L"C:\\Program Files\\Halvard\\Sonora 31\\Data\\Library\\"},
+    {kEarlier + L"\\Properties", L"View - Zoom", L"dword:150"},
+    {kEarlier + L"\\Properties", L"Startup - Page", L"dword:1"},
+    {kProperties, L"General - Volume", L"dword:80"}};
+const std::vector<std::wstring> kInUse = {L"{dest}Data\\Startup Tips.txt", L"{dest}Plugins\\in_oldtracker.dll",
+                                          L"{dest}HVShellExt.dll"};
+const Values kJournalOfInUse = {
+    {kJournal, L"Delete File (0)", L"{dest}Plugins\\in_oldtracker.dll|_DELETEFILE"},
+    {kJournal, L"Delete File (1)", L"{dest}Data\\Startup Tips.txt|_DELETEFILE"},
+    {kJournal, L"Register File (0)", L"{dest}HVShellExt.dll|_REGISTERFILE"},
+    {kRunOnce, L"Install Wizard Completion", L"\"{dest}PackageInstaller.exe\" \"/FinishInstall\""}};
+Values Plus(Values a, const Values& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+const Files kNothingInstalled = {{L"{dest}", L"empty"}, {L"{setup}Finish.txt", L"-"}};
+const std::wstring kHandOver = L"utf16:HVFI0001\r\n{dest}Sonora.exe";
+const std::vector<e2e::WizardStep> kExpress = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations")};
+
+const e2e::Scenario kScenarios[] = {
+    {.name = "first install, silent", .commandLine = L"/Silent",
+     .files = Installed(L"{dest}", SystemFiles({{L"{setup}Finish.txt", L"-"}})),
+     .values = Recorded({{kJournal, L"Delete File (0)", L"-"}, {kRunOnce, L"Install Wizard Completion", L"-"}})},
+    {.name = "first install, interactive express", .person = kExpress,
+     .files = Installed(L"{dest}", {{L"{setup}Finish.txt", kHandOver}}),
+     .values = Recorded({{L"HKCR\\.mp3", L"", L"Sonora32.File"}})},
+    {.name = "reinstall of the same version repairs and keeps the user's settings", .installedBefore = L"/Silent",
+     .filesBefore = {{L"{dest}Sonora 32.exe", L"-"}}, .valuesBefore = {{kProperties, L"Startup - Page", L"dword:5"}},
+     .commandLine = L"/Silent", .files = Installed(),
+     .values = Recorded({{kProperties, L"Startup - Page", L"dword:5"}, {kRecord, L"GUID", L"="}})},
+    {.name = "upgrade over an earlier version's files and settings",
+     .filesBefore = EarlierFiles(31, {{L"{dest}Data\\Startup Tips.txt", L"text:old"}}),
+     .valuesBefore = Plus(kEarlierRecord, kEarlierSettings), .commandLine = L"/Silent",
+     .files = Installed(L"{dest}", {{L"{dest}Data\\Startup Tips.txt", L"-"}}),
+     .values = Recorded({{kProperties, L"LibraryPath", L"[App Data Path]Data\\Library\\"},
+                         {kProperties, L"View - Zoom", L"dword:150"},
+                         {kProperties, L"Startup - Page", L"dword:1"},
+                         {kProperties, L"General - Volume", L"dword:80"}})},
+    {.name = "upgrade with /NoUpgrade leaves the earlier settings behind", .filesBefore = EarlierFiles(31),
+     .valuesBefore = Plus(kEarlierRecord, kEarlierSettings), .commandLine = L"/Silent /NoUpgrade", .files = Installed(),
+     .values = {{kProperties, L"LibraryPath", L"-"}, {kProperties, L"View - Zoom", L"-"},
+                {kProperties, L"Startup - Page", L"dword:3"}, {kProperties, L"General - Volume", L"dword:80"}}},
+    {.name = "a newer installed version is kept", .filesBefore = EarlierFiles(40), .valuesBefore = kEarlierRecord,
+     .commandLine = L"/Silent",
+     .files = {{L"{dest}Sonora 32.exe", L"setup:Listenwell\\Sonora 32.exe@40"}, {L"{dest}Sonora.exe", L"-"},
+               {L"{dest}Media\\Playlist.mpl", L"*"}},
+     .logged = {L"copy and plug-ins left out"}},
+    {.name = "a newer installed version is replaced when the description allows downgrades",
+     .description = {{"Settings@AllowDowngrade", "1"}}, .filesBefore = EarlierFiles(40), .valuesBefore = kEarlierRecord,
+     .commandLine = L"/Silent", .files = Installed(), .values = Recorded()},
+    {.name = "portable", .commandLine = L"/NoRun",
+     .person = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"), ChooseOn(L"Setup Type", L"Portable install"),
+                TypeOn(L"Destination Folder", kPortable), NextOn(L"Install Complete")},
+     .files = Installed(kPortable, {{L"{dest}", L"empty"}, {L"{setup}Finish.txt", L"-"}}),
+     .values = {{kUninstall, L"DisplayName", L"-"},
+                {kRecord, L"Path", L"-"},
+                {kRecord + L" Portable *", L"Path", kPortable + L"Sonora.exe"},
+                {kRecord + L" Portable *", L"Uninstall Key", L""}}},
+    {.name = "files in use are replaced at the next restart", .filesBefore = {{kInUse[0], L"text:old"}, {kInUse[1], L"text:old"}},
+     .held = kInUse, .commandLine = L"/Silent", .exitCode = 3010,
+     .files = {{L"{dest}HVShellExt.dll", L"restart"}, {L"{dest}Setup\\HVShellExt.dll", L"setup:Listenwell\\HVShellExt.dll"},
+               {L"{setup}Finish.txt", L"-"}},
+     .values = Plus(kJournalOfInUse, {{kJournal, L"Install File (0)", L"-"}})},
+    {.name = "files in use go to the journal when Windows can't replace them at restart",
+     .filesBefore = {{kInUse[0], L"text:old"}, {kInUse[1], L"text:old"}}, .held = kInUse,
+     .environment = {L"IW_TEST_ONLY_NO_RESTART_REPLACE=1"}, .commandLine = L"/Silent", .exitCode = 3010,
+     .files = {{L"{dest}Setup\\HVShellExt.dll", L"setup:Listenwell\\HVShellExt.dll"}, {L"{setup}Finish.txt", L"-"}},
+     .values = Plus(kJournalOfInUse, {{kJournal, L"Install File (0)", L"{dest}Setup\\HVShellExt.dll|{dest}HVShellExt.dll"}})},
+    {.name = "a launcher in use, cancelled", .filesBefore = {{L"{dest}Sonora.exe", L"text:running"}},
+     .held = {L"{dest}Sonora.exe"}, .commandLine = L"/Silent", .answers = {kLauncherInUse}, .exitCode = 1603,
+     .files = {{L"{dest}Sonora 32.exe", L"-"}}},
+    {.name = "a launcher in use, unattended: never retried", .filesBefore = {{L"{dest}Sonora.exe", L"text:running"}},
+     .held = {L"{dest}Sonora.exe"}, .commandLine = L"/Silent /SuppressMessages", .unseen = true, .exitCode = 1603,
+     .files = {{L"{dest}Sonora 32.exe", L"-"}},
+     .logged = {L"L1 HVMessageBox::Show: Box title: Failure Copying System File",
+                L"L1 HVMessageBox::Show: Box text: Please ensure that the file '{dest}Sonora.exe' is not in use.",
+                L"answered \"Cancel\""}},
+    {.name = "cancel on the welcome page", .person = {CancelOn(L"Welcome")}, .answers = {kYesCancel}, .exitCode = 1602,
+     .untouched = true},
+    {.name = "cancel on the setup type page", .person = {NextOn(L"Welcome"), CancelOn(L"Setup Type")},
+     .answers = {kYesCancel}, .exitCode = 1602, .untouched = true},
+    {.name = "cancel on the custom setup type page",
+     .person = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"), CancelOn(L"Setup Type")},
+     .answers = {kYesCancel}, .exitCode = 1602, .untouched = true},
+    {.name = "cancel on the destination page",
+     .person = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"),
+                ChooseOn(L"Setup Type", L"Normal install to a computer"), CancelOn(L"Destination Folder")},
+     .answers = {kYesCancel}, .exitCode = 1602, .untouched = true},
+    {.name = "cancel after the copy is refused",
+     .person = {NextOn(L"Welcome"), NextOn(L"Setup Type"), CancelOn(L"File Associations"), NextOn(L"File Associations", true)},
+     .answers = {kCancelUnavailable}, .files = Installed(L"{dest}", {{L"{setup}Finish.txt", kHandOver}}), .values = Recorded()},
+    {.name = "a broken Install.xml installs with the defaults", .installXml = "<HVIC version=\"1.0\"><Product><<</",
+     .commandLine = L"/Silent", .files = Installed(), .values = Recorded()},
+    {.name = "a setup folder without the program files installs nothing", .filesBefore = {{L"{setup}Listenwell\\", L"-"}},
+     .commandLine = L"/Silent", .answers = {kCopyFailed}, .exitCode = 1603, .files = kNothingInstalled},
+    {.name = "a setup folder without the system files installs nothing", .filesBefore = {{L"{setup}System\\", L"-"}},
+     .commandLine = L"/Silent", .answers = {kCopyFailed}, .exitCode = 1603, .files = kNothingInstalled},
+    {.name = "an unattended run refuses a destination that needs a person",
+     .description = {{"Product/InstallToPath", "C:\\"}}, .commandLine = L"/Silent /SuppressMessages", .unseen = true,
+     .exitCode = 1603, .files = kNothingInstalled, .values = {{kRecord, L"Path", L"-"}},
+     .logged = {L"Invalid Destination Folder: Sonora can not be installed to the root of a drive.", L"needs a person"}},
+    {.name = "/Dir installs where it says", .commandLine = L"/Silent /Dir=\"C:\\Sonora Elsewhere\\\"",
+     .files = Installed(L"C:\\Sonora Elsewhere\\", {{L"{dest}", L"-"}}),
+     .values = {{kRecord, L"Path", L"C:\\Sonora Elsewhere\\Sonora.exe"}}},
+    {.name = "/Dir into the Windows folder is refused without a box", .commandLine = L"/Silent /Dir=\"{windows}Sonora\\\"",
+     .exitCode = 1603, .files = {{L"{windows}Sonora\\", L"-"}, {L"{dest}", L"-"}}, .values = {{kRecord, L"Path", L"-"}},
+     .logged = {L"Sonora can not be installed in the Windows folder."}},
+    {.name = "a read-only setup folder, silent", .readOnlySetup = true, .commandLine = L"/Silent",
+     .files = Installed(L"{dest}", SystemFiles()), .values = Recorded()},
+    {.name = "a read-only setup folder, interactive: no hand-over file, still installed", .readOnlySetup = true,
+     .person = kExpress, .files = Installed(L"{dest}", {{L"{setup}Finish.txt", L"-"}}), .values = Recorded(),
+     .logged = {L"Could not write {setup}Finish.txt"}},
+};
+
+TEST(Scenarios, EachRowLeavesTheMachineItsExpectationDescribes)
+{
+    const char* only = std::getenv("IW_SCENARIO");
+    for (const e2e::Scenario& scenario : kScenarios)
+        if (!only || std::string(scenario.name).find(only) != std::string::npos)
+            e2e::RunScenario(scenario);
+    e2e::ResetToFreshMachine();
+}
+}  // namespace
