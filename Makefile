@@ -51,7 +51,7 @@ reproducible: bootstrap
 	@JOBS=$(JOBS) scripts/check-reproducible.sh
 # The second compiler builds the product only, unoptimised: it is there for its diagnostics.
 clang: bootstrap $(BUILD)/clang/Makefile
-	@cmake --build $(BUILD)/clang -j$(JOBS) --target InstallWizard
+	@cmake --build $(BUILD)/clang -j$(JOBS) --target InstallWizard HVMediaUninstall
 bench-build: bootstrap $(BUILD)/bench/Makefile
 	@cmake --build $(BUILD)/bench -j$(JOBS)
 fuzz-build: bootstrap $(BUILD)/fuzz/Makefile

@@ -211,12 +211,12 @@ public:
         for (const HVString& path : order_) {
             const FileNotes& notes = files_[Folded(path)];
             if (!notes.confirmed && IsBelow(path, places_.installFolder))
-                Add(Action::DeleteFile, path + kCopySuffix);
+                Add(Action::RemoveFile, path + kCopySuffix);
             if (notes.gone || notes.counted || notes.font || IsSettings(path) || IsShared(path))
                 continue;
             // Outside the install folder a file that was there before is not ours to take.
             if (IsBelow(path, places_.installFolder) || !notes.existedBefore)
-                Add(Action::DeleteFile, path);
+                Add(Action::RemoveFile, path);
         }
         if (!keepSettings_)
             Add(Action::RemoveSettings, places_.settingsKey, places_.dataFolder);

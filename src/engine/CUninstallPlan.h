@@ -18,14 +18,14 @@ struct UninstallStep
         DeleteShortcut,    // path: the ".lnk" file
         RemoveFont,        // path: the font file; name: its value in the font table; created: the file is ours
         ReleaseSharedFile, // path: a file of a shared system folder; created: the install made it
-        DeleteFile,        // path
+        RemoveFile,        // path
         RemoveSettings,    // path: the user's settings key; name: the library data folder
         DeleteRecordKey,   // path: the uninstall entry or the installation's record, gone last
         DeleteRecordFile,  // path: the install record itself
         RemoveFolder,      // path: a folder the install made, removed only when empty
     };
 
-    Action action = Action::DeleteFile;
+    Action action = Action::RemoveFile;
     HVString path;
     HVString name;
     HVString data;

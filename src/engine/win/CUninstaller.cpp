@@ -85,6 +85,9 @@ HKEY CUninstaller::SplitKey(const HVString& path, HVString& subKey)
 
 void CUninstaller::Run(const CUninstallPlan& plan, const Progress& progress)
 {
+    // The uninstaller in the install folder is the product's even when a run ended before the
+    // record named it.
+    ownFileLeft_ = CUninstallPlan::IsBelow(ownPath_, installFolder_);
     const std::vector<UninstallStep>& steps = plan.Steps();
     for (size_t i = 0; i < steps.size(); ++i) {
         const UninstallStep& step = steps[i];
@@ -148,7 +151,7 @@ bool CUninstaller::Do(const UninstallStep& step)
         return root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, keep);
     }
     case Action::DeleteShortcut:
-    case Action::DeleteFile:
+    case Action::RemoveFile:
     case Action::DeleteRecordFile:
         return RemoveFile(step.path);
     case Action::RemoveFont:
@@ -223,7 +226,8 @@ bool CUninstaller::RemoveFont(const UninstallStep& step)
 
 bool CUninstaller::LeaveTheRestToACopy()
 {
-    if (!ownFileLeft_)
+    // After a failure the uninstaller stays with the records, for the next try.
+    if (!ownFileLeft_ || failures_)
         return false;
     wchar_t temp[MAX_PATH + 1] = {};
     if (!::GetTempPathW(MAX_PATH, temp))

@@ -29,7 +29,8 @@ public:
 
     // Starts a copy of the uninstaller from the temporary folder that waits for this process to
     // end, then deletes its file and the folders left to it. False when there was nothing to
-    // leave or the copy could not be started.
+    // leave, a step failed (the uninstaller stays for the next try) or the copy could not be
+    // started.
     bool LeaveTheRestToACopy();
     // The copy's part: waits (a bounded time) for `processId` to end, deletes `file`, removes
     // each of `folders` that is empty, and has its own file deleted at the next restart.
