@@ -35,6 +35,21 @@ bool CCopyRules::IsInFontsFolder(const HVString& path)
     return path.FindNoCase(u"\\Windows\\Fonts\\") >= 0;
 }
 
+HVString CCopyRules::FontTableName(const HVString& path)
+{
+    HVString name = path.Mid(path.ReverseFind(u'\\') + 1);
+    const int32_t dot = name.ReverseFind(u'.');
+    if (dot <= 0)
+        return name;
+    const HVString extension = name.Mid(dot);
+    name.Truncate(dot);
+    if (extension.EqualsNoCase(u".ttf") || extension.EqualsNoCase(u".ttc"))
+        name += u" (TrueType)";
+    else if (extension.EqualsNoCase(u".otf"))
+        name += u" (OpenType)";
+    return name;
+}
+
 bool CCopyRules::IsServerProgram(const HVString& path)
 {
     // At the end of the path only, so "OldDynamoServer.exe" matches as the original rule did.

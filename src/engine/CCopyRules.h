@@ -28,6 +28,9 @@ public:
     static bool IsFontMode(int32_t mode) { return (mode & kCopyFont) != 0; }
     // The destination lies inside "Windows\Fonts": a deferred font needs no restart.
     static bool IsInFontsFolder(const HVString& path);
+    // The font's value name under the system font table: the file's title, marked
+    // " (TrueType)" for ".ttf" and ".ttc" and " (OpenType)" for ".otf".
+    static HVString FontTableName(const HVString& path);
     // "DynamoServer.exe" at the end of the path: the server is stopped before its file is copied.
     static bool IsServerProgram(const HVString& path);
     // "HVShellExt.dll" as the file name: the product's shell extension.

@@ -2,8 +2,10 @@
 
 #include "engine/CInstallChangeLog.h"
 #include "engine/CRetiredFiles.h"
+#include "engine/CSharedFileRules.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDeferredOperations.h"
+#include "engine/win/CRegistryWriter.h"
 #include "foundation/CVersionInfo.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
@@ -63,6 +65,13 @@ bool Collect(const HVString& root, const HVString& relative, SourceList& list)
     return ok;
 }
 
+HVString SystemFolder(UINT (WINAPI *get)(LPWSTR, UINT))
+{
+    wchar_t buffer[MAX_PATH + 1] = {};
+    const UINT length = get(buffer, MAX_PATH);
+    return length > 0 && length < MAX_PATH ? HVString(buffer) : HVString();
+}
+
 bool IsInUseError(DWORD error)
 {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED ||
@@ -71,7 +80,8 @@ bool IsInUseError(DWORD error)
 }
 
 CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes)
-    : deferred_(deferred), changes_(changes)
+    : deferred_(deferred), changes_(changes),
+      systemFolders_{SystemFolder(&::GetSystemDirectoryW), SystemFolder(&::GetSystemWow64DirectoryW)}
 {
 }
 
@@ -138,10 +148,14 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
         CVersionInfo installed;
         if (existed)
             installed.Read(destination);
-        if (!CCopyRules::ShouldCopy(mode, destination, CVersionInfo(source), installed))
+        if (!CCopyRules::ShouldCopy(mode, destination, CVersionInfo(source), installed)) {
+            // Kept, as newer, yet this product uses it from now on as well.
+            CountSharedFile(destination, existed);
             return CopyResult::Skipped;
+        }
     }
 
+    NoteStarted(destination, existed);
     DWORD error = ERROR_SUCCESS;
     const bool placed = PutInPlace(source, destination, destinationAttributes, error);
     CopyResult result = CopyResult::Copied;
@@ -161,12 +175,9 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     if (result == CopyResult::Failed)
         return result;
 
-    if (CCopyRules::IsFontMode(mode)) {
-        if (::AddFontResourceW(destination.w()) == 0)
-            HVLog::Write(HVLog::kWarning, "CFileInstaller::Copy", u"Could not add the font %s", destination);
-        else
-            HVLog::Write(HVLog::kInfo, "CFileInstaller::Copy", u"%s added to the font table", destination);
-    }
+    CountSharedFile(destination, existed);
+    if (CCopyRules::IsFontMode(mode))
+        AddFont(destination);
     if (CCopyRules::MayRegister(source) && CComponentRegistration::IsSelfRegistering(source)) {
         if (result == CopyResult::Deferred)
             deferred_.DeferRegistration(destination);
@@ -174,6 +185,61 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
             filesToRegister_.push_back(destination);
     }
     return result;
+}
+
+void CFileInstaller::NoteStarted(const HVString& destination, bool existed)
+{
+    InstallChange change;
+    change.kind = InstallChange::Kind::FileStarted;
+    change.path = TemporaryName(destination);
+    change.existedBefore = HVFileSystem::Exists(change.path, false);
+    changes_.Note(change);
+    change.path = destination;
+    change.existedBefore = existed;
+    changes_.Note(change);
+}
+
+void CFileInstaller::AddFont(const HVString& destination)
+{
+    if (::AddFontResourceW(destination.w()) == 0) {
+        HVLog::Write(HVLog::kWarning, "CFileInstaller::AddFont", u"Could not add the font %s", destination);
+        return;
+    }
+    // The font table makes the font stay after a restart; the uninstall takes both back.
+    const HVString name = CCopyRules::FontTableName(destination);
+    CRegistryWriter fonts(changes_, HKEY_LOCAL_MACHINE, u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts");
+    if (fonts.Open())
+        fonts.SetString(name, HVFileSystemPath::GetFileName(destination));
+    InstallChange change;
+    change.kind = InstallChange::Kind::FontAdded;
+    change.path = destination;
+    change.name = name;
+    changes_.Note(change);
+    HVLog::Write(HVLog::kInfo, "CFileInstaller::AddFont", u"%s added to the font table as \"%s\"", destination, name);
+}
+
+void CFileInstaller::CountSharedFile(const HVString& destination, bool existed)
+{
+    if (!CSharedFileRules::IsShared(destination, systemFolders_))
+        return;
+    CRegistryWriter counts(changes_, HKEY_LOCAL_MACHINE, CSharedFileRules::kSharedDllsKey);
+    if (!counts.Open())
+        return;
+    std::optional<uint32_t> before;
+    DWORD type = 0;
+    DWORD count = 0;
+    if (counts.Key().QueryValueType(destination, type) && type == REG_DWORD && counts.Key().QueryDWORD(destination, count))
+        before = count;
+    const uint32_t raised = CSharedFileRules::RaisedCount(before, existed);
+    if (!counts.SetDWORD(destination, raised))
+        return;
+    InstallChange change;
+    change.kind = InstallChange::Kind::SharedFileCounted;
+    change.path = destination;
+    change.existedBefore = before.has_value();
+    change.before = before ? HVString::Format(u"%u", *before) : HVString();
+    changes_.Note(change);
+    HVLog::Write(HVLog::kInfo, "CFileInstaller::CountSharedFile", u"%s used by %u", destination, raised);
 }
 
 bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes,

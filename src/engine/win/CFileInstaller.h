@@ -81,6 +81,13 @@ private:
     bool PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes, DWORD& error);
     // The destination's folder and its missing parents, each noted; once per folder in a row.
     void MakeFolderFor(const HVString& destination);
+    // Noted before a copy starts: the file and its temporary sibling, so that a run ended during
+    // the copy still names what it may have left.
+    void NoteStarted(const HVString& destination, bool existed);
+    // A font put in place: added to the running system and to the font table.
+    void AddFont(const HVString& destination);
+    // A file in a shared system folder: its use count raised (CSharedFileRules).
+    void CountSharedFile(const HVString& destination, bool existed);
     // The installed "DynamoServer.exe" is asked to stop, so that its file can be replaced.
     void StopServer();
     // A folder of the install folder with its contents.
@@ -90,6 +97,7 @@ private:
     CInstallChangeLog& changes_;
     HVString installFolder_;
     HVString lastFolderMade_;
+    std::vector<HVString> systemFolders_;
     std::vector<HVString> filesToRegister_;
     uint64_t bytesCopied_ = 0;
     int32_t filesCopied_ = 0;

@@ -198,6 +198,9 @@ bool CCopyAndInstallPpg::SkipInstall()
                                                     Product().GetVersion());
     HVLog::Write(HVLog::kInfo, "CCopyAndInstallPpg::SkipInstall", u"Installed %s, this setup %s: %s",
                  installed.GetText(), Product().GetVersionText(), skip ? u"kept" : u"installed");
+    // What the dependencies changed is still to be recorded, in the folder that is there.
+    if (skip && !InstallWizard().Changes().Changes().empty())
+        InstallWizard().StartRecord(context_->installFolder);
     return skip;
 }
 
@@ -206,6 +209,9 @@ bool CCopyAndInstallPpg::RunCopy()
     HVLogTimer timer("CCopyAndInstallPpg::RunCopy");
     SetHeader(u"Copying Files", u"Please wait while Install Wizard copies and registers files.", true);
     const CInstallContext& context = *context_;
+    // Before the first change to the install folder, so that a run ended anywhere after this
+    // leaves a record of what it did; the install goes on without one (it is logged).
+    InstallWizard().StartRecord(context.installFolder);
     files_->CleanInstallFolder(context.description.GetInteger(u"/*/Installer/CleanData", 0) != 0,
                                context.description.GetText(u"/*/Product/ObsoleteFiles"), Product().GetRegistryRoot(),
                                *this, [this] { records_->RemoveRetiredRecords(); });

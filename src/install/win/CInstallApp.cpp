@@ -345,4 +345,5 @@ void CInstallApp::RunWizard()
         SetExitCode(kExitFatalError);
         break;
     }
+    wizard.EndRecord(GetExitCode());
 }

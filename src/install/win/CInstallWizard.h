@@ -2,6 +2,7 @@
 
 #include "engine/CInstallChangeLog.h"
 #include "engine/win/CDeferredOperations.h"
+#include "engine/win/CInstallRecordFile.h"
 #include "install/HVInstallDescription.h"
 #include "install/InstallOptions.h"
 #include "install/win/CProductIdentity.h"
@@ -59,6 +60,12 @@ public:
     // whole run, so the pages after the copy page and the end of the run can read them.
     CInstallChangeLog& Changes() { return changes_; }
     CDeferredOperations& Deferred() { return deferred_; }
+    // From here on every change is also appended to the install record in `installFolder`,
+    // which is made first when missing (each folder made noted); the changes noted before (the
+    // dependencies) are written at once. False when there is no record to write to.
+    bool StartRecord(const HVString& installFolder);
+    // The end of the run with its exit code, as the record's last line; the record is closed.
+    void EndRecord(int exitCode);
     // The finish page's findings: Windows must restart to complete the install, and whether
     // the restart was asked of Windows. A finished run needing one that wasn't done ends 3010.
     void SetRestartNeeded(bool needed) { restartNeeded_ = needed; }
@@ -80,6 +87,7 @@ private:
     std::optional<std::vector<HVString>> protectedFolders_;
     CInstallChangeLog changes_;
     CDeferredOperations deferred_;
+    CInstallRecordFile record_;
     bool restartNeeded_ = false;
     bool restarted_ = false;
 };
