@@ -11,11 +11,11 @@ namespace
 using Kind = InstallChange::Kind;
 using Action = UninstallStep::Action;
 
-// The sibling a copy writes before it takes the file's name; a copy ended half way leaves it.
-constexpr const char16_t* kCopySuffix = u".iwnew";
-
 // The keys that say the product is installed: they must outlive everything that could fail, so
 // that the user can start the uninstall again.
+// The use counts of shared files go down by one, whatever other installs did to them since.
+constexpr const char16_t* kSharedCountKey = u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
+
 constexpr const char16_t* kRecordKeys[] = {
     u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\",
     u"HKLM\\Software\\Halvard\\Corvale\\Installations\\",
@@ -167,7 +167,8 @@ public:
         case Kind::ValueWritten:
         case Kind::ValueDeleted:
             // The earliest note of a value holds what the machine had before the install.
-            if (!IsSettings(change.path) && valuesSeen_.insert(key + u"\n" + Folded(change.name)).second)
+            if (!IsSettings(change.path) && !change.path.EqualsNoCase(kSharedCountKey) &&
+                valuesSeen_.insert(key + u"\n" + Folded(change.name)).second)
                 values_.push_back(change);
             break;
         default:
@@ -210,9 +211,10 @@ public:
         }
         for (const HVString& path : order_) {
             const FileNotes& notes = files_[Folded(path)];
-            if (!notes.confirmed && IsBelow(path, places_.installFolder))
-                Add(Action::RemoveFile, path + kCopySuffix);
-            if (notes.gone || notes.counted || notes.font || IsSettings(path) || IsShared(path))
+            if (notes.gone || notes.counted || notes.font || IsSettings(path))
+                continue;
+            // In a shared folder only what a copy cut short left: nothing counts on it yet.
+            if (IsShared(path) && (notes.confirmed || notes.existedBefore))
                 continue;
             // Outside the install folder a file that was there before is not ours to take.
             if (IsBelow(path, places_.installFolder) || !notes.existedBefore)
