@@ -3,6 +3,8 @@
 // compared with what it was before the install.
 #include "E2ESupport.h"
 
+#include "PendingRenames.h"
+
 #include "engine/CInstallRecord.h"
 
 #include <gtest/gtest.h>
@@ -105,7 +107,8 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          }},
         {"a record naming a path outside the install is refused", {},
          [&] {
-             InstallChange forged{InstallChange::Kind::FileWritten, HVString((dest_ + L"..\\..\\Windows\\win.ini").c_str())};
+             InstallChange forged;
+             forged.path = HVString((dest_ + L"..\\..\\Windows\\win.ini").c_str());
              const std::string line = CInstallRecord::EncodeLine(forged);
              std::string record;
              ASSERT_TRUE(e2e::ReadFileBytes(dest_ + L"Install Record.txt", record));
@@ -146,8 +149,9 @@ TEST_F(Uninstall, AnInstallKilledDuringItsCopyLeavesNothingBehind)
         return e2e::CountFiles(dest_ + L"Bulk\\", [](const WIN32_FIND_DATAW&) { return true; }) > 0;
     });
     ASSERT_EQ(install.outcome, e2e::RunOutcome::EndedByTest) << install.Describe();
-    if (!::CopyFileW((setup + L"Listenwell\\HVMediaUninstall.exe").c_str(), (dest_ + L"HVMediaUninstall.exe").c_str(), TRUE))
+    if (!::CopyFileW((setup + L"Listenwell\\HVMediaUninstall.exe").c_str(), (dest_ + L"HVMediaUninstall.exe").c_str(), TRUE)) {
         ASSERT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_FILE_EXISTS));
+    }
     const e2e::SetupRun run = e2e::RunUninstaller(dest_, L"/Silent /RemoveSettings");
     EXPECT_TRUE(run.result.ExitedWith(0)) << run.result.Describe() << e2e::Utf8(run.log);
     EXPECT_EQ(e2e::MachineSnapshot(), before);
