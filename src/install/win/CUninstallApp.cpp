@@ -133,7 +133,8 @@ int CUninstallApp::Uninstall()
         return Refuse(plan.Reason());
 
     CUninstaller uninstaller(GetModuleFolder(), GetModulePath());
-    if (options_.silent) {
+    // Nobody may be there to see a window in an unattended run.
+    if (options_.silent || options_.suppressMessages) {
         uninstaller.Run(plan);
     } else {
         CUninstallProgressWnd progress(Text(u"Removing %s..."), [&](CUninstallProgressWnd& window) {
@@ -197,9 +198,11 @@ CUninstallPlan::Places CUninstallApp::Places() const
     places.sharedFolderCount = places.folders.size();
     places.fontsFolder = ShellFolder(CSIDL_FONTS);
     for (int csidl : {CSIDL_FONTS, CSIDL_PROGRAMS, CSIDL_COMMON_PROGRAMS, CSIDL_DESKTOPDIRECTORY,
-                      CSIDL_COMMON_DESKTOPDIRECTORY, CSIDL_APPDATA})
+                      CSIDL_COMMON_DESKTOPDIRECTORY})
         if (HVString folder = ShellFolder(csidl); !folder.IsEmpty())
             places.folders.push_back(folder);
+    if (HVString appData = ShellFolder(CSIDL_APPDATA); !appData.IsEmpty())
+        places.folders.push_back(appData + u"Microsoft\\Internet Explorer\\Quick Launch\\");
     places.registry = CUninstallPlan::ProductRegistryPlaces(CProductIdentity::kRegistryRoot);
     places.settingsKey = HVString(u"HKCU\\") + CProductIdentity::kRegistryRoot;
     const HVString userData = HVProductPaths::GetUserDataFolder();
