@@ -161,7 +161,8 @@ public:
                 folders_.push_back(change.path);
             break;
         case Kind::KeyCreated:
-            if (!IsSettings(change.path) && keysSeen_.insert(key).second)
+            // The table of use counts belongs to every program that shares a file.
+            if (!IsSettings(change.path) && !change.path.EqualsNoCase(kSharedCountKey) && keysSeen_.insert(key).second)
                 keys_.push_back(change.path);
             break;
         case Kind::ValueWritten:
@@ -223,6 +224,9 @@ public:
         if (!keepSettings_)
             Add(Action::RemoveSettings, places_.settingsKey, places_.dataFolder);
         Add(Action::DeleteRecordFile, places_.installFolder + CInstallRecord::kFileName);
+        // The install folder goes when nothing is left in it, whoever made it.
+        if (foldersSeen_.insert(Folded(places_.installFolder)).second)
+            folders_.push_back(places_.installFolder);
         // Deepest first, so that a folder is empty when its turn comes.
         std::stable_sort(folders_.begin(), folders_.end(),
                          [](const HVString& a, const HVString& b) { return a.GetLength() > b.GetLength(); });
