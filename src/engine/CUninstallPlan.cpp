@@ -71,6 +71,20 @@ bool IsRegistryPlace(const HVString& key, const std::vector<HVString>& places)
     });
 }
 
+// A key made on the way to a place ("HKCU\\Software\\Netscape" for a value of the browser's
+// table): others may have put things below it since, so only what is left empty goes. Never
+// a root or a key right below one.
+bool IsAboveRegistryPlace(const HVString& key, const std::vector<HVString>& places)
+{
+    int32_t levels = 0;
+    for (char16_t ch : key.view())
+        levels += ch == u'\\';
+    if (levels < 2 || key.Find(u"\\\\") != HVString::npos || key.EndsWith(u"\\"))
+        return false;
+    return std::any_of(places.begin(), places.end(),
+                       [&](const HVString& place) { return CUninstallPlan::IsBelow(place, key + u"\\"); });
+}
+
 bool IsRecordKey(const HVString& key)
 {
     for (const char16_t* recordKey : kRecordKeys)
@@ -103,7 +117,8 @@ public:
     {
         const HVString& path = change.path;
         if (IsRegistryKind(change.kind)) {
-            if (!IsRegistryPlace(path, places_.registry))
+            if (!IsRegistryPlace(path, places_.registry) &&
+                !(change.kind == Kind::KeyCreated && IsAboveRegistryPlace(path, places_.registry)))
                 return path;
             if (change.kind == Kind::ValueWritten || change.kind == Kind::ValueDeleted) {
                 uint32_t type = 0;
@@ -162,8 +177,12 @@ public:
             break;
         case Kind::KeyCreated:
             // The table of use counts belongs to every program that shares a file.
-            if (!IsSettings(change.path) && !change.path.EqualsNoCase(kSharedCountKey) && keysSeen_.insert(key).second)
+            if (IsSettings(change.path) || change.path.EqualsNoCase(kSharedCountKey) || !keysSeen_.insert(key).second)
+                break;
+            if (IsRegistryPlace(change.path, places_.registry))
                 keys_.push_back(change.path);
+            else
+                pruned_.push_back(change.path);
             break;
         case Kind::ValueWritten:
         case Kind::ValueDeleted:
@@ -200,6 +219,8 @@ public:
             if (keepSettings_ && IsKeyBelowOrEqual(places_.settingsKey, key))
                 step.keep = places_.settingsKey;
         }
+        for (const HVString& key : pruned_)
+            Add(Action::PruneKey, key);
         for (const InstallChange& font : fonts_) {
             FileNotes& notes = files_[Folded(font.path)];
             notes.font = true;
@@ -289,7 +310,7 @@ private:
     bool keepSettings_;
     std::vector<UninstallStep> steps_;
     std::map<HVString, FileNotes> files_;
-    std::vector<HVString> order_, shared_, folders_, keys_;
+    std::vector<HVString> order_, shared_, folders_, keys_, pruned_;
     std::vector<InstallChange> fonts_, values_;
     std::set<HVString> sharedSeen_, fontsSeen_, shortcutsSeen_, modulesSeen_, foldersSeen_, keysSeen_, valuesSeen_;
 };

@@ -15,6 +15,7 @@ struct UninstallStep
         RestoreValue,      // path: the key; name: the value; data: its old data in the ".reg" form
         DeleteValue,       // path: the key; name: the value the install made
         DeleteKey,         // path: a key the install made, with everything below it except `keep`
+        PruneKey,          // path: a key the install made above a shared place: its empty keys only
         DeleteShortcut,    // path: the ".lnk" file
         RemoveFont,        // path: the font file; name: its value in the font table; created: the file is ours
         ReleaseSharedFile, // path: a file of a shared system folder; created: the install made it

@@ -6,7 +6,7 @@ namespace
 {
 using Kind = InstallChange::Kind;
 
-const char16_t* const kActions[] = {u"unregister", u"restore", u"delete-value", u"delete-key", u"shortcut",
+const char16_t* const kActions[] = {u"unregister", u"restore", u"delete-value", u"delete-key", u"prune-key", u"shortcut",
                                     u"font", u"shared", u"file", u"settings", u"record-key", u"", u"folder"};
 
 InstallChange C(Kind kind, const char16_t* path, const char16_t* name = u"", bool existed = false, const char16_t* before = u"")
@@ -55,10 +55,13 @@ TEST(CUninstallPlanTest, RecordsBecomeOrderedRemovalSteps)
          {C(Kind::ValueWritten, u"HKCR\\.mp3", u"", true, u"\"Other.mp3\""), C(Kind::ValueWritten, u"HKCR\\.mp3", u"", true, u"\"x\""),
           C(Kind::ValueWritten, u"HKCR\\.mp3", u"S.Default.BAK"), C(Kind::KeyCreated, u"HKCR\\S.File"),
           C(Kind::ValueWritten, u"HKCR\\S.File\\shell", u"x"), C(Kind::KeyCreated, u"HKCR\\S.File\\shell"),
-          C(Kind::ValueDeleted, u"HKLM\\Software\\Clients\\Media", u"CLSID", true, u"dword:00000001")},
+          C(Kind::ValueDeleted, u"HKLM\\Software\\Clients\\Media", u"CLSID", true, u"dword:00000001"),
+          C(Kind::KeyCreated, u"HKCU\\Software\\Netscape"), C(Kind::ValueWritten, u"HKCU\\Software\\Netscape\\Netscape Navigator\\User Trusted External Applications", u"x")},
          true,
          {"restore HKCR\\.mp3=\"Other.mp3\"", "restore HKLM\\Software\\Clients\\Media|CLSID=dword:00000001",
-          "delete-value HKCR\\.mp3|S.Default.BAK", "delete-key HKCR\\S.File", "folder C:\\Program Files\\Halvard\\Sonora 32\\"}},
+          "delete-value HKCR\\.mp3|S.Default.BAK",
+          "delete-value HKCU\\Software\\Netscape\\Netscape Navigator\\User Trusted External Applications|x",
+          "delete-key HKCR\\S.File", "prune-key HKCU\\Software\\Netscape", "folder C:\\Program Files\\Halvard\\Sonora 32\\"}},
         {"removal order: modules, keys, shortcuts, files, records, folders deepest first",
          {C(Kind::FolderCreated, u"C:\\Program Files\\Halvard\\"), C(Kind::FolderCreated, dir),
           C(Kind::KeyCreated, u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32"),

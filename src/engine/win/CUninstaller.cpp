@@ -21,7 +21,7 @@ constexpr DWORD kWaitForExitMs = 60000;
 const char16_t* ActionName(UninstallStep::Action action)
 {
     static const char16_t* const names[] = {
-        u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Delete shortcut", u"Remove font",
+        u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Remove empty keys", u"Delete shortcut", u"Remove font",
         u"Release shared file", u"Delete file", u"Remove library and settings", u"Delete record key",
         u"Delete install record", u"Remove folder",
     };
@@ -58,6 +58,23 @@ bool DeleteTreeExcept(HKEY root, const HVString& subKey, const HVString& keep)
     for (const HVString& value : key.EnumValueNames())
         done &= key.DeleteValue(value);
     return done;
+}
+
+// The key and the keys below it that hold nothing: what others put there stays.
+bool PruneEmptyKeys(HKEY root, const HVString& subKey)
+{
+    HVRegKey key;
+    if (!key.Open(root, subKey, KEY_READ | KEY_WRITE))
+        return true;
+    for (const HVString& child : key.EnumSubKeys())
+        PruneEmptyKeys(root, subKey + u"\\" + child);
+    if (!key.EnumSubKeys().empty() || !key.EnumValueNames().empty())
+        return true;
+    key.Close();
+    HVString parentPath, name;
+    SplitLast(subKey, parentPath, name);
+    HVRegKey parent;
+    return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKey(name);
 }
 }
 
@@ -150,6 +167,8 @@ bool CUninstaller::Do(const UninstallStep& step)
             SplitKey(step.keep, keep);
         return root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, keep);
     }
+    case Action::PruneKey:
+        return root && !subKey.IsEmpty() && PruneEmptyKeys(root, subKey);
     case Action::DeleteShortcut:
     case Action::RemoveFile:
     case Action::DeleteRecordFile:
