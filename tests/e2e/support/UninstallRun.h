@@ -16,6 +16,7 @@ SetupRun RunUninstaller(const std::wstring& installFolder, const std::wstring& a
 
 // What an install touches, one line each, sorted: the installer's traces (ReadTraces) and the
 // shared-file counts, without the replacements pending for the next restart, which the
-// uninstaller's own copy adds to and a test checks by itself.
+// uninstaller's own copy adds to and a test checks by itself, and without the notes the sample's
+// stand-in programs keep beside themselves.
 std::vector<std::wstring> MachineSnapshot();
 }
