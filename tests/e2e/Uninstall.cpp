@@ -26,17 +26,28 @@ std::wstring SystemNotes() { return e2e::Expand(L"%SystemRoot%\\System32\\HVSyst
 class Uninstall : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
-        // Another player owns ".mp3" before the install takes it.
-        ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", kOtherPlayer));
-    }
+    void SetUp() override { ASSERT_NO_FATAL_FAILURE(FreshMachine()); }
     void TearDown() override
     {
         e2e::ResetToFreshMachine();
-        e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes());
+        ClearCounts();
+    }
+
+    // Also without the use counts an earlier test left for the sample's shared files; and
+    // another player owns ".mp3" before the install takes it.
+    void FreshMachine()
+    {
+        std::vector<std::wstring> problems;
+        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
+        ClearCounts();
+        ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", kOtherPlayer));
+    }
+
+    static void ClearCounts()
+    {
+        for (const wchar_t* folder : {L"%SystemRoot%\\System32\\", L"%SystemRoot%\\SysWOW64\\"})
+            for (const wchar_t* file : {L"HVCodecSupport.dll", L"HVDiscSupport.dll", L"HVSystemNotes.txt", L"Sonora.exe"})
+                e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, kSharedDlls, e2e::Expand(folder + std::wstring(file)));
     }
 
     e2e::RunResult Install(const std::wstring& setupFolder = {}, std::function<bool(DWORD)> endWhen = {})
@@ -44,8 +55,8 @@ protected:
         e2e::RunOptions options;
         options.setupFolder = setupFolder;
         options.commandLine = L"/Silent";
-        options.endWhen = std::move(endWhen);
         options.roundMs = endWhen ? 5 : 50;
+        options.endWhen = std::move(endWhen);
         return e2e::RunSetup(std::move(options)).result;
     }
 
@@ -65,45 +76,39 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
         std::function<void(const e2e::SetupRun&)> check;
     };
     std::vector<std::wstring> before;
-    const auto machineAsBefore = [&](const e2e::SetupRun&) {
-        EXPECT_EQ(e2e::MachineSnapshot(), before);
-        EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
-    };
+    const std::wstring planted = dest_ + L"Data\\My Notes.txt";
     std::unique_ptr<e2e::HeldFileLock> lock;
     std::unique_ptr<e2e::PendingRenames> renames;
     const Row rows[] = {
-        {"everything removed", {}, {}, L"/Silent /RemoveSettings", 0, machineAsBefore},
-        {"settings kept", {}, {}, L"/Silent", 0,
-         [&](const e2e::SetupRun&) {
-             EXPECT_FALSE(e2e::FolderExists(dest_));
-             EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kSettings));
-             EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
-         }},
-        {"a file of the user's survives with its folder", {},
-         [&] { ASSERT_TRUE(e2e::WriteFileBytes(dest_ + L"Data\\My Notes.txt", "mine")); }, L"/Silent /RemoveSettings", 0,
-         [&](const e2e::SetupRun&) { EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Data\\My Notes.txt", kStandInLog})); }},
-        {"a shared file used by another program stays",
+        {"everything removed but a file of the user's, a shared file used by another program stays",
          [&] {
-             ASSERT_TRUE(e2e::WriteFileBytes(SystemNotes(), "other"));
+             ASSERT_TRUE(::CopyFileW((e2e::MediaFolder() + L"System\\Check Version\\HVSystemNotes.txt").c_str(), SystemNotes().c_str(), FALSE));
              ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes(), 1));
          },
-         [&] { EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes()), 2u); }, L"/Silent /RemoveSettings", 0,
-         [&](const e2e::SetupRun&) {
-             EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes()), 1u);
-             EXPECT_NE(::GetFileAttributesW(SystemNotes().c_str()), INVALID_FILE_ATTRIBUTES);
-             e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes());
+         [&] {
+             EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes()), 2u);
+             ASSERT_TRUE(e2e::WriteFileBytes(planted, "mine"));
+         },
+         L"/Silent /RemoveSettings", 0,
+         [&](const e2e::SetupRun& run) {
+             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Data\\My Notes.txt", kStandInLog})) << e2e::Utf8(run.log);
+             ::DeleteFileW(planted.c_str());
+             EXPECT_EQ(e2e::MachineSnapshot(), before);
+             EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
          }},
-        {"a file in use goes at the next restart", {},
+        {"settings kept, a file in use goes at the next restart", {},
          [&] {
              renames = std::make_unique<e2e::PendingRenames>();
              lock = std::make_unique<e2e::HeldFileLock>(dest_ + L"Sonora.exe");
              ASSERT_TRUE(lock->IsHeld()) << e2e::Utf8(lock->Error());
          },
-         L"/Silent /RemoveSettings", 3010,
-         [&](const e2e::SetupRun&) {
+         L"/Silent", 3010,
+         [&](const e2e::SetupRun& run) {
              EXPECT_TRUE(e2e::PendingRenames::Names(HVString((dest_ + L"Sonora.exe").c_str())));
-             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe", kStandInLog}));
+             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe", kStandInLog})) << e2e::Utf8(run.log);
+             EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kSettings));
              EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32"));
+             EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
              lock.reset();
              renames.reset();
          }},
@@ -111,10 +116,9 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          [&] {
              InstallChange forged;
              forged.path = HVString((dest_ + L"..\\..\\Windows\\win.ini").c_str());
-             const std::string line = CInstallRecord::EncodeLine(forged);
              std::string record;
              ASSERT_TRUE(e2e::ReadFileBytes(dest_ + L"Install Record.txt", record));
-             ASSERT_TRUE(e2e::WriteFileBytes(dest_ + L"Install Record.txt", record + line));
+             ASSERT_TRUE(e2e::WriteFileBytes(dest_ + L"Install Record.txt", record + CInstallRecord::EncodeLine(forged)));
              before = e2e::MachineSnapshot();
          },
          L"/Silent /SuppressMessages", 1603,
@@ -125,7 +129,7 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        ASSERT_NO_FATAL_FAILURE(FreshMachine());
         if (row.beforeInstall)
             row.beforeInstall();
         before = e2e::MachineSnapshot();

@@ -178,9 +178,17 @@ bool CUninstaller::Do(const UninstallStep& step)
     case Action::ReleaseSharedFile:
         return ReleaseSharedFile(step);
     case Action::RemoveSettings: {
-        bool done = root && DeleteTreeExcept(root, subKey, HVString());
+        bool done = root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, HVString());
         if (!step.name.IsEmpty() && HVFileSystem::FolderExists(step.name))
             done &= HVFileSystem::DeleteFolderTree(step.name);
+        // The maker's key and folder above them go too when no other product of the maker is
+        // left in them.
+        HVString vendorKey, name;
+        SplitLast(subKey, vendorKey, name);
+        if (done && vendorKey.Find(u'\\') != HVString::npos)
+            PruneEmptyKeys(root, vendorKey);
+        if (done && !step.name.IsEmpty())
+            HVFileSystem::RemoveFolder(HVFileSystemPath::GetFolder(HVFileSystemPath::RemoveBackslash(step.name)));
         return done;
     }
     case Action::RemoveFolder:
