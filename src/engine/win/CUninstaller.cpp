@@ -270,12 +270,18 @@ bool CUninstaller::LeaveTheRestToACopy()
 
 void CUninstaller::FinishAfterExit(DWORD processId, const HVString& file, const std::vector<HVString>& folders)
 {
-    if (HANDLE process = ::OpenProcess(SYNCHRONIZE, FALSE, processId)) {
-        ::WaitForSingleObject(process, kWaitForExitMs);
+    // Waited for only while the id still names the uninstaller: an id is reused once its
+    // process is gone.
+    if (HANDLE process = ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId)) {
+        wchar_t image[MAX_PATH + 1] = {};
+        DWORD length = MAX_PATH;
+        if (::QueryFullProcessImageNameW(process, 0, image, &length) &&
+            HVString(image, static_cast<int32_t>(length)).EqualsNoCase(file.view()))
+            ::WaitForSingleObject(process, kWaitForExitMs);
         ::CloseHandle(process);
     }
     // The file's handle can outlive the process by a moment.
-    for (int attempt = 0; attempt < 50 && HVFileSystem::Exists(file, false) && !HVFileSystem::DeleteFile(file); ++attempt)
+    for (int attempt = 0; attempt < 100 && HVFileSystem::Exists(file, false) && !HVFileSystem::DeleteFile(file); ++attempt)
         ::Sleep(100);
     if (HVFileSystem::Exists(file, false))
         HVFileSystem::MoveFileAtRestart(file, HVString());
