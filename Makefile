@@ -57,7 +57,7 @@ reproducible: bootstrap
 	@env -u MFLAGS MAKEFLAGS=--no-print-directory JOBS=$(JOBS) scripts/check-reproducible.sh
 # The second compiler builds the product only, unoptimised: it is there for its diagnostics.
 clang: bootstrap $(BUILD)/clang/Makefile
-	@$(TREE) $(BUILD)/clang -j$(JOBS) --target InstallWizard
+	@$(TREE) $(BUILD)/clang -j$(JOBS) --target InstallWizard HVMediaUninstall
 bench-build: bootstrap $(BUILD)/bench/Makefile
 	@$(TREE) $(BUILD)/bench -j$(JOBS)
 fuzz-build: bootstrap $(BUILD)/fuzz/Makefile

@@ -3,7 +3,8 @@
 # scale: the setup program runs on the sample setup folder in Wine's virtual desktop on a
 # private X server (Xvfb), is driven by keys (xdotool) as a user would, and each state is
 # photographed and cut to the windows shown: every page from the language question to the
-# finish page (with and without a restart pending) and the wizard's boxes. The Wine prefix of the build lends its display
+# finish page (with and without a restart pending) and the wizard's boxes, then the uninstaller's
+# question, its refusal of a folder without an install record and its result. The Wine prefix of the build lends its display
 # driver and scale for the run and gets them back afterwards.
 #   IW_PICTURE_SCALES  the scales in DPI (default "96 144")
 set -uo pipefail
@@ -91,6 +92,15 @@ start_setup() {   # extra arguments for the setup program
   rm -f "$out/run.log"
   (cd "$setup" && exec wine explorer /desktop=Setup,1024x768 "$exe_w" "/Log=$log_w" "$@") >/dev/null 2>&1 &
   runner=$!
+  find_desktop
+}
+start_uninstall() {   # the uninstaller's folder (Windows form)
+  rm -f "$out/run.log"
+  wine explorer /desktop=Setup,1024x768 "$1\\HVMediaUninstall.exe" "/Log=$log_w" >/dev/null 2>&1 &
+  runner=$!
+  find_desktop
+}
+find_desktop() {
   desk=
   for i in $(seq 100); do
     desk=$(xdotool search --name "Setup - Wine desktop" 2>/dev/null | head -1)
@@ -166,6 +176,24 @@ for dpi in $scales; do
   shot 08-shortcuts
   key Return
   shot 09-finish
+  key Return
+  end_setup
+
+  # The uninstaller: one away from its install record refuses, the installed one removes.
+  norecord="$out/uninstall-without-record"
+  mkdir -p "$norecord"
+  cp "$WINEPREFIX/drive_c/Program Files/Halvard/Sonora/HVMediaUninstall.exe" "$norecord/"
+  start_uninstall "$(winepath -w "$norecord" 2>/dev/null)"
+  shot 30-uninstall-question
+  key Return
+  shot 31-uninstall-refused
+  key Return
+  end_setup
+  rm -rf "$norecord"
+  start_uninstall 'C:\Program Files\Halvard\Sonora'
+  key Return
+  wait_log 'Delete install record'
+  shot 32-uninstall-done
   key Return
   end_setup
 

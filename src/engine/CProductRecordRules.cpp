@@ -116,6 +116,71 @@ HVString CProductRecordRules::DescribeData(uint32_t type, const std::vector<uint
     return text;
 }
 
+bool CProductRecordRules::ReadData(const HVString& text, uint32_t& type, std::vector<uint8_t>& data)
+{
+    const std::u16string_view view = text.view();
+    data.clear();
+    auto hexDigit = [](char16_t ch) -> int {
+        if (ch >= u'0' && ch <= u'9')
+            return ch - u'0';
+        if (ch >= u'a' && ch <= u'f')
+            return ch - u'a' + 10;
+        if (ch >= u'A' && ch <= u'F')
+            return ch - u'A' + 10;
+        return -1;
+    };
+    auto readHex = [&](std::u16string_view digits, uint32_t& value) {
+        value = 0;
+        if (digits.empty() || digits.size() > 8)
+            return false;
+        for (char16_t ch : digits) {
+            const int digit = hexDigit(ch);
+            if (digit < 0)
+                return false;
+            value = value << 4 | static_cast<uint32_t>(digit);
+        }
+        return true;
+    };
+    if (view.size() >= 2 && view.front() == u'"' && view.back() == u'"') {
+        type = kRegSz;
+        for (size_t i = 1; i + 1 < view.size(); ++i) {
+            char16_t ch = view[i];
+            if (ch == u'\\') {
+                if (i + 2 >= view.size())
+                    return false;
+                ch = view[++i];
+            }
+            data.push_back(static_cast<uint8_t>(ch & 0xFF));
+            data.push_back(static_cast<uint8_t>(ch >> 8));
+        }
+        data.push_back(0);
+        data.push_back(0);
+        return true;
+    }
+    if (view.starts_with(u"dword:")) {
+        uint32_t value = 0;
+        if (view.size() != 14 || !readHex(view.substr(6), value))
+            return false;
+        type = kRegDword;
+        for (int shift = 0; shift < 32; shift += 8)
+            data.push_back(static_cast<uint8_t>(value >> shift));
+        return true;
+    }
+    const size_t close = view.find(u"):");
+    if (!view.starts_with(u"hex(") || close == std::u16string_view::npos || !readHex(view.substr(4, close - 4), type))
+        return false;
+    std::u16string_view bytes = view.substr(close + 2);
+    while (!bytes.empty()) {
+        uint32_t value = 0;
+        const size_t comma = bytes.find(u',');
+        if (!readHex(bytes.substr(0, comma), value) || value > 0xFF || (comma != bytes.npos && comma + 1 == bytes.size()))
+            return false;
+        data.push_back(static_cast<uint8_t>(value));
+        bytes = comma == bytes.npos ? std::u16string_view() : bytes.substr(comma + 1);
+    }
+    return true;
+}
+
 HVString CProductRecordRules::DateText(int32_t year, int32_t month, int32_t day)
 {
     return HVString::Format(u"%04d%02d%02d", year, month, day);

@@ -43,6 +43,8 @@ public:
     // a value held before it was changed: "text" (backslash and quote escaped) for REG_SZ,
     // dword:0000002a for REG_DWORD, hex(<type>):2a,00,... for every other type.
     static HVString DescribeData(uint32_t type, const std::vector<uint8_t>& data);
+    // The way back, for restoring what a value held; false for text not in that form.
+    static bool ReadData(const HVString& text, uint32_t& type, std::vector<uint8_t>& data);
     // "yyyymmdd".
     static HVString DateText(int32_t year, int32_t month, int32_t day);
     // Kilobytes, rounded up, at most 0xFFFFFFFF.

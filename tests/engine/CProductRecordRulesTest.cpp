@@ -61,8 +61,18 @@ TEST(CProductRecordRulesTest, PreviousDataInRegFileForm)
         {4, {1, 2}, u"hex(4):01,02"},
         {3, {0xde, 0xad}, u"hex(3):de,ad"},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(CProductRecordRules::DescribeData(row.type, row.data), row.expected);
+        uint32_t type = 0;
+        std::vector<uint8_t> data;
+        EXPECT_TRUE(CProductRecordRules::ReadData(row.expected, type, data));
+        EXPECT_EQ(type, row.type);
+        EXPECT_EQ(data, row.data);
+    }
+    uint32_t type = 0;
+    std::vector<uint8_t> data;
+    for (const char16_t* bad : {u"dword:2a", u"hex(3):de,", u"hex(3):1ff", u"hex(x):00", u"\"a\\\"", u"text", u"\""})
+        EXPECT_FALSE(CProductRecordRules::ReadData(bad, type, data)) << HVString(bad).ToUtf8();
     EXPECT_EQ(CProductRecordRules::DateText(2024, 3, 7), u"20240307");
     EXPECT_EQ(CProductRecordRules::SizeInKilobytes(0), 0u);
     EXPECT_EQ(CProductRecordRules::SizeInKilobytes(1025), 2u);

@@ -24,7 +24,14 @@ bool CComponentRegistration::IsSelfRegistering(const HVString& path)
     return module && ::GetProcAddress(module.Get(), "DllRegisterServer") != nullptr;
 }
 
-bool CComponentRegistration::RegisterServer(const HVString& path)
+bool CComponentRegistration::RegisterServer(const HVString& path) { return CallServerExport(path, "DllRegisterServer"); }
+
+bool CComponentRegistration::UnregisterServer(const HVString& path)
+{
+    return CallServerExport(path, "DllUnregisterServer");
+}
+
+bool CComponentRegistration::CallServerExport(const HVString& path, const char* exportName)
 {
     if (!CCopyRules::MayRegister(path))
         return false;
@@ -32,16 +39,17 @@ bool CComponentRegistration::RegisterServer(const HVString& path)
     HVModule module = HVLoadLibrary::Load(path, &error);
     if (!module)
         return false;
-    const auto registerServer =
-        reinterpret_cast<RegisterFunction>(reinterpret_cast<void*>(::GetProcAddress(module.Get(), "DllRegisterServer")));
-    if (!registerServer) {
-        HVLog::Write(HVLog::kError, "CComponentRegistration::RegisterServer", u"No DllRegisterServer in %s", path);
+    const HVString name = HVString::FromUtf8(exportName);
+    const auto serverFunction =
+        reinterpret_cast<RegisterFunction>(reinterpret_cast<void*>(::GetProcAddress(module.Get(), exportName)));
+    if (!serverFunction) {
+        HVLog::Write(HVLog::kError, "CComponentRegistration::CallServerExport", u"No %s in %s", name, path);
         return false;
     }
-    const HRESULT result = registerServer();
+    const HRESULT result = serverFunction();
     if (FAILED(result)) {
-        HVLog::Write(HVLog::kError, "CComponentRegistration::RegisterServer", u"DllRegisterServer of %s failed (0x%08X)",
-                     path, static_cast<uint32_t>(result));
+        HVLog::Write(HVLog::kError, "CComponentRegistration::CallServerExport", u"%s of %s failed (0x%08X)", name, path,
+                     static_cast<uint32_t>(result));
         return false;
     }
     return true;

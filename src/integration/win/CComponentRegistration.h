@@ -15,6 +15,8 @@ public:
     // False for another file type, a module that can't be loaded, a missing export or a
     // failing result (logged).
     static bool RegisterServer(const HVString& path);
+    // The same through DllUnregisterServer, before the module's file goes.
+    static bool UnregisterServer(const HVString& path);
 
     // The product's "PackageInstaller.exe" of `installFolder` run with a switch ("/RegDLL",
     // "/UnRegDLL", "/InstallWDMDriver", ...) and a quoted path, waited for with the window
@@ -30,4 +32,7 @@ public:
 
     // A program of ours may take this long before it counts as hung and is ended.
     static constexpr int kHelperTimeoutMs = 120000;
+
+private:
+    static bool CallServerExport(const HVString& path, const char* exportName);
 };

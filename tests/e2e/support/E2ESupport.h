@@ -23,6 +23,7 @@
 //                  readable list of what is missing and what is extra; CopyTree, DeleteTree.
 //   HeldFileLock   holds a file open without sharing from another process (HoldLock.exe) for
 //                  as long as the object lives: CopyFileW/DeleteFileW on it fail as "in use".
+//   UninstallRun   RunUninstaller(installFolder, L"/Silent"), MachineSnapshot() to compare.
 //   SetupRun       MakeSetupFolder(name, xml), RunSetup(options) with its log read back,
 //                  RunningProduct, ScopedRegString (a value set and put back).
 //   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
@@ -54,5 +55,6 @@
 #include "Shortcut.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
+#include "UninstallRun.h"
 #include "WindowInspector.h"
 #include "WizardDriver.h"

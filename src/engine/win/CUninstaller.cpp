@@ -1,0 +1,293 @@
+#include "engine/win/CUninstaller.h"
+
+#include "engine/CProductRecordRules.h"
+#include "foundation/HVFileSystemPath.h"
+#include "foundation/HVLog.h"
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVRegKey.h"
+#include "integration/win/CComponentRegistration.h"
+#include "integration/win/RunProgram.h"
+
+#include <algorithm>
+
+namespace
+{
+const char* const kSource = "CUninstaller";
+constexpr const char16_t* kSharedDlls = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
+constexpr const char16_t* kFontTable = u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts";
+// Long enough for any uninstaller to end once it has started its copy.
+constexpr DWORD kWaitForExitMs = 60000;
+
+const char16_t* ActionName(UninstallStep::Action action)
+{
+    static const char16_t* const names[] = {
+        u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Remove empty keys", u"Delete shortcut", u"Remove font",
+        u"Release shared file", u"Delete file", u"Remove library and settings", u"Delete record key",
+        u"Delete install record", u"Remove folder",
+    };
+    return names[static_cast<int>(action)];
+}
+
+void SplitLast(const HVString& path, HVString& parent, HVString& name)
+{
+    const int32_t slash = path.ReverseFind(u'\\');
+    parent = slash == HVString::npos ? HVString() : path.Left(slash);
+    name = slash == HVString::npos ? path : path.Mid(slash + 1);
+}
+
+// The key with everything below it, except the subtree `keep` (empty: nothing kept).
+bool DeleteTreeExcept(HKEY root, const HVString& subKey, const HVString& keep)
+{
+    if (!HVRegKey::KeyExists(root, subKey))
+        return true;
+    if (keep.IsEmpty() || !keep.StartsWithNoCase((subKey + u"\\").view())) {
+        HVString parentPath, name;
+        SplitLast(subKey, parentPath, name);
+        HVRegKey parent;
+        return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKeyTree(name);
+    }
+    HVRegKey key;
+    if (!key.Open(root, subKey, KEY_READ | KEY_WRITE))
+        return false;
+    bool done = true;
+    for (const HVString& child : key.EnumSubKeys()) {
+        const HVString childPath = subKey + u"\\" + child;
+        if (!childPath.EqualsNoCase(keep.view()))
+            done &= DeleteTreeExcept(root, childPath, keep);
+    }
+    for (const HVString& value : key.EnumValueNames())
+        done &= key.DeleteValue(value);
+    return done;
+}
+
+// The key and the keys below it that hold nothing: what others put there stays.
+bool PruneEmptyKeys(HKEY root, const HVString& subKey)
+{
+    HVRegKey key;
+    if (!key.Open(root, subKey, KEY_READ | KEY_WRITE))
+        return true;
+    for (const HVString& child : key.EnumSubKeys())
+        PruneEmptyKeys(root, subKey + u"\\" + child);
+    if (!key.EnumSubKeys().empty() || !key.EnumValueNames().empty())
+        return true;
+    key.Close();
+    HVString parentPath, name;
+    SplitLast(subKey, parentPath, name);
+    HVRegKey parent;
+    return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKey(name);
+}
+}
+
+CUninstaller::CUninstaller(const HVString& installFolder, const HVString& ownPath)
+    : installFolder_(installFolder), ownPath_(ownPath)
+{
+}
+
+HKEY CUninstaller::SplitKey(const HVString& path, HVString& subKey)
+{
+    static const struct
+    {
+        const char16_t* name;
+        HKEY root;
+    } roots[] = {{u"HKLM", HKEY_LOCAL_MACHINE}, {u"HKCU", HKEY_CURRENT_USER}, {u"HKCR", HKEY_CLASSES_ROOT},
+                 {u"HKU", HKEY_USERS}, {u"HKCC", HKEY_CURRENT_CONFIG}};
+    const int32_t slash = path.Find(u'\\');
+    const HVString rootName = slash == HVString::npos ? path : path.Left(slash);
+    subKey = slash == HVString::npos ? HVString() : path.Mid(slash + 1);
+    for (const auto& root : roots)
+        if (rootName.EqualsNoCase(root.name))
+            return root.root;
+    return nullptr;
+}
+
+void CUninstaller::Run(const CUninstallPlan& plan, const Progress& progress)
+{
+    // The uninstaller in the install folder is the product's even when a run ended before the
+    // record named it.
+    ownFileLeft_ = CUninstallPlan::IsBelow(ownPath_, installFolder_);
+    const std::vector<UninstallStep>& steps = plan.Steps();
+    for (size_t i = 0; i < steps.size(); ++i) {
+        const UninstallStep& step = steps[i];
+        if (progress)
+            progress(i, steps.size(), step.path);
+        const bool record = step.action == UninstallStep::Action::DeleteRecordKey ||
+                            step.action == UninstallStep::Action::DeleteRecordFile;
+        if (record && failures_) {
+            HVLog::Write(HVLog::kWarning, kSource, u"%s %s: kept, because %d step(s) failed", ActionName(step.action),
+                         step.path, static_cast<int32_t>(failures_));
+            continue;
+        }
+        const bool done = Do(step);
+        HVLog::Write(done ? HVLog::kInfo : HVLog::kError, kSource, u"%s %s%s%s: %s", ActionName(step.action), step.path,
+                     step.name.IsEmpty() ? u"" : u" | ", step.name, done ? u"done" : u"failed");
+        failures_ += done ? 0 : 1;
+    }
+    if (progress)
+        progress(steps.size(), steps.size(), HVString());
+}
+
+bool CUninstaller::Do(const UninstallStep& step)
+{
+    using Action = UninstallStep::Action;
+    HVString subKey;
+    const HKEY root = SplitKey(step.path, subKey);
+    switch (step.action) {
+    case Action::Unregister: {
+        if (!HVFileSystem::Exists(step.path, false))
+            return true;
+        bool unregistered = false;
+        if (step.name.EqualsNoCase(u"RegSvr32"))
+            unregistered = CComponentRegistration::RegisterWithRegSvr32(step.path, u"/u ");
+        else if (step.name.EqualsNoCase(u"PackageInstaller"))
+            unregistered = CComponentRegistration::RegisterWithPackageInstaller(installFolder_, step.path, true);
+        else
+            unregistered = CComponentRegistration::UnregisterServer(step.path);
+        // A module that won't unregister still goes: leaving its file would not undo its entries.
+        if (!unregistered)
+            HVLog::Write(HVLog::kWarning, kSource, u"%s did not unregister", step.path);
+        return true;
+    }
+    case Action::RestoreValue: {
+        uint32_t type = 0;
+        std::vector<uint8_t> data;
+        HVRegKey key;
+        return root && CProductRecordRules::ReadData(step.data, type, data) && key.Create(root, subKey) &&
+               key.SetValue(step.name, type, data.data(), data.size());
+    }
+    case Action::DeleteValue: {
+        HVRegKey key;
+        if (!root || !key.Open(root, subKey, KEY_READ | KEY_WRITE))
+            return root != nullptr;
+        return !key.HasValue(step.name) || key.DeleteValue(step.name);
+    }
+    case Action::DeleteKey:
+    case Action::DeleteRecordKey: {
+        HVString keep;
+        if (!step.keep.IsEmpty())
+            SplitKey(step.keep, keep);
+        return root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, keep);
+    }
+    case Action::PruneKey:
+        return root && !subKey.IsEmpty() && PruneEmptyKeys(root, subKey);
+    case Action::DeleteShortcut:
+    case Action::RemoveFile:
+    case Action::DeleteRecordFile:
+        return RemoveFile(step.path);
+    case Action::RemoveFont:
+        return RemoveFont(step);
+    case Action::ReleaseSharedFile:
+        return ReleaseSharedFile(step);
+    case Action::RemoveSettings: {
+        bool done = root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, HVString());
+        if (!step.name.IsEmpty() && HVFileSystem::FolderExists(step.name))
+            done &= HVFileSystem::DeleteFolderTree(step.name);
+        // The maker's key and folder above them go too when no other product of the maker is
+        // left in them.
+        HVString vendorKey, name;
+        SplitLast(subKey, vendorKey, name);
+        if (done && vendorKey.Find(u'\\') != HVString::npos)
+            PruneEmptyKeys(root, vendorKey);
+        if (done && !step.name.IsEmpty())
+            HVFileSystem::RemoveFolder(HVFileSystemPath::GetFolder(HVFileSystemPath::RemoveBackslash(step.name)));
+        return done;
+    }
+    case Action::RemoveFolder:
+        if (!HVFileSystem::FolderExists(step.path) || HVFileSystem::RemoveFolder(step.path))
+            return true;
+        if (ownFileLeft_ && CUninstallPlan::IsBelow(ownPath_, step.path))
+            foldersLeft_.push_back(step.path);
+        else
+            HVLog::Write(HVLog::kInfo, kSource, u"%s is kept: something not installed is in it", step.path);
+        return true;
+    }
+    return false;
+}
+
+bool CUninstaller::RemoveFile(const HVString& path)
+{
+    if (!HVFileSystem::Exists(path, false))
+        return true;
+    if (path.EqualsNoCase(ownPath_.view())) {
+        ownFileLeft_ = true;
+        return true;
+    }
+    if (HVFileSystem::DeleteFile(path))
+        return true;
+    DWORD error = 0;
+    if (!HVFileSystem::MoveFileAtRestart(path, HVString(), &error)) {
+        HVLog::Write(HVLog::kError, kSource, u"%s can't be deleted, not even at the next restart (error %d)", path,
+                     static_cast<int32_t>(error));
+        return false;
+    }
+    HVLog::Write(HVLog::kWarning, kSource, u"%s is in use: deleted at the next restart", path);
+    restartNeeded_ = true;
+    return true;
+}
+
+bool CUninstaller::ReleaseSharedFile(const UninstallStep& step)
+{
+    HVRegKey key;
+    DWORD count = 0;
+    if (key.Open(HKEY_LOCAL_MACHINE, kSharedDlls, KEY_READ | KEY_WRITE) && key.QueryDWORD(step.path, count) &&
+        count > 1) {
+        HVLog::Write(HVLog::kInfo, kSource, u"%s is still used by %d other program(s)", step.path,
+                     static_cast<int32_t>(count - 1));
+        return key.SetDWORD(step.path, count - 1);
+    }
+    if (key.IsOpen() && key.HasValue(step.path) && !key.DeleteValue(step.path))
+        return false;
+    return !step.created || RemoveFile(step.path);
+}
+
+bool CUninstaller::RemoveFont(const UninstallStep& step)
+{
+    if (!step.created)
+        return true;
+    ::RemoveFontResourceW(reinterpret_cast<const wchar_t*>(step.path.c_str()));
+    HVRegKey fonts;
+    if (!step.name.IsEmpty() && fonts.Open(HKEY_LOCAL_MACHINE, kFontTable, KEY_READ | KEY_WRITE) &&
+        fonts.HasValue(step.name))
+        fonts.DeleteValue(step.name);
+    return RemoveFile(step.path);
+}
+
+bool CUninstaller::LeaveTheRestToACopy()
+{
+    // After a failure the uninstaller stays with the records, for the next try.
+    if (!ownFileLeft_ || failures_)
+        return false;
+    wchar_t temp[MAX_PATH + 1] = {};
+    if (!::GetTempPathW(MAX_PATH, temp))
+        return false;
+    const HVString copy = HVString(temp) + HVString::Format(u"HVMediaUninstall-%u.exe", ::GetCurrentProcessId());
+    if (!HVFileSystem::CopyFile(ownPath_, copy, false))
+        return false;
+    HVString parameters = HVString::Format(u"/RemoveAfter=%u \"%s\"", ::GetCurrentProcessId(), ownPath_);
+    for (const HVString& folder : foldersLeft_)
+        parameters += HVString::Format(u" \"%s\"", HVFileSystemPath::RemoveBackslash(folder));
+    return RunProgram(copy, parameters, SW_HIDE, false, false);
+}
+
+void CUninstaller::FinishAfterExit(DWORD processId, const HVString& file, const std::vector<HVString>& folders)
+{
+    // Waited for only while the id still names the uninstaller: an id is reused once its
+    // process is gone.
+    if (HANDLE process = ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId)) {
+        wchar_t image[MAX_PATH + 1] = {};
+        DWORD length = MAX_PATH;
+        if (::QueryFullProcessImageNameW(process, 0, image, &length) &&
+            HVString(image, static_cast<int32_t>(length)).EqualsNoCase(file.view()))
+            ::WaitForSingleObject(process, kWaitForExitMs);
+        ::CloseHandle(process);
+    }
+    // The file's handle can outlive the process by a moment.
+    for (int attempt = 0; attempt < 100 && HVFileSystem::Exists(file, false) && !HVFileSystem::DeleteFile(file); ++attempt)
+        ::Sleep(100);
+    if (HVFileSystem::Exists(file, false))
+        HVFileSystem::MoveFileAtRestart(file, HVString());
+    for (const HVString& folder : folders)
+        HVFileSystem::RemoveFolder(HVFileSystemPath::AddBackslash(folder));
+    wchar_t self[MAX_PATH + 1] = {};
+    if (::GetModuleFileNameW(nullptr, self, MAX_PATH))
+        HVFileSystem::MoveFileAtRestart(HVString(self), HVString());
+}

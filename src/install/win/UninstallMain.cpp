@@ -1,0 +1,9 @@
+#include "install/win/CUninstallApp.h"
+
+#include <windows.h>
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
+{
+    CUninstallApp app;
+    return app.Run();
+}
