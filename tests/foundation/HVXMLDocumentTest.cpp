@@ -312,6 +312,8 @@ TEST(HVXMLDocumentTest, CursorMovesAmongSiblingsAndLevels)
     EXPECT_EQ(doc.GetChildTagName(), u"j");
     EXPECT_TRUE(doc.FindChildElem());   // the next child of any name
     EXPECT_EQ(doc.GetChildAttrib(u"n"), u"2");
+    doc.ResetChildPos();   // the child walk starts again at the first
+    EXPECT_TRUE(doc.FindChildElem(u"i") && doc.GetChildAttrib(u"n") == u"1");
 
     // IntoElem with no current child leaves no current element; FindElem starts at the first.
     doc.ResetPos();
