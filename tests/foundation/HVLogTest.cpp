@@ -32,10 +32,7 @@ TEST(HVLogTest, LineCarriesLevelSourceAndFormattedMessageCutWhenLong)
 TEST(HVLogTest, TimerLogsStartAndFinish)
 {
     RecordingLogger log;
-    {
-        HVLogTimer timer("RunProgram");
-        EXPECT_EQ(timer.GetResult(), static_cast<int32_t>(0x8A33F231));
-    }
+    (void)HVLogTimer("RunProgram");   // no result set: the finish line names none
     {
         HVLogTimer timer("RunProgram");
         timer.SetResult(7);

@@ -118,10 +118,7 @@ TEST(HVXMLDocumentTest, RecordsHoldOffsetsLengthsAndFlags)
         EXPECT_EQ(doc.GetEndTagLength(e), row.endTag) << U8(row.path);
         EXPECT_EQ(doc.GetRecord(e)->Level(), row.level) << U8(row.path);
     }
-    const HVXMLDocument::Elem child = doc.Select(u"/root/child"), e = doc.Select(u"/root/e");
-    EXPECT_EQ(doc.GetRecord(e)->prevSibling, child);
-    EXPECT_EQ(doc.GetRecord(child)->prevSibling, e);   // the first child points to the last
-    EXPECT_EQ(doc.GetPrevSibling(child), 0u);
+    ExpectLinksConsistent(doc, 0);
 }
 
 TEST(HVXMLDocumentTest, ErrorsFlagTheElementThatHoldsThem)
@@ -315,6 +312,8 @@ TEST(HVXMLDocumentTest, CursorMovesAmongSiblingsAndLevels)
     EXPECT_EQ(doc.GetChildTagName(), u"j");
     EXPECT_TRUE(doc.FindChildElem());   // the next child of any name
     EXPECT_EQ(doc.GetChildAttrib(u"n"), u"2");
+    doc.ResetChildPos();   // the child walk starts again at the first
+    EXPECT_TRUE(doc.FindChildElem(u"i") && doc.GetChildAttrib(u"n") == u"1");
 
     // IntoElem with no current child leaves no current element; FindElem starts at the first.
     doc.ResetPos();

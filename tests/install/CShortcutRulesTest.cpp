@@ -17,7 +17,6 @@ TEST(CShortcutRules, DefaultsFollowTheKindOfInstall)
         bool startMenu, desktop, quickLaunch;
     } cases[] = {
         {"first install on XP", false, false, false, -1, 1006, true, true, true},
-        {"first install on Windows 7: no Quick Launch", false, false, false, -1, 1009, true, true, false},
         {"first install, this version's Start Menu exists", false, false, false, kVersion, 1012, false, true, false},
         {"reinstall asks for nothing", true, false, false, kVersion - 1, 1006, false, false, false},
         {"express reinstall, other version", true, false, true, kVersion - 1, 1012, true, false, false},

@@ -128,10 +128,7 @@ TEST(HVInstallDescriptionTest, AnyRootAndBrokenOrMissingFiles)
     EXPECT_EQ(d.GetPath(), path);
     EXPECT_EQ(d.GetText(u"/*/Product/InstallToPath"), u"C:\\\u00e9");
 }
-}   // namespace
 
-namespace
-{
 TEST(HVInstallDescriptionTest, DownloadServerAndPinnedDigests)
 {
     HVInstallDescription bare;

@@ -14,6 +14,7 @@ namespace
 {
 const std::wstring kKey = L"Software\\Halvard\\ApplyRegistryLinesTest";
 
+// How a line's name, type and number are read is the line parser's test; here, what each action does.
 TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
 {
     e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kKey);
@@ -37,10 +38,7 @@ TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
                         key + u"|Missing|made|STRING|CREATE",
                         key + u"|Zero|5|STRING|CREATE",
                         key + u"|Text|7|DWORD|CREATE",
-                        key + u"|Number|12abc|DWORD|MODIFY",
-                        key + u"|Lower|34|string|MODIFY",
                         key + u"|Default|[PRODUCTWITHVERSION]|STRING|MODIFY",
-                        key + u"|default|lower|STRING|MODIFY",
                         key + u"|Gone||STRING|DELETE",
                         key + u"\\New|Nothing||STRING|DELETE",
                         key + u"|Marker|x|STRING|MODIFY|extra",
@@ -53,10 +51,7 @@ TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Missing"), L"made");
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Zero"), 0u);
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Text"), 7u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Number"), 12u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kKey, L"Lower"), 34u);
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L""), L"Sonora32");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"default"), L"lower");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kKey, L"Gone"));
     EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kKey + L"\\New"));
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kKey, L"Marker"));

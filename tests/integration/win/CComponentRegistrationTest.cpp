@@ -38,10 +38,7 @@ TEST(CComponentRegistrationTest, FindsAndCallsDllRegisterServer)
     if (!productKeyExisted && halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
         halvard.DeleteSubKeyTree(u"Sonora 32");
 }
-}
 
-namespace
-{
 // The two helper routes, each leaving the sample component's marker and taking it away again.
 TEST(CComponentRegistrationTest, PackageInstallerAndRegSvr32RegisterAndUnregister)
 {
