@@ -18,7 +18,9 @@ epoch=$(git -C "$src" log -1 --format=%ct 2>/dev/null || true)
 
 cmake -Wno-dev --log-level=WARNING -S "$src" -B "$out" \
   -DCMAKE_TOOLCHAIN_FILE="$src/cmake/mingw-w64-x86_64.cmake" -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" -DCMAKE_C_FLAGS_RELEASE="-O2 -DNDEBUG" \
+  -DCMAKE_CXX_FLAGS_RELEASE="-Os -DNDEBUG -ffunction-sections -fdata-sections" \
+  -DCMAKE_C_FLAGS_RELEASE="-Os -DNDEBUG -ffunction-sections -fdata-sections" \
+  -DCMAKE_EXE_LINKER_FLAGS_RELEASE="-Wl,--gc-sections" \
   -DIW_TESTS=OFF -DIW_REPRODUCIBLE=ON -DIW_SOURCE_DATE_EPOCH="$epoch" \
   -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=24
 cmake --build "$out" -j"$jobs"

@@ -131,6 +131,10 @@ public:
         }
         if (change.kind == Kind::InstallEnded)
             return HVString();
+        // A driver is taken out by its description in the setup folder: a file that is read,
+        // never removed, so it may lie outside the places the install wrote to.
+        if (change.kind == Kind::ModuleRegistered && change.name.EqualsNoCase(u"WDMDriver"))
+            return IsPlainPath(path, false) ? HVString() : path;
         if (change.kind == Kind::FolderCreated || change.kind == Kind::FolderDeleted)
             return IsFolderPlace(path) ? HVString() : path;
         return IsPlainPath(path, false) && IsFilePlace(path) ? HVString() : path;

@@ -133,10 +133,19 @@ bool CUninstaller::Do(const UninstallStep& step)
     const HKEY root = SplitKey(step.path, subKey);
     switch (step.action) {
     case Action::Unregister: {
-        if (!HVFileSystem::Exists(step.path, false))
+        if (!HVFileSystem::Exists(step.path, false)) {
+            if (step.name.EqualsNoCase(u"WDMDriver"))
+                HVLog::Write(HVLog::kWarning, kSource, u"The driver stays: its description %s is gone", step.path);
             return true;
+        }
         bool unregistered = false;
-        if (step.name.EqualsNoCase(u"RegSvr32"))
+        int exitCode = -1;
+        if (step.name.EqualsNoCase(u"WDMDriver"))
+            unregistered = CComponentRegistration::RunPackageInstaller(installFolder_, u"/RemoveWDMDriver", step.path);
+        else if (step.name.EqualsNoCase(u"Service"))
+            unregistered = RunProgram(step.path, u"/Uninstall", SW_HIDE, true, true, &exitCode,
+                                      CComponentRegistration::kHelperTimeoutMs) && exitCode == 0;
+        else if (step.name.EqualsNoCase(u"RegSvr32"))
             unregistered = CComponentRegistration::RegisterWithRegSvr32(step.path, u"/u ");
         else if (step.name.EqualsNoCase(u"PackageInstaller"))
             unregistered = CComponentRegistration::RegisterWithPackageInstaller(installFolder_, step.path, true);
