@@ -2,6 +2,21 @@
 
 #include <algorithm>
 
+namespace
+{
+InstallChange MakeChange(InstallChange::Kind kind, const HVString& path, bool existedBefore = false, bool deferred = false,
+                         const HVString& name = HVString())
+{
+    InstallChange change;
+    change.kind = kind;
+    change.path = path;
+    change.name = name;
+    change.existedBefore = existedBefore;
+    change.deferred = deferred;
+    return change;
+}
+}  // namespace
+
 void CInstallChangeLog::Note(const InstallChange& change)
 {
     changes_.push_back(change);
@@ -11,48 +26,27 @@ void CInstallChangeLog::Note(const InstallChange& change)
 
 void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
 {
-    InstallChange change;
-    change.kind = kind;
-    change.path = path;
-    Note(change);
+    Note(MakeChange(kind, path));
 }
 
 void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::FileWritten;
-    change.path = path;
-    change.existedBefore = existedBefore;
-    change.deferred = deferred;
-    Note(change);
+    Note(MakeChange(InstallChange::Kind::FileWritten, path, existedBefore, deferred));
 }
 
 void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::FileDeleted;
-    change.path = path;
-    change.existedBefore = true;
-    change.deferred = deferred;
-    Note(change);
+    Note(MakeChange(InstallChange::Kind::FileDeleted, path, true, deferred));
 }
 
 void CInstallChangeLog::NoteStarted(const HVString& path, bool existedBefore)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::FileStarted;
-    change.path = path;
-    change.existedBefore = existedBefore;
-    Note(change);
+    Note(MakeChange(InstallChange::Kind::FileStarted, path, existedBefore));
 }
 
 void CInstallChangeLog::NoteRegistered(const HVString& path, const HVString& how)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::ModuleRegistered;
-    change.path = path;
-    change.name = how;
-    Note(change);
+    Note(MakeChange(InstallChange::Kind::ModuleRegistered, path, false, false, how));
 }
 
 size_t CInstallChangeLog::Count(InstallChange::Kind kind) const
