@@ -249,7 +249,7 @@ TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
         const std::string folder = e2e::Utf8(dest);
         EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "HVShellExt.dll\""), 1) << calls;
         EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "Plugins\\System\\SampleShell.dll\""), 1) << calls;
-        EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver"), c.noDriver ? 0 : 1) << calls;
+        EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver"), c.noDriver ? 0 : 1) << calls << run.Describe();
         if (!c.noDriver) {
             EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver \"" + e2e::Utf8(setup_) + "Drivers\\WDM\\" + c.driver +
                                               "\\HalvardWDMDriver.inf\""),
