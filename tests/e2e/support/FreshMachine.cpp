@@ -196,109 +196,101 @@ std::vector<std::wstring> ReadTraces(const std::vector<std::wstring>& mask)
 
 const std::vector<MachineTrace>& InstallerTraces()
 {
-    static const std::vector<MachineTrace> traces = {
-        // Programs first: a running copy would hold its files and write its keys back.
-        {Kind::Process, nullptr, L"", L"InstallWizard.exe"},
-        {Kind::Process, nullptr, L"", L"Sonora.exe"},
-        {Kind::Process, nullptr, L"", L"Sonora 32.exe"},
-        {Kind::Process, nullptr, L"", L"PackageInstaller.exe"},
-        {Kind::Process, nullptr, L"", L"HVService.exe"},
-        {Kind::Process, nullptr, L"", L"HVMediaUninstall.exe"},
+    static const std::vector<MachineTrace> traces = [] {
+        std::vector<MachineTrace> list = {
+            // Programs first: a running copy would hold its files and write its keys back.
+            {Kind::Process, nullptr, L"", L"InstallWizard.exe"},
+            {Kind::Process, nullptr, L"", L"Sonora.exe"},
+            {Kind::Process, nullptr, L"", L"Sonora 32.exe"},
+            {Kind::Process, nullptr, L"", L"PackageInstaller.exe"},
+            {Kind::Process, nullptr, L"", L"HVService.exe"},
+            {Kind::Process, nullptr, L"", L"HVMediaUninstall.exe"},
 
-        // The product's own keys: settings, installation records, journal, plug-ins.
-        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Halvard"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Halvard"},
-        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Classes\\VirtualStore\\Machine\\Software\\Halvard", L"", false},
-        {Kind::RegistryKey, HKEY_CURRENT_USER,
-         L"Software\\Classes\\VirtualStore\\Machine\\Software\\Wow6432Node\\Halvard", L"", false},
-        // Uninstall entry.
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
-         L"Sonora"},
-        {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
-         L"Sonora"},
-        // Started with Windows: this version's entry and the one it replaced.
-        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 32"},
-        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 31"},
-        // Deferred operations completed at the next logon or restart.
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
-         L"Install Wizard Completion"},
-        {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
-         L"Install Wizard Completion"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager",
-         L"PendingFileRenameOperations", false},
-        // Use counts of the system files and the font table entry.
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\system32\\HVCodecSupport.dll"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\syswow64\\HVCodecSupport.dll"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\system32\\HVDiscSupport.dll"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\syswow64\\HVDiscSupport.dll"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\system32\\HVSystemNotes.txt"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\syswow64\\HVSystemNotes.txt"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\system32\\Sonora.exe"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-         L"C:\\windows\\syswow64\\Sonora.exe"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts",
-         L"DejaVuSans (TrueType)"},
-        // Shell integration: ProgIDs and Default Programs.
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes", L"Sonora"},
-        {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"Software\\Classes", L"Sonora"},
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Clients\\Media", L"Sonora"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\*\\shellex\\ContextMenuHandlers\\Sonora32 Shell Extension"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\Applications\\Sonora.exe"},
-        {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"},
-        {Kind::RegistryKey, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Keyboard\\Native Media Players\\Sonora"},
-        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Netscape"},
-        // File types, protocols and MIME types of the sample (none of them Wine's own) and AutoPlay.
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type", L"application/x-listenwell"},
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type", L"audio/"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\application/podcast+xml"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\application/rss+xml"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\video/mp4"},
-        // A fresh Wine has the AutoPlay key, empty.
-        {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\AutoplayHandlers", L""},
-        {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts"},
+            // The product's own keys: settings, installation records, journal, plug-ins.
+            {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Halvard"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Halvard"},
+            {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Classes\\VirtualStore\\Machine\\Software\\Halvard", L"", false},
+            {Kind::RegistryKey, HKEY_CURRENT_USER,
+             L"Software\\Classes\\VirtualStore\\Machine\\Software\\Wow6432Node\\Halvard", L"", false},
+            // Uninstall entry.
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
+             L"Sonora"},
+            {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall",
+             L"Sonora"},
+            // Started with Windows: this version's entry and the one it replaced.
+            {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 32"},
+            {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"Sonora 31"},
+            // Deferred operations completed at the next logon or restart.
+            {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+             L"Install Wizard Completion"},
+            {Kind::RegistryValue, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+             L"Install Wizard Completion"},
+            {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager",
+             L"PendingFileRenameOperations", false},
+            // The font table entry (the system files' use counts are added below).
+            {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts",
+             L"DejaVuSans (TrueType)"},
+            // Shell integration: ProgIDs and Default Programs.
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes", L"Sonora"},
+            {Kind::RegistryKeyPrefix, HKEY_CURRENT_USER, L"Software\\Classes", L"Sonora"},
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Clients\\Media", L"Sonora"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\*\\shellex\\ContextMenuHandlers\\Sonora32 Shell Extension"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\Applications\\Sonora.exe"},
+            {Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"},
+            {Kind::RegistryKey, HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Keyboard\\Native Media Players\\Sonora"},
+            {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Netscape"},
+            // File types, protocols and MIME types of the sample (none of them Wine's own) and AutoPlay.
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type", L"application/x-listenwell"},
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type", L"audio/"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\application/podcast+xml"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\application/rss+xml"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\MIME\\Database\\Content Type\\video/mp4"},
+            // A fresh Wine has the AutoPlay key, empty.
+            {Kind::RegistryKeyPrefix, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\AutoplayHandlers", L""},
+            {Kind::RegistryKey, HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts"},
 
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mp3"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.flac"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.ogg"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.wav"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.m4a"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.wma"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mpl"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.m3u"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.cue"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lwp"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lws"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.DAT"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mp4"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\itpc"},
-        {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\pcast"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mp3"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.flac"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.ogg"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.wav"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.m4a"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.wma"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mpl"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.m3u"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.cue"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lwp"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lws"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.DAT"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mp4"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\itpc"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\pcast"},
 
-        // Files: the program folder, the per-user data folder, and what goes into the system.
-        {Kind::Folder, nullptr, L"%ProgramFiles%\\Halvard"},
-        {Kind::Folder, nullptr, L"%ProgramFiles(x86)%\\Halvard"},
-        {Kind::Folder, nullptr, L"%APPDATA%\\Halvard"},
-        {Kind::Folder, nullptr, L"%SystemDrive%\\Portable Sonora"},
-        {Kind::File, nullptr, L"%SystemRoot%\\System32\\Sonora.exe"},
-        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\Sonora.exe"},
-        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVCodecSupport.dll"},
-        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVCodecSupport.dll"},
-        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVDiscSupport.dll"},
-        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVDiscSupport.dll"},
-        {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVSystemNotes.txt"},
-        {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVSystemNotes.txt"},
-        {Kind::File, nullptr, L"%SystemRoot%\\Fonts\\DejaVuSans.ttf"},
-        {Kind::Folder, nullptr, L"%SystemDrive%\\Sonora Elsewhere"},
-        {Kind::Folder, nullptr, L"%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\Sonora"},
-        {Kind::File, nullptr, L"%USERPROFILE%\\Desktop\\Sonora.lnk"},
-        {Kind::File, nullptr, L"%APPDATA%\\Microsoft\\Internet Explorer\\Quick Launch\\Sonora.lnk"},
-    };
+            // Files: the program folder, the per-user data folder, and what goes into the system.
+            {Kind::Folder, nullptr, L"%ProgramFiles%\\Halvard"},
+            {Kind::Folder, nullptr, L"%ProgramFiles(x86)%\\Halvard"},
+            {Kind::Folder, nullptr, L"%APPDATA%\\Halvard"},
+            {Kind::Folder, nullptr, L"%SystemDrive%\\Portable Sonora"},
+            {Kind::File, nullptr, L"%SystemRoot%\\System32\\Sonora.exe"},
+            {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\Sonora.exe"},
+            {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVCodecSupport.dll"},
+            {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVCodecSupport.dll"},
+            {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVDiscSupport.dll"},
+            {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVDiscSupport.dll"},
+            {Kind::File, nullptr, L"%SystemRoot%\\System32\\HVSystemNotes.txt"},
+            {Kind::File, nullptr, L"%SystemRoot%\\SysWOW64\\HVSystemNotes.txt"},
+            {Kind::File, nullptr, L"%SystemRoot%\\Fonts\\DejaVuSans.ttf"},
+            {Kind::Folder, nullptr, L"%SystemDrive%\\Sonora Elsewhere"},
+            {Kind::Folder, nullptr, L"%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\Sonora"},
+            {Kind::File, nullptr, L"%USERPROFILE%\\Desktop\\Sonora.lnk"},
+            {Kind::File, nullptr, L"%APPDATA%\\Microsoft\\Internet Explorer\\Quick Launch\\Sonora.lnk"},
+        };
+        // Use counts of the files the install puts into the system folders.
+        for (const wchar_t* folder : {L"system32", L"syswow64"})
+            for (const wchar_t* file : {L"HVCodecSupport.dll", L"HVDiscSupport.dll", L"HVSystemNotes.txt", L"Sonora.exe"})
+                list.push_back({Kind::RegistryValue, HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
+                                std::wstring(L"C:\\windows\\") + folder + L"\\" + file});
+        return list;
+    }();
     return traces;
 }
 
