@@ -6,22 +6,16 @@
 set -uo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 source "$here/wine-env.sh"
+source "$here/wine-drive.sh"
 if [ "$(id -u)" != 0 ]; then
   echo "full-disk tests need root to mount a small file system; skipped"
   exit 77
 fi
-mountpoint="$(mktemp -d "${TMPDIR:-/tmp}/iw-full-disk.XXXXXX")"
-drive="$WINEPREFIX/dosdevices/q:"
-cleanup() {
-  rm -f "$drive"
-  umount "$mountpoint" 2>/dev/null
-  rmdir "$mountpoint"
-}
-trap cleanup EXIT
+wine_drive_begin q iw-full-disk
 if ! mount -t tmpfs -o size=4m tmpfs "$mountpoint"; then
   echo "could not mount a tmpfs at $mountpoint"
   exit 1
 fi
-ln -sfn "$mountpoint" "$drive"
+wine_drive_link
 export IW_FULL_DISK_DRIVE='Q:\'
 "$here/wine-test.sh" "$@"

@@ -8,21 +8,15 @@
 set -uo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 source "$here/wine-env.sh"
+source "$here/wine-drive.sh"
 media="$(cd "$(dirname "$2")/../media" && pwd)"
 if [ "$(id -u)" = 0 ]; then
-  mountpoint="$(mktemp -d "${TMPDIR:-/tmp}/iw-read-only.XXXXXX")"
-  drive="$WINEPREFIX/dosdevices/r:"
-  cleanup() {
-    rm -f "$drive"
-    umount "$mountpoint" 2>/dev/null
-    rmdir "$mountpoint"
-  }
-  trap cleanup EXIT
+  wine_drive_begin r iw-read-only
   if ! mount --bind "$media" "$mountpoint" || ! mount -o remount,bind,ro "$mountpoint"; then
     echo "could not mount $media read-only at $mountpoint"
     exit 1
   fi
-  ln -sfn "$mountpoint" "$drive"
+  wine_drive_link
   export IW_READ_ONLY_SETUP='R:\'
 fi
 "$here/wine-test.sh" "$@"
