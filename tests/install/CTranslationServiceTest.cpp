@@ -179,6 +179,9 @@ TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
     dir.Write("Nameless.xml", "<HVLanguage><Text><English>a</English><Translation>b</Translation></Text></HVLanguage>");
     dir.Write("Deutsch2.xml", LanguageFile("deutsch", "de-AT"));
     dir.Write("English.xml", LanguageFile("English", "en"));
+    const std::u16string greek = u"\uFEFF<HVLanguage name=\"Ελληνικά\" code=\"el\"><Text><English>Cancel</English>"
+                                 u"<Translation>Άκυρο</Translation></Text></HVLanguage>";
+    dir.Write("Greek.xml", std::string(reinterpret_cast<const char*>(greek.data()), greek.size() * 2));
     dir.Write("notes.txt", LanguageFile("Text", "tx"));
     std::filesystem::create_directories(dir.Dir() / "Folder.xml");
 
@@ -186,17 +189,18 @@ TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
     std::vector<std::string> names;
     for (const CLanguageInfo& l : languages)
         names.push_back(U8(l.name) + "/" + U8(l.code));
-    EXPECT_EQ(names, (std::vector<std::string>{"English/en", "Afrikaans/af", "Deutsch/de", "Français/fr", "Nameless/"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"English/en", "Afrikaans/af", "Deutsch/de", "Français/fr", "Nameless/",
+                                              "Ελληνικά/el"}));
     EXPECT_TRUE(languages[0].path.IsEmpty());
     EXPECT_EQ(U8(languages[2].path), U8(dir.Folder() + u"Deutsch.xml"));
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Broken.xml"));
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Install.xml"));
 
-    // The listed path loads the language it named.
+    // The listed path loads the language it named, a UTF-16 file by its byte order mark.
     CTranslationService service;
-    ASSERT_TRUE(service.Load(languages[3].path));
-    EXPECT_EQ(U8(service.LanguageName()), "Français");
-    EXPECT_EQ(U8(service.Translate(u"Cancel")), "Français");
+    ASSERT_TRUE(service.Load(languages[5].path));
+    EXPECT_EQ(U8(service.LanguageName()), "Ελληνικά");
+    EXPECT_EQ(U8(service.Translate(u"Cancel")), "Άκυρο");
 }
 
 TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
@@ -218,17 +222,6 @@ TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
     EXPECT_FALSE(service.Load(dir.Folder() + u"Gone.xml"));
     EXPECT_TRUE(service.IsEnglish());
     EXPECT_TRUE(log.Has(HVLog::kWarning, "Gone.xml"));
-}
-
-TEST(LanguageFolder, ReadsUtf16FilesWithTheirByteOrderMark)
-{
-    const ScratchDir dir;
-    const std::u16string text = u"\uFEFF<HVLanguage name=\"Ελληνικά\" code=\"el\"><Text><English>Cancel</English>"
-                                u"<Translation>Άκυρο</Translation></Text></HVLanguage>";
-    CTranslationService service;
-    ASSERT_TRUE(service.Load(dir.Write("Greek.xml", std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2))));
-    EXPECT_EQ(U8(service.LanguageName()), "Ελληνικά");
-    EXPECT_EQ(U8(service.Translate(u"Cancel")), "Άκυρο");
 }
 
 // The shipped German file: every entry usable, and the texts of the program found in it.
