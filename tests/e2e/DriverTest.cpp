@@ -48,13 +48,7 @@ TEST(Driver, ADialogNoRuleAnswersFailsTheRun)
 
 TEST(Driver, TextsMatchOnlyByTheirKind)
 {
-    struct Case
-    {
-        const wchar_t* actual;
-        const wchar_t* expected;
-        e2e::TextMatch match;
-        bool result;
-    };
+    struct Case { const wchar_t* actual; const wchar_t* expected; e2e::TextMatch match; bool result; };
     const Case cases[] = {
         {L"Line one.\r\nLine two.", L"Line one.\r\nLine two.", e2e::TextMatch::Exact, true},
         {L"Line one.\r\nLine two.", L"Line one.\nLine two.", e2e::TextMatch::Exact, false},

@@ -112,12 +112,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     const auto bigFileBeingWritten = [&](DWORD) {
         return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !Written(f, oldStamp_) && !Written(f, newStamp_); }) > 0;
     };
-    const struct
-    {
-        const char* when;
-        std::function<bool(DWORD)> reached;
-        bool leavesAPartialFile = false;
-    } ends[] = {
+    const struct { const char* when; std::function<bool(DWORD)> reached; bool leavesAPartialFile = false; } ends[] = {
         // A later count each time: the files already new from the run before count again.
         {"after 30 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 30; }},
         {"after 270 new files", [&](DWORD pid) { return newFilesInPlace(pid) >= 270; }},

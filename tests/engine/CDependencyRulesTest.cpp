@@ -6,11 +6,7 @@ namespace
 {
 TEST(CDependencyRulesTest, WebView2RuntimeCountsFrom119_0_2151_40)
 {
-    const struct
-    {
-        const char16_t* pv;
-        bool present;
-    } cases[] = {
+    const struct { const char16_t* pv; bool present; } cases[] = {
         {u"119.0.2151.40", true},  {u"119.0.2151.39", false}, {u"120.0.0.0", true},    {u"119.0.2152.0", true},
         {u"119.1.0.0", true},      {u"119.0.2150.99", false}, {u"118.9.9999.99", false}, {u"", false},
         {u"abc", false},           {u"119.0", false},         {u"119.0.2151.40.1", false}, {u"119.0.2151.", false},

@@ -61,14 +61,7 @@ TEST(CInstallRecordTest, DamageIsToleratedOnlyAtTheEnd)
     flipped[3] = 'x';
     std::string withoutLineEnd = b;
     withoutLineEnd.resize(b.size() - 2);
-    struct Case
-    {
-        const char* what;
-        std::string text;
-        size_t changes;
-        size_t damaged;
-        bool problem;
-    };
+    struct Case { const char* what; std::string text; size_t changes; size_t damaged; bool problem; };
     const Case cases[] = {
         {"whole", header + a + b, 2, 0, false},
         {"header only", header, 0, 0, false},

@@ -7,11 +7,7 @@ namespace
 TEST(CProductRecordRulesTest, LibraryPathsInsideTheEarlierDataFoldersTakeTheAppDataForm)
 {
     const HVString earlier = u"C:\\Program Files\\Halvard\\Sonora 31\\";
-    const struct
-    {
-        const char16_t* path;
-        const char16_t* expected;
-    } rows[] = {
+    const struct { const char16_t* path; const char16_t* expected; } rows[] = {
         {u"C:\\Program Files\\Halvard\\Sonora 31\\Data\\Library\\", u"[App Data Path]Data\\Library\\"},
         {u"c:\\program files\\halvard\\sonora 31\\cover art\\x.jpg", u"[App Data Path]cover art\\x.jpg"},
         {u"C:\\Program Files\\Halvard\\Sonora 31\\Custom Skin Items", u"[App Data Path]Custom Skin Items"},
@@ -50,12 +46,7 @@ TEST(CProductRecordRulesTest, PortableCopiesAreRecordedByFolderTheInstallationBy
 
 TEST(CProductRecordRulesTest, PreviousDataInRegFileForm)
 {
-    const struct
-    {
-        uint32_t type;
-        std::vector<uint8_t> data;
-        const char16_t* expected;
-    } rows[] = {
+    const struct { uint32_t type; std::vector<uint8_t> data; const char16_t* expected; } rows[] = {
         {1, {'a', 0, '\\', 0, '"', 0, 0, 0}, u"\"a\\\\\\\"\""},
         {4, {0x2a, 0, 0, 0x80}, u"dword:8000002a"},
         {4, {1, 2}, u"hex(4):01,02"},

@@ -106,11 +106,7 @@ TEST(CUninstallPlanTest, RecordsBecomeOrderedRemovalSteps)
 
 TEST(CUninstallPlanTest, ForeignPlacesOrDamageRefuseEverything)
 {
-    const struct
-    {
-        InstallChange change;
-        const char16_t* problem;
-    } rows[] = {
+    const struct { InstallChange change; const char16_t* problem; } rows[] = {
         {C(Kind::FileWritten, u"C:\\Program Files\\Halvard\\Sonora 32\\..\\..\\Windows\\win.ini"), u""},
         {C(Kind::FileWritten, u"C:\\Program Files\\Halvard\\Sonora 32\\ . \\a.dll"), u""},
         {C(Kind::FileWritten, u"D:\\Other\\a.dll"), u""},

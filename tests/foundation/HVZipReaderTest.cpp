@@ -37,11 +37,7 @@ TEST(HVZipReaderTest, StoredAndDeflatedMembersComeBackWhole)
 
 TEST(HVZipReaderTest, NamesThatCouldLeaveTheFolderAreRefused)
 {
-    const struct
-    {
-        const char16_t* name;
-        bool safe;
-    } cases[] = {
+    const struct { const char16_t* name; bool safe; } cases[] = {
         {u"a.txt", true}, {u"Skins\\Lounge View\\main.xml", true}, {u"console\\x.txt", true}, {u"COM10", true},
         {u"..\\evil.txt", false}, {u"a\\..\\..\\b", false}, {u"\\Windows\\x.dll", false}, {u"C:x.dll", false},
         {u"a.txt:stream", false}, {u"CON", false}, {u"nul.mp3", false}, {u"Lpt1", false}, {u"aux .txt", false}, {u"CON.txt.bak", false},
@@ -55,11 +51,7 @@ TEST(HVZipReaderTest, NamesThatCouldLeaveTheFolderAreRefused)
 TEST(HVZipReaderTest, HostileArchivesAreRefusedWhole)
 {
     const std::string zeros(2000, '\0');
-    const struct
-    {
-        const char* what;
-        std::vector<Entry> entries;
-    } cases[] = {
+    const struct { const char* what; std::vector<Entry> entries; } cases[] = {
         {"zip slip after a good member", {{"ok.txt", "x"}, {"../../evil.txt", "evil"}}},
         {"device name", {{"dir/NUL", "x"}}},
         {"same name twice, by case", {{"a.txt", "x"}, {"A.TXT", "y"}}},
@@ -78,11 +70,7 @@ TEST(HVZipReaderTest, HostileArchivesAreRefusedWhole)
 TEST(HVZipReaderTest, DamagedMembersFailOnExtract)
 {
     const std::string text(3000, 'y');
-    const struct
-    {
-        const char* what;
-        Entry entry;
-    } cases[] = {
+    const struct { const char* what; Entry entry; } cases[] = {
         {"wrong CRC", {"a", text, true, -1, 0x1234}},
         {"stream longer than declared", {"a", text, true, 1000}},
         {"stream shorter than declared", {"a", text, true, 4000}},

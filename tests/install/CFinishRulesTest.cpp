@@ -6,12 +6,7 @@ namespace
 {
 TEST(CFinishRules, TheShellExtensionInTheJournalNeedsARestart)
 {
-    const struct
-    {
-        bool flag;
-        std::vector<HVString> files, registrations;
-        bool needed;
-    } cases[] = {
+    const struct { bool flag; std::vector<HVString> files, registrations; bool needed; } cases[] = {
         {false, {}, {}, false},
         {true, {}, {}, true},
         {false, {u"C:\\P\\Data\\Startup Tips.txt|_DELETEFILE"}, {}, false},

@@ -17,12 +17,7 @@ TEST(CProductIdentityRulesTest, DefaultFeaturesDependOnTheEdition)
 
 TEST(CProductIdentityRulesTest, DistributorListReplacesTheSet)
 {
-    const struct
-    {
-        const char16_t* text;
-        const char16_t* launcher;
-        Features expected;
-    } cases[] = {
+    const struct { const char16_t* text; const char16_t* launcher; Features expected; } cases[] = {
         {u"176", u"Sonora.exe", {176}},
         {u" 173 ; 176 ;", u"Sonora.exe", {173, 176}},
         {u"176;176;24", u"Sonora.exe", {24, 176}},

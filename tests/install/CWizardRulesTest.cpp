@@ -89,12 +89,7 @@ struct FakeStep : IWizardStep
 
 TEST(CWizardRulesTest, EnterTestRunsTheLeaveCheckOnlyForSkippedPages)
 {
-    struct Row
-    {
-        bool skip, leavePasses;
-        bool shown, expressAfter;
-        int prepared, checked;
-    } rows[] = {
+    struct Row { bool skip, leavePasses; bool shown, expressAfter; int prepared, checked; } rows[] = {
         {false, true, true, true, 0, 0},   // shown: prepare comes with showing, not with the test
         {false, false, true, true, 0, 0},
         {true, true, false, true, 1, 1},   // passed over on its defaults
@@ -126,13 +121,7 @@ TEST(CWizardRulesTest, CancelIsConfirmedBeforeTheCopyPageAndRefusedFromIt)
 TEST(CWizardRulesTest, WelcomeStartDecidesTheCountdown)
 {
     using W = CWizardRules::WelcomeStart;
-    struct Row
-    {
-        Flags flags;
-        bool offered;
-        uint32_t value;
-        W expected;
-    } rows[] = {
+    struct Row { Flags flags; bool offered; uint32_t value; W expected; } rows[] = {
         {{.silent = true}, true, 1, W::MoveOn},
         {{.upgrade = true}, false, 1, W::MoveOn},   // the value stays untouched
         {{}, false, 1, W::ForgetAutoInstall},

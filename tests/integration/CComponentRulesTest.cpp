@@ -6,11 +6,7 @@ namespace
 {
 TEST(CComponentRulesTest, DriverVersionComesFromTheVersionSection)
 {
-    const struct
-    {
-        const char16_t* inf;
-        const char* version;
-    } cases[] = {
+    const struct { const char16_t* inf; const char* version; } cases[] = {
         {u"[Version]\r\nSignature=\"$WINDOWS NT$\"\r\nDriverVer=03/14/2026,2.4.0.12\r\n", "2.4.0.12"},
         {u"[version]\n  driverver = 01/01/2020 , 1.2 ; comment\n", "1.2.0.0"},
         {u"[Strings]\nDriverVer=03/14/2026,9.9.9.9\n[Version]\nDriverVer=03/14/2026,1.0.0.1\n", "1.0.0.1"},

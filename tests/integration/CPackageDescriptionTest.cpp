@@ -39,12 +39,7 @@ TEST(CPackageDescriptionTest, BothLayoutsGiveTheSameKindOfDescription)
 
 TEST(CPackageDescriptionTest, WhatIsNoDescriptionOrAsksNothing)
 {
-    const struct
-    {
-        const char16_t* text;
-        bool parses;
-        bool hasActions;
-    } cases[] = {
+    const struct { const char16_t* text; bool parses; bool hasActions; } cases[] = {
         {u"<HVIC><Package><HasActions>1</HasActions></Package></HVIC>", false, false},
         {u"<LWPF><Package><HasActions>", false, false},
         {u"", false, false},

@@ -11,11 +11,7 @@ namespace
 TEST(HVSha256Test, DigestOfAFileThroughItsHandle)
 {
     const HVString folder(e2e::ScratchFolder(L"HVSha256").c_str());
-    const struct
-    {
-        std::string bytes;
-        const char* digest;
-    } cases[] = {
+    const struct { std::string bytes; const char* digest; } cases[] = {
         {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
         {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
         {std::string(200000, 'a'), "2287d207f24a941ff3b56c04c8a25ad56b63e3023207b3bb5b4ac0c9869d74be"},

@@ -24,16 +24,9 @@ CProtectedFolders::Context TestContext()
 
 TEST(CProtectedFolders, DecidesEachEntry)
 {
-    const struct
-    {
-        const char16_t* entry;
-        const char16_t* location;
-        const char16_t* folder;   // nullptr: left out
-    } rows[] = {
-        {u"Other", u"D:\\Apps\\Other", u"D:\\Apps\\Other\\"},
-        {u"Other", u"\"D:\\Apps\\Quoted\\\"", u"D:\\Apps\\Quoted\\"},
-        {u"Other", u"  D:/Apps/Slashed  ", u"D:\\Apps\\Slashed\\"},
-        {u"Other", u"%SystemDrive%\\Expanded", u"C:\\Expanded\\"},
+    const struct { const char16_t *entry, *location, *folder; } rows[] = {   // folder nullptr: left out
+        {u"Other", u"D:\\Apps\\Other", u"D:\\Apps\\Other\\"}, {u"Other", u"\"D:\\Apps\\Quoted\\\"", u"D:\\Apps\\Quoted\\"},
+        {u"Other", u"  D:/Apps/Slashed  ", u"D:\\Apps\\Slashed\\"}, {u"Other", u"%SystemDrive%\\Expanded", u"C:\\Expanded\\"},
         {u"Other", u"C:\\Windows\\System32", u"C:\\Windows\\System32\\"},
         {u"Other", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X", u"C:\\Program Files\\Halvard\\Sonora\\Plugins\\X\\"},
         {u"Other", u"\\\\server\\share\\app", u"\\\\server\\share\\app\\"}, {u"Other", u"", nullptr},

@@ -56,11 +56,7 @@ TEST(CComponentRegistrationTest, PackageInstallerAndRegSvr32RegisterAndUnregiste
                    ? path
                    : HVString();
     };
-    const struct
-    {
-        const char* route;
-        std::function<bool(bool unregister)> run;
-    } routes[] = {
+    const struct { const char* route; std::function<bool(bool unregister)> run; } routes[] = {
         {"PackageInstaller.exe",
          [&](bool unregister) { return CComponentRegistration::RegisterWithPackageInstaller(folder, dll, unregister); }},
         {"RegSvr32.exe",

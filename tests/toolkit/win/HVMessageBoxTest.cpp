@@ -42,22 +42,13 @@ TEST(HVMessageBoxTest, AnsweredByButtonIdOrByClosingTheWindow)
 
 TEST(HVMessageBoxTest, AnUnshownBoxTakesItsDefaultButtonButNeverRetry)
 {
-    const struct
-    {
-        UINT type;
-        int answer;
-    } cases[] = {
-        {MB_OK | MB_ICONERROR, IDOK},
-        {MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL},
-        {MB_YESNO | MB_ICONQUESTION, IDYES},
+    const struct { UINT type; int answer; } cases[] = {
+        {MB_OK | MB_ICONERROR, IDOK}, {MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL}, {MB_YESNO | MB_ICONQUESTION, IDYES},
         {MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2, IDNO},
         {MB_YESNO | MB_DEFBUTTON3, IDYES},  // no third button: the first is the default
-        {MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL},
-        {MB_RETRYCANCEL | MB_ICONWARNING, IDCANCEL},
-        {MB_ABORTRETRYIGNORE | MB_DEFBUTTON2, IDABORT},
-        {MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, IDIGNORE},
-        {MB_CANCELTRYCONTINUE | MB_DEFBUTTON2, IDCANCEL},
-        {MB_CANCELTRYCONTINUE | MB_DEFBUTTON3, IDCONTINUE},
+        {MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL}, {MB_RETRYCANCEL | MB_ICONWARNING, IDCANCEL},
+        {MB_ABORTRETRYIGNORE | MB_DEFBUTTON2, IDABORT}, {MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, IDIGNORE},
+        {MB_CANCELTRYCONTINUE | MB_DEFBUTTON2, IDCANCEL}, {MB_CANCELTRYCONTINUE | MB_DEFBUTTON3, IDCONTINUE},
     };
     for (const auto& c : cases)
         EXPECT_EQ(HVMessageBox::UnattendedAnswer(c.type), c.answer) << std::hex << c.type;
@@ -91,16 +82,11 @@ TEST(HVMessageBoxTest, SuppressedBoxesShowNothingAndLogWhatTheyWouldHaveSaid)
         if (line.level == HVLog::kError)
             errors.push_back(line.message);
     const std::vector<std::string> expected = {
-        "Box title: Failure Copying System File",
-        "Box text: Please ensure that the file 'C:\\Sonora.exe' is not in use.",
-        "Box title: ",
-        "Box text: First line. Second line. Third",
-        "Box title: Install Wizard",
-        "Box text: Body",
-        "Box title: Again",
-        "Box text: Body",
-        "Box title: Install Wizard",
-        "Box text: Please select a language:",
+        "Box title: Failure Copying System File", "Box text: Please ensure that the file 'C:\\Sonora.exe' is not in use.",
+        "Box title: ", "Box text: First line. Second line. Third",
+        "Box title: Install Wizard", "Box text: Body",
+        "Box title: Again", "Box text: Body",
+        "Box title: Install Wizard", "Box text: Please select a language:",
     };
     EXPECT_EQ(errors, expected);
     EXPECT_TRUE(log.Has(HVLog::kInfo, "answered \"Download\""));
