@@ -68,6 +68,10 @@ TEST(HVXMLScaleTest, EndTagFarDownTheStackClosesAMillionElementsAboveIt)
                                           u"3000000, End tag 'r' at offset 3000004 does not match start tag 'a' at "
                                           u"offset 2999997, "));
     EXPECT_LE(doc.GetError().GetLength(), HVXMLParser::kMaxErrorText + 100);
+    // Left open to the end of the document, the same million: each is not ended.
+    EXPECT_FALSE(doc.SetDoc(Repeat(u"<a>", kMillion)));
+    EXPECT_TRUE(doc.GetError().StartsWith(u"Element 'a' at offset 2999997 not ended, "));
+    EXPECT_LE(doc.GetError().GetLength(), HVXMLParser::kMaxErrorText + 100);
 }
 
 // How long the walk takes is the benchmark's to measure; here, that the count does not wrap.
