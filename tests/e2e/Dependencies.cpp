@@ -20,7 +20,6 @@ constexpr DWORD kExitCancelled = 1602;
 
 std::wstring MarkerPath() { return e2e::TempFolder() + L"Sample Dependency Setup.log"; }
 
-// Downloads left in the temporary folder.
 std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"); }
 
 class DependenciesTest : public e2e::FreshMachineTest
@@ -75,39 +74,36 @@ protected:
     std::wstring setup_;
 };
 
-e2e::HttpReply Serve(const std::string& body) { return {.body = body}; }
-
 TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently)
 {
     const struct
     {
-        std::optional<std::wstring> pv;
+        std::optional<std::wstring> pv;  // the rest of the version rules: CDependencyRulesTest
         bool downloads;
-    } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {L"120.0.0.0", false}, {std::nullopt, true}};  // the rest: CDependencyRulesTest
+        const wchar_t* more = L"";
+    } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {L"120.0.0.0", false}, {std::nullopt, true},
+                 {std::nullopt, false, L" /NoDependencies"}};
     e2e::LocalHttpServer server([&](const std::string& path) {
-        return path == "/" + kEdgeSetup ? Serve(program_) : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
+        return path == "/" + kEdgeSetup ? e2e::HttpReply{.body = program_}
+                                        : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
     PointAt(server, sha256_);
     // A file someone else put where the first download would go is passed by, untouched.
     const std::wstring planted = L"HV Download (1).dat";
     ASSERT_TRUE(e2e::WriteFileBytes(e2e::TempFolder() + planted, "someone else's"));
     for (const auto& c : cases) {
-        const std::string label = c.pv ? e2e::Utf8(*c.pv) : "(missing)";
+        const std::string label = (c.pv ? e2e::Utf8(*c.pv) : "(missing)") + e2e::Utf8(c.more);
         ASSERT_TRUE(e2e::ResetToFreshMachine());
         DeleteFileW(MarkerPath().c_str());
         SetEdgeVersion(c.pv);
         const int requestsBefore = server.Requests();
-        const e2e::SetupRun run = Install();
+        const e2e::SetupRun run = Install({}, c.more);
         ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
         EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 1 : 0) << label;
-        const std::string marker = e2e::ReadFileText(MarkerPath());
-        if (c.downloads) {
-            // Run from its temporary file with the silent switches, then removed.
-            EXPECT_EQ(marker, "HV Download (2).dat|/silent /install\r\n") << label;
-            EXPECT_TRUE(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_))) << run.Describe();
-        } else {
-            EXPECT_EQ(marker, "") << label;
-        }
+        // Run from its temporary file with the silent switches, then removed.
+        const char* marker = c.downloads ? "HV Download (2).dat|/silent /install\r\n" : "";
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), marker) << label;
+        EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads) << run.Describe();
         EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
     EXPECT_EQ(e2e::ReadFileText(e2e::TempFolder() + planted), "someone else's");
@@ -128,6 +124,8 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         std::wstring text;  // after "Failed to download from \n<address>\n", or the whole text
         bool wholeText;
         std::wstring orWholeText = {};
+        bool offline = false;      // the server is never asked
+        std::wstring logged = {};  // a line the log holds besides
     } cases[] = {
         {"404", {.status = 404, .statusText = "Not Found"}, L"Server returned: 404 Not Found", false},
         {"500", {.status = 500, .statusText = "Internal Server Error"}, L"Server returned: 500 Internal Server Error", false},
@@ -137,11 +135,14 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         {"reset half way", {.body = program_, .resetAfter = program_.size() / 2}, L"Internet error.", false, kDamaged},
         {"ten times the announced size", {.body = program_, .announced = program_.size() / 10}, kDamaged, true},
         {"empty", {.body = ""}, kDamaged, true},
-        {"tampered", {.body = tampered}, kDamaged, true},
+        {"tampered", {.body = tampered}, kDamaged, true, {}, false,
+         L"SHA-256 expected " + e2e::Wide(sha256_) + L", got "},
         {"silent", {.silent = true}, L"Internet error.", false},
+        {"no network", {.body = program_}, L"No network connection was found.", false, {}, true},
     };
     SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS", L"1500");
     for (const auto& c : cases) {
+        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", c.offline ? L"1" : nullptr);
         e2e::LocalHttpServer server([&](const std::string&) { return c.reply; });
         PointAt(server, sha256_);
         const std::wstring address = e2e::Wide(server.BaseUrl() + kEdgeSetup);
@@ -156,27 +157,9 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         EXPECT_TRUE(LeftDownloads().empty()) << c.label;
         // Went on: the product is in place.
         EXPECT_TRUE(e2e::PathExists(e2e::DefaultDestination() + L"Sonora.exe")) << c.label;
-        if (std::string(c.label) == "tampered") {
-            EXPECT_TRUE(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_) + L", got ")) << run.Describe();
-        }
+        EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
+        EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
     }
-}
-
-TEST_F(DependenciesTest, NoNetworkOrNoDependenciesDownloadsNothing)
-{
-    SetEdgeVersion(std::nullopt);
-    e2e::LocalHttpServer server([&](const std::string&) { return Serve(program_); });
-    PointAt(server, "");
-    SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", L"1");
-    const std::wstring text =
-        L"Failed to download from \n" + e2e::Wide(server.BaseUrl() + kEdgeSetup) + L"\nNo network connection was found.";
-    const e2e::SetupRun offline = Install({{.title = L"Download Error", .text = text, .button = IDOK, .times = 1}});
-    ASSERT_TRUE(offline.result.ExitedWith(0)) << offline.Describe();
-    SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", nullptr);
-    const e2e::SetupRun without = Install({}, L" /NoDependencies");
-    ASSERT_TRUE(without.result.ExitedWith(0)) << without.Describe();
-    EXPECT_EQ(server.Requests(), 0);
-    EXPECT_EQ(e2e::ReadFileText(MarkerPath()), "");
 }
 
 // Cancel while a slow server trickles the program: the download stops at once, the box says
@@ -197,10 +180,9 @@ TEST_F(DependenciesTest, CancelDuringASlowDownloadStopsTheInstall)
             e2e::WizardView view;
             if (clicked || !e2e::FindWizard(pid, view))
                 return true;
-            for (const std::wstring& text : view.Texts()) {
+            for (const std::wstring& text : view.Texts())
                 if (text.starts_with(L"Downloading Edge WebView from server... ") && text.find(L" of 4.0 MB") != std::wstring::npos)
                     statusSeen = text;
-            }
             if (HWND bar = view.ControlOfClass(PROGRESS_CLASSW))
                 positionSeen = static_cast<int>(SendMessageW(bar, PBM_GETPOS, 0, 0));
             // Once some of it has come and shows: the bar moves by the bytes received.
@@ -223,7 +205,7 @@ TEST_F(DependenciesTest, CancelDuringASlowDownloadStopsTheInstall)
 // this Windows by the product's package installer; /NoDriver leaves the driver out.
 TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
 {
-    e2e::LocalHttpServer server([&](const std::string&) { return Serve(program_); });
+    e2e::LocalHttpServer server([&](const std::string&) { return e2e::HttpReply{.body = program_}; });
     PointAt(server, "");
     const std::wstring dest = e2e::DefaultDestination();
     const struct
@@ -249,13 +231,9 @@ TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
         const std::string folder = e2e::Utf8(dest);
         EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "HVShellExt.dll\""), 1) << calls;
         EXPECT_EQ(e2e::CountOf(calls, "/RegDLL \"" + folder + "Plugins\\System\\SampleShell.dll\""), 1) << calls;
+        const std::string inf = e2e::Utf8(setup_) + "Drivers\\WDM\\" + c.driver + "\\HalvardWDMDriver.inf";
         EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver"), c.noDriver ? 0 : 1) << calls << run.Describe();
-        if (!c.noDriver) {
-            EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver \"" + e2e::Utf8(setup_) + "Drivers\\WDM\\" + c.driver +
-                                              "\\HalvardWDMDriver.inf\""),
-                      1)
-                << calls;
-        }
+        EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver \"" + inf + "\""), c.noDriver ? 0 : 1) << calls;
         EXPECT_EQ(e2e::CountOf(calls, "failed"), 0) << calls;
         EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"System Plugin - SampleShell.dll"), L"installed");
         EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"WDM Driver Installed Version"),

@@ -21,24 +21,7 @@ e2e::RunResult RunSilent(const std::wstring& extra = L"", const std::wstring& se
     return e2e::RunSetup(setupFolder, L"/Silent /NoRun " + extra, std::move(rules)).result;
 }
 
-// The Windows version Wine reports to programs started from now on.
-void SetWineVersion(const wchar_t* version)
-{
-    if (version)
-        e2e::RegSetString(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", version);
-    else
-        e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, L"Software\\Wine", L"Version");
-}
-
-class ShellRegistrationTest : public e2e::FreshMachineTest
-{
-protected:
-    void TearDown() override
-    {
-        SetWineVersion(nullptr);
-        FreshMachineTest::TearDown();
-    }
-};
+using ShellRegistrationTest = e2e::FreshMachineTest;
 
 TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
 {
@@ -79,7 +62,6 @@ TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
               L".mp3;.flac;.ogg;.wav;.m4a;.wma;.mpl;.m3u;.cue");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"),
               L"Audio;Data;Playlist");
-    // The sample's protocols.
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L""), L"URL: itpc Protocol");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc\\shell\\open\\command", L""),
@@ -96,7 +78,14 @@ TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBa
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set", L".mp3;flac;.ogg;.DAT"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID", L"{other}"));
 
-    e2e::RunResult run = RunSilent();
+    // /NoAssociations leaves them alone; the product's own type is there all the same.
+    e2e::RunResult run = RunSilent(L"/NoAssociations");
+    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"OtherPlayer.mp3");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"));
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"Sonora32.File", L""), L"Sonora file");
+
+    run = RunSilent();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"), L"OtherPlayer.mp3");
@@ -122,14 +111,15 @@ TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBa
 
 TEST_F(ShellRegistrationTest, DefaultProgramsFromVistaOnNotOnXP)
 {
-    SetWineVersion(L"winxp");
-    e2e::RunResult run = RunSilent();
-    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kClient));
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"));
-
-    SetWineVersion(L"win7");
-    run = RunSilent();
+    {
+        const e2e::ScopedRegString xp(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", L"winxp");
+        const e2e::RunResult run = RunSilent();
+        ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
+        EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kClient));
+        EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"));
+    }
+    const e2e::ScopedRegString win7(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", L"win7");
+    const e2e::RunResult run = RunSilent();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
     const std::wstring dest = e2e::DefaultDestination();
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient, L""), L"Sonora");
@@ -143,16 +133,6 @@ TEST_F(ShellRegistrationTest, DefaultProgramsFromVistaOnNotOnXP)
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\MimeAssociations", L"audio/mpeg"), L"Sonora32.File");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, L"Software\\RegisteredApplications", L"Sonora"),
               L"Software\\Clients\\Media\\Sonora\\Capabilities");
-}
-
-TEST_F(ShellRegistrationTest, NoAssociationsLeavesFileTypesAlone)
-{
-    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"OtherPlayer.mp3"));
-    const e2e::RunResult run = RunSilent(L"/NoAssociations");
-    ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
-    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"OtherPlayer.mp3");
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"));
-    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"Sonora32.File", L""), L"Sonora file");
 }
 
 TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)

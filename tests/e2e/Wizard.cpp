@@ -41,11 +41,6 @@ std::string InstallXml(const Description& d)
 class WizardTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        FreshMachineTest::SetUp();
-        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
-    }
     void TearDown() override
     {
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
@@ -92,28 +87,47 @@ protected:
 
 using e2e::NextOn, e2e::ChooseOn;
 
-e2e::DialogRule ConfirmCancel(int button, int times)
+// Answered once, by `button`, after the question has been open for `answerAfterMs`.
+e2e::DialogRule ConfirmCancel(int button, DWORD answerAfterMs = 0)
 {
     return {.title = L"Confirm Cancellation", .text = L"Are you sure you want to cancel Sonora installation?",
-            .button = button, .times = times};
+            .button = button, .times = 1, .answerAfterMs = answerAfterMs};
+}
+
+// The destination page's refusal of a folder, `where` saying why.
+e2e::DialogRule InvalidDestination(const std::wstring& where)
+{
+    return {.title = L"Invalid Destination Folder",
+            .text = L"Sonora can not be installed " + where + L".\r\n\r\nPlease enter a new destination folder.",
+            .button = IDOK, .times = 1};
+}
+
+// A custom install with `destination` acting on the destination page, then Next to the end.
+std::vector<e2e::WizardStep> CustomInstall(const std::vector<e2e::WizardStep>& destination)
+{
+    std::vector<e2e::WizardStep> steps = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"),
+                                          NextOn(L"Setup Type")};
+    steps.insert(steps.end(), destination.begin(), destination.end());
+    steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
+    return steps;
 }
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
 {
     const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
     std::vector<std::wstring> welcome, setupType, custom, frame;
-    std::wstring acceptCaption, subtitle;
-    RECT smallest = {};
     auto caption = [](const e2e::WizardView& v, int id) { return e2e::StripAccelerator(e2e::ControlText(v.Button(id))); };
     e2e::WizardUser user({
         {L"Welcome",
          [&](const e2e::WizardView& v) {
              welcome = v.Texts();
-             subtitle = v.subtitle;
-             acceptCaption = caption(v, e2e::WizardView::kNextId);
+             EXPECT_EQ(v.subtitle, L"Welcome to the Install Wizard.");
+             EXPECT_EQ(caption(v, e2e::WizardView::kNextId), L"Accept");
              // The frame can't be made smaller than its minimum client size.
              ::SetWindowPos(v.wizard, nullptr, 0, 0, 100, 100, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+             RECT smallest = {};
              ::GetClientRect(v.wizard, &smallest);
+             EXPECT_EQ(std::make_pair(smallest.right, smallest.bottom), std::make_pair(500L, 300L));
              e2e::ClickNext(v);
          }},
         {L"Setup Type",
@@ -130,22 +144,15 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
              e2e::ClickCancel(v);
          }},
     });
-    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES, 1)});
+    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES)});
     ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
-    EXPECT_EQ(acceptCaption, L"Accept");
     EXPECT_EQ(frame, (std::vector<std::wstring>{L"Install Wizard", L"< Back", L"Next >", L"Cancel"}));
-    EXPECT_EQ(smallest.right, 500);
-    EXPECT_EQ(smallest.bottom, 300);
-    EXPECT_EQ(subtitle, L"Welcome to the Install Wizard.");
     ASSERT_EQ(welcome.size(), 2u);
     EXPECT_EQ(welcome[0], L"Please read the following license agreement carefully.");
-    // The agreement as the file has it, in the edit control's line breaks.
-    std::wstring agreement = e2e::ReadText(e2e::MediaFolder() + L"license.txt");
-    if (!agreement.empty() && agreement[0] == L'\xFEFF')
-        agreement.erase(0, 1);
+    // The agreement as the file has it (without its byte-order mark), in the edit control's line breaks.
     std::wstring lines;
-    for (wchar_t c : agreement)
-        if (c != L'\r')
+    for (wchar_t c : e2e::ReadText(e2e::MediaFolder() + L"license.txt"))
+        if (c != L'\r' && c != L'\xFEFF')
             lines += c == L'\n' ? std::wstring(L"\r\n") : std::wstring(1, c);
     EXPECT_NE(welcome[1].find(L"Sonora"), std::wstring::npos) << e2e::Utf8(welcome[1]);
     EXPECT_EQ(welcome[1], lines);
@@ -159,61 +166,6 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
                           L"This will let you install the program to any location on your computer.  You can choose the drive and path.",
                           L"Portable install",
                           L"This lets you put a complete copy of the program on a removable drive, so you can take it to another compatible computer and run it.  This will also ask for a drive and path."}));
-}
-
-TEST_F(WizardTest, CountdownStartsAtThirtyAndInstallsExpressAtTheTimer)
-{
-    const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
-    // Ten times faster: 3 s in all, ticks of 100 ms.
-    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
-    // A first install asks for the file types once the files are in.
-    e2e::WizardUser user({NextOn(L"File Associations")});
-    const e2e::RunResult run = Run(setup, L"", user);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-
-    std::vector<int> seconds;
-    const std::wstring prefix = L"Sonora - Install Wizard (Auto Install in ";
-    for (const std::wstring& title : user.WindowTitles())
-        if (title.rfind(prefix, 0) == 0) {
-            EXPECT_EQ(title.substr(title.find(L' ', prefix.size())), L" seconds)");
-            seconds.push_back(std::stoi(title.substr(prefix.size())));
-        }
-    ASSERT_FALSE(seconds.empty()) << user.Describe();
-    EXPECT_EQ(seconds.front(), 30);
-    for (size_t i = 1; i < seconds.size(); ++i)
-        EXPECT_LT(seconds[i], seconds[i - 1]);
-    // Only the welcome page was shown: the setup type and the destination took their defaults.
-    EXPECT_EQ(PagesBeforeInstall(user), (std::vector<std::wstring>{L"Welcome"}));
-    EXPECT_TRUE(run_.Logged(L"express 1")) << e2e::Utf8(Log());
-    EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
-}
-
-TEST_F(WizardTest, CancelDuringTheCountdownEndsItAndNoKeepsTheWelcomePage)
-{
-    const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
-    // The countdown takes 3 s; the question stays open for 5.
-    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
-    std::wstring titleAfterNo;
-    e2e::WizardUser user({
-        {L"Welcome", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }, false,
-         [](const e2e::WizardView& v) { return v.windowTitle.find(L"Auto Install in") != std::wstring::npos; }},
-        {L"Welcome",
-         [&](const e2e::WizardView& v) {
-             titleAfterNo = v.windowTitle;
-             e2e::ClickCancel(v);
-         },
-         true},
-    });
-    e2e::DialogRule no = ConfirmCancel(IDNO, 1);
-    no.answerAfterMs = 5000;
-    const e2e::RunResult run = Run(setup, L"", user, {no, ConfirmCancel(IDYES, 1)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
-    EXPECT_EQ(user.PagesSeen(), (std::vector<std::wstring>{L"Welcome"}));
-    EXPECT_EQ(titleAfterNo, L"Install Wizard");
-    EXPECT_FALSE(run_.Logged(L"Auto install starts")) << e2e::Utf8(Log());
-    EXPECT_TRUE(run_.Logged(L"cancelled (destination , express 0")) << e2e::Utf8(Log());
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
 }
 
 TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
@@ -235,14 +187,13 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
         SCOPED_TRACE(row.name);
         e2e::ResetToFreshMachine();
         const std::wstring setup = MakeSetup({.offerAutoInstall = row.offered}, row.before);
-        bool boxShown = false;
         e2e::WizardUser user({
             // Accept at once, before an earlier wish's countdown (30 s) could end.
             NextOn(L"Welcome"),
             {L"Setup Type",
              [&](const e2e::WizardView& v) {
                  HWND box = v.Control(L"Next time use Auto Install after 30 second timeout.");
-                 boxShown = box != nullptr;
+                 EXPECT_EQ(box != nullptr, row.offered != 0);
                  if (row.click)
                      e2e::Click(box);
                  e2e::ClickNext(v);
@@ -251,7 +202,6 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
         });
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-        EXPECT_EQ(boxShown, row.offered != 0);
         EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), row.after);
     }
 }
@@ -261,67 +211,50 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
     const std::wstring setup = MakeSetup({});
     ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kOtherProgramKey, L"InstallLocation",
                                   L"C:\\Program Files\\Other Vendor\\Tool"));
-    const std::wstring again = L"Please enter a new destination folder.";
-    struct Refusal
-    {
-        std::wstring typed;
-        std::wstring title;
-        std::wstring text;
+    const std::vector<std::pair<std::wstring, e2e::DialogRule>> refusals = {
+        {L"", InvalidDestination(L"to an empty folder")},
+        {L"    ", InvalidDestination(L"to an empty folder")},
+        {L"C:\\", InvalidDestination(L"to the root of a drive")},
+        {L"c:\\WINDOWS\\Sonora", InvalidDestination(L"in the Windows folder")},
+        {L"C:\\program files", InvalidDestination(L"to the root program files folder")},
+        {L"C:\\Program Files\\other vendor\\Tool\\Sonora",
+         InvalidDestination(L"where a pre-existing program is installed")},
+        {L"Programs\\Sonora",
+         {.title = L"Error", .text = L"Failed to create Programs\\Sonora\\ directory.", .button = IDOK, .times = 1}},
+        {L"Q:\\Sonora",
+         {.title = L"Error", .text = L"Failed to create Q:\\Sonora\\ directory.", .button = IDOK, .times = 1}},
     };
-    const std::vector<Refusal> refusals = {
-        {L"", L"Invalid Destination Folder", L"Sonora can not be installed to an empty folder.\r\n\r\n" + again},
-        {L"    ", L"Invalid Destination Folder", L"Sonora can not be installed to an empty folder.\r\n\r\n" + again},
-        {L"C:\\", L"Invalid Destination Folder", L"Sonora can not be installed to the root of a drive.\r\n\r\n" + again},
-        {L"c:\\WINDOWS\\Sonora", L"Invalid Destination Folder",
-         L"Sonora can not be installed in the Windows folder.\r\n\r\n" + again},
-        {L"C:\\program files", L"Invalid Destination Folder",
-         L"Sonora can not be installed to the root program files folder.\r\n\r\n" + again},
-        {L"C:\\Program Files\\other vendor\\Tool\\Sonora", L"Invalid Destination Folder",
-         L"Sonora can not be installed where a pre-existing program is installed.\r\n\r\n" + again},
-        {L"Programs\\Sonora", L"Error", L"Failed to create Programs\\Sonora\\ directory."},
-        {L"Q:\\Sonora", L"Error", L"Failed to create Q:\\Sonora\\ directory."},
-    };
-    std::vector<e2e::WizardStep> steps = {
-        NextOn(L"Welcome"),
-        ChooseOn(L"Setup Type", L"Custom"),
-        NextOn(L"Setup Type"),
-    };
-    std::wstring proposed;
+    std::vector<e2e::WizardStep> destination;
     for (size_t i = 0; i < refusals.size(); ++i) {
-        steps.push_back({L"Destination Folder",
-                         [&, i](const e2e::WizardView& v) {
-                             HWND edit = v.ControlOfClass(L"Edit");
-                             if (i == 0)
-                                 proposed = e2e::ControlText(edit);
-                             e2e::TypeText(edit, refusals[i].typed);
-                             e2e::ClickNext(v);
-                         },
-                         i > 0});
+        destination.push_back({L"Destination Folder",
+                               [&, i](const e2e::WizardView& v) {
+                                   HWND edit = v.ControlOfClass(L"Edit");
+                                   if (i == 0) {
+                                       EXPECT_EQ(e2e::ControlText(edit), kDefaultFolder);
+                                   }
+                                   e2e::TypeText(edit, refusals[i].first);
+                                   e2e::ClickNext(v);
+                               },
+                               i > 0});
     }
-    std::wstring left;
-    // Blanks after a good folder are no reason to refuse it.
-    steps.push_back({L"Destination Folder",
-                     [&](const e2e::WizardView& v) {
-                         left = e2e::ControlText(v.ControlOfClass(L"Edit"));
-                         e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora Test   ");
-                         e2e::ClickNext(v);
-                     },
-                     true});
-    steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
-    e2e::WizardUser user(steps);
+    // The refused text stays for correction; blanks after a good folder are no reason to refuse it.
+    destination.push_back({L"Destination Folder",
+                           [&](const e2e::WizardView& v) {
+                               EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), L"Q:\\Sonora");
+                               e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora Test   ");
+                               e2e::ClickNext(v);
+                           },
+                           true});
+    e2e::WizardUser user(CustomInstall(destination));
     std::vector<e2e::DialogRule> rules;
-    for (const Refusal& r : refusals)
-        rules.push_back({.title = r.title, .text = r.text, .button = IDOK, .times = 1});
+    for (const auto& refusal : refusals)
+        rules.push_back(refusal.second);
     const e2e::RunResult run = Run(setup, L"", user, rules);
     ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-    EXPECT_EQ(proposed, kDefaultFolder);
+    // In order: each refusal's box answered by its own rule.
     ASSERT_EQ(run.dialogs.size(), refusals.size()) << Describe(user);
-    for (size_t i = 0; i < refusals.size(); ++i) {
-        EXPECT_EQ(run.dialogs[i].title, refusals[i].title) << i;
-        EXPECT_EQ(run.dialogs[i].text, refusals[i].text) << i;
-    }
-    // The refused text stays for correction.
-    EXPECT_EQ(left, L"Q:\\Sonora");
+    for (size_t i = 0; i < refusals.size(); ++i)
+        EXPECT_EQ(run.dialogs[i].rule, static_cast<int>(i)) << e2e::Utf8(run.dialogs[i].text);
     EXPECT_TRUE(e2e::FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
     EXPECT_TRUE(run_.Logged(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,")) << e2e::Utf8(Log());
 }
@@ -354,18 +287,13 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
             ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory", row.remembered));
         }
         std::wstring proposed = L"(not shown)";
-        std::vector<e2e::WizardStep> steps = {
-            NextOn(L"Welcome"),
-            ChooseOn(L"Setup Type", L"Custom"),
-            NextOn(L"Setup Type"),
-        };
+        std::vector<e2e::WizardStep> destination;
         if (row.pageShown)
-            steps.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
-                                 proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
-                                 e2e::ClickNext(v);
-                             }});
-        steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
-        e2e::WizardUser user(steps);
+            destination.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
+                                       proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
+                                       e2e::ClickNext(v);
+                                   }});
+        e2e::WizardUser user(CustomInstall(destination));
         const e2e::RunResult run = Run(setup, L"", user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
@@ -378,10 +306,15 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
 // Back, Next and Cancel over the pages: where each path leads, what it asks and what it installs.
 TEST_F(WizardTest, PageFlows)
 {
-    const e2e::WizardStep typeDefault = {L"Destination Folder", [](const e2e::WizardView& v) {
-        e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
-        e2e::ClickNext(v);
-    }};
+    // A refused proposal (from the description or from /Dir) is shown for correction.
+    const std::vector<e2e::WizardStep> correctedExpress = {
+        NextOn(L"Welcome"), NextOn(L"Setup Type"),
+        {L"Destination Folder", [](const e2e::WizardView& v) {
+             EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), L"C:\\");
+             e2e::TypeText(v.ControlOfClass(L"Edit"), L"C:\\Program Files\\Halvard\\Sonora\\");
+             e2e::ClickNext(v);
+         }},
+        NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")};
     // A portable install proposes no folder; going back from it to Express clears portable.
     const e2e::WizardStep portableBack = {L"Destination Folder", [](const e2e::WizardView& v) {
         EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), L"");
@@ -394,6 +327,16 @@ TEST_F(WizardTest, PageFlows)
         EXPECT_TRUE(::IsWindowEnabled(v.Button(e2e::WizardView::kNextId)));
         e2e::ClickCancel(v);
     }};
+    // Ten times faster: 3 s in all, ticks of 100 ms. Cancel while the welcome page counts down; the
+    // question stays open for 5 s, and after No the countdown is over.
+    ::SetEnvironmentVariableW(L"IW_TEST_ONLY_TIMER_DIVISOR", L"10");
+    const e2e::WizardStep cancelInCountdown = {
+        L"Welcome", [](const e2e::WizardView& v) { e2e::ClickCancel(v); }, false,
+        [](const e2e::WizardView& v) { return v.windowTitle.find(L"Auto Install in") != std::wstring::npos; }};
+    const e2e::WizardStep cancelAfterNo = {L"Welcome", [](const e2e::WizardView& v) {
+        EXPECT_EQ(v.windowTitle, L"Install Wizard");
+        e2e::ClickCancel(v);
+    }, true};
     const struct
     {
         const char* name;
@@ -404,75 +347,88 @@ TEST_F(WizardTest, PageFlows)
         int exitCode;
         std::vector<std::wstring> pages;
         const wchar_t* logged;
+        std::optional<DWORD> wish = std::nullopt;  // "Run Auto Install" before the run, and after it
+        bool byTimer = false;                      // the countdown ran out and pressed Accept
+        const wchar_t* arguments = L"";
     } flows[] = {
         {"No agreement file; Cancel asks first; No stays, Yes ends without changes", {}, true,
          {noAgreement, NextOn(L"Welcome", true),
           ChooseOn(L"Setup Type", L"Custom"), NextOn(L"Setup Type"), e2e::CancelOn(L"Destination Folder")},
-         {ConfirmCancel(IDNO, 1), ConfirmCancel(IDYES, 1)}, kExitCancelled,
+         {ConfirmCancel(IDNO), ConfirmCancel(IDYES)}, kExitCancelled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}, L"cancelled"},
         {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"}, false,
-         {NextOn(L"Welcome"), NextOn(L"Setup Type"), typeDefault, NextOn(L"File Associations"), NextOn(L"Create Shortcuts"),
-          NextOn(L"Install Complete")},
-         {{.title = L"Invalid Destination Folder",
-           .text = L"Sonora can not be installed to the root of a drive.\r\n\r\nPlease enter a new destination folder.",
-           .button = IDOK, .times = 1}},
-         kExitInstalled, {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0"},
+         correctedExpress, {InvalidDestination(L"to the root of a drive")}, kExitInstalled,
+         {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0"},
+        {"A refused /Dir is shown the same way", {}, false, correctedExpress,
+         {InvalidDestination(L"to the root of a drive")}, kExitInstalled,
+         {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0", std::nullopt, false, L"/Dir=C:\\"},
         {"Back from Portable to Express clears Portable", {}, false,
          {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"), ChooseOn(L"Setup Type", L"Portable install"), portableBack,
           e2e::BackOn(L"Setup Type"), ChooseOn(L"Setup Type", L"Express"), NextOn(L"File Associations")},
          {}, kExitInstalled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder", L"Setup Type", L"Setup Type"},
          L"express 1, portable 0"},
+        {"Cancel during the countdown ends it; No keeps the welcome page", {.offerAutoInstall = 1}, false,
+         {cancelInCountdown, cancelAfterNo}, {ConfirmCancel(IDNO, 5000), ConfirmCancel(IDYES)}, kExitCancelled,
+         {L"Welcome"}, L"cancelled (destination , express 0", 1u},
+        // Setup type and destination take their defaults; a first install asks for the file types.
+        {"The countdown accepts by itself and installs Express", {.offerAutoInstall = 1}, false,
+         {NextOn(L"File Associations")}, {}, kExitInstalled, {L"Welcome"}, L"express 1", 1u, true},
     };
     for (const auto& flow : flows) {
         SCOPED_TRACE(flow.name);
         e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup(flow.description);
+        const std::wstring setup = MakeSetup(flow.description, flow.wish);
         if (flow.withoutAgreement) {
             ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
         }
         e2e::WizardUser user(flow.steps);
-        const e2e::RunResult run = Run(setup, L"", user, flow.rules);
+        const e2e::RunResult run = Run(setup, flow.arguments, user, flow.rules);
         ASSERT_TRUE(run.ExitedWith(flow.exitCode)) << Describe(user);
         ASSERT_EQ(run.dialogs.size(), flow.rules.size()) << Describe(user);
         for (size_t i = 0; i < flow.rules.size(); ++i) {
+            const int button = flow.rules[i].button;
             EXPECT_EQ(run.dialogs[i].title, flow.rules[i].title);
-            if (flow.rules[i].button == IDOK) {
-                EXPECT_EQ(run.dialogs[i].pressed, L"OK");
-            } else {
-                EXPECT_EQ(run.dialogs[i].pressed, flow.rules[i].button == IDNO ? L"No" : L"Yes");
+            EXPECT_EQ(run.dialogs[i].pressed, button == IDOK ? L"OK" : button == IDNO ? L"No" : L"Yes");
+            if (button != IDOK) {
                 EXPECT_EQ(run.dialogs[i].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
             }
         }
         EXPECT_EQ(PagesBeforeInstall(user), flow.pages) << Describe(user);
         EXPECT_TRUE(run_.Logged(flow.logged)) << e2e::Utf8(Log());
+        EXPECT_EQ(run_.Logged(L"Auto install starts"), flow.byTimer) << e2e::Utf8(Log());
         EXPECT_EQ(e2e::FolderExists(kDefaultFolder), flow.exitCode == kExitInstalled);
+        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), flow.wish);
+        // A wish shows the countdown in the title, from 30 seconds down.
+        std::vector<int> seconds;
+        const std::wstring counting = L"Sonora - Install Wizard (Auto Install in ";
+        for (const std::wstring& title : user.WindowTitles())
+            if (title.rfind(counting, 0) == 0) {
+                EXPECT_EQ(title.substr(title.find(L' ', counting.size())), L" seconds)");
+                seconds.push_back(std::stoi(title.substr(counting.size())));
+            }
+        EXPECT_EQ(seconds.empty() ? 0 : seconds.front(), flow.wish ? 30 : 0) << user.Describe();
+        for (size_t i = 1; i < seconds.size(); ++i)
+            EXPECT_LT(seconds[i], seconds[i - 1]);
     }
 }
 
 TEST_F(WizardTest, UnattendedRunsAskNothing)
 {
-    struct Row
-    {
-        const wchar_t* arguments;
-        const wchar_t* express;
-    } rows[] = {
-        {L"/Silent", L"express 0"},
-        {L"/Upgrade", L"express 1"},
-        {L"/Silent /Upgrade", L"express 1"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(e2e::Utf8(row.arguments));
+    const std::pair<std::wstring, std::wstring> rows[] = {
+        {L"/Silent", L"express 0"}, {L"/Upgrade", L"express 1"}, {L"/Silent /Upgrade", L"express 1"}};
+    for (const auto& [arguments, express] : rows) {
+        SCOPED_TRACE(e2e::Utf8(arguments));
         e2e::ResetToFreshMachine();
         const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
         // An upgrade that finds no earlier installation asks for the file types, as a first
         // install does.
-        e2e::WizardUser user(std::wstring(row.arguments) == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
-                                                                        : std::vector<e2e::WizardStep>{});
-        const e2e::RunResult run = Run(setup, row.arguments, user);
+        e2e::WizardUser user(arguments == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
+                                                      : std::vector<e2e::WizardStep>{});
+        const e2e::RunResult run = Run(setup, arguments, user);
         ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
         EXPECT_TRUE(run.dialogs.empty());
-        EXPECT_TRUE(run_.Logged(row.express)) << e2e::Utf8(Log());
+        EXPECT_TRUE(run_.Logged(express)) << e2e::Utf8(Log());
         EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
         // No countdown, and the wish for the next run is kept as it was.
         for (const std::wstring& title : user.WindowTitles())
