@@ -10,6 +10,7 @@
 #include "PendingRenames.h"
 #include "RecordedProgress.h"
 #include "TestPaths.h"
+#include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -183,9 +184,7 @@ TEST_F(CFileInstallerTest, CleaningRemovesRetiredObsoleteAndStagedThings)
 
     installer.CleanInstallFolder(true, HVString(), rootKey, progress);
     EXPECT_TRUE(e2e::TreeMatches(destination.w(), {L"Kept.txt"}));
-    HVRegKey halvard;
-    if (halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
-        halvard.DeleteSubKeyTree(u"Install Wizard Engine Test");
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, rootKey.w());
 }
 
 // Run by scripts/full-disk-test.sh, which mounts a 4 MB file system as the drive it names.
