@@ -111,8 +111,7 @@ TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
     wchar_t system[MAX_PATH];
     ASSERT_GT(::GetSystemDirectoryW(system, MAX_PATH), 0u);
     DWORD error = 1;
-    HVModule module = HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error);
-    EXPECT_TRUE(module.IsValid());
+    EXPECT_TRUE(HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error).IsValid());
     EXPECT_EQ(error, 0u);
     EXPECT_TRUE(log.Lines().empty());
 
