@@ -65,8 +65,7 @@ TEST_F(CFileInstallerTest, VersionCheckCopiesModulesOnlyWhenNewer)
 {
     const HVString codec = media + u"System\\Check Version\\HVCodecSupport.dll";  // 2.0
     const HVString disc = media + u"System\\Check Version\\HVDiscSupport.dll";    // 1.5
-    struct Case { const char16_t* name; HVString from; HVString installed; int32_t mode; Result result; };
-    const Case cases[] = {
+    const struct { const char16_t* name; HVString from; HVString installed; int32_t mode; Result result; } cases[] = {
         {u"Newer.dll", codec, disc, kCopyVersionCheck, Result::Copied},
         {u"Equal.ocx", codec, codec, kCopyVersionCheck, Result::Skipped},
         {u"Missing.exe", disc, HVString(), kCopyVersionCheck, Result::Copied},
@@ -74,7 +73,7 @@ TEST_F(CFileInstallerTest, VersionCheckCopiesModulesOnlyWhenNewer)
         {u"Notes.txt", media + u"License.txt", codec, kCopyVersionCheck, Result::Copied},
         {u"Forced.dll", disc, codec, kCopyAlwaysOverwrite, Result::Copied},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const HVString target = destination + c.name;
         if (!c.installed.IsEmpty())
             Write(target, Read(c.installed));
