@@ -10,6 +10,7 @@
 #include "PendingRenames.h"
 #include "RecordedProgress.h"
 #include "TestPaths.h"
+#include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -64,8 +65,7 @@ TEST_F(CFileInstallerTest, VersionCheckCopiesModulesOnlyWhenNewer)
 {
     const HVString codec = media + u"System\\Check Version\\HVCodecSupport.dll";  // 2.0
     const HVString disc = media + u"System\\Check Version\\HVDiscSupport.dll";    // 1.5
-    struct Case { const char16_t* name; HVString from; HVString installed; int32_t mode; Result result; };
-    const Case cases[] = {
+    const struct { const char16_t* name; HVString from; HVString installed; int32_t mode; Result result; } cases[] = {
         {u"Newer.dll", codec, disc, kCopyVersionCheck, Result::Copied},
         {u"Equal.ocx", codec, codec, kCopyVersionCheck, Result::Skipped},
         {u"Missing.exe", disc, HVString(), kCopyVersionCheck, Result::Copied},
@@ -73,7 +73,7 @@ TEST_F(CFileInstallerTest, VersionCheckCopiesModulesOnlyWhenNewer)
         {u"Notes.txt", media + u"License.txt", codec, kCopyVersionCheck, Result::Copied},
         {u"Forced.dll", disc, codec, kCopyAlwaysOverwrite, Result::Copied},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const HVString target = destination + c.name;
         if (!c.installed.IsEmpty())
             Write(target, Read(c.installed));
@@ -183,9 +183,7 @@ TEST_F(CFileInstallerTest, CleaningRemovesRetiredObsoleteAndStagedThings)
 
     installer.CleanInstallFolder(true, HVString(), rootKey, progress);
     EXPECT_TRUE(e2e::TreeMatches(destination.w(), {L"Kept.txt"}));
-    HVRegKey halvard;
-    if (halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
-        halvard.DeleteSubKeyTree(u"Install Wizard Engine Test");
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, rootKey.w());
 }
 
 // Run by scripts/full-disk-test.sh, which mounts a 4 MB file system as the drive it names.

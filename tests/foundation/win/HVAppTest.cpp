@@ -1,5 +1,6 @@
 #include "foundation/win/HVApp.h"
 #include "foundation/win/HVFileLogger.h"
+#include "foundation/win/HVUniqueResource.h"
 
 #include "foundation/HVLog.h"
 
@@ -8,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -16,27 +16,23 @@
 
 namespace
 {
-class TestApp : public HVApp
-{
-};
-
 // The message the app says it is dispatching, as each window procedure call saw it.
 using Seen = std::tuple<UINT, WPARAM, LPARAM>;
 std::vector<Seen> g_seen;
-TestApp* g_testApp = nullptr;
+HVApp* g_app = nullptr;
 
 LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message < WM_APP)
         return ::DefWindowProcW(window, message, wParam, lParam);
     const auto look = [] {
-        g_seen.emplace_back(g_testApp->GetCurrentMessage(), g_testApp->GetCurrentWParam(), g_testApp->GetCurrentLParam());
+        g_seen.emplace_back(g_app->GetCurrentMessage(), g_app->GetCurrentWParam(), g_app->GetCurrentLParam());
     };
     look();
     // A nested dispatch (as a modal box runs one) must give the outer message back.
     if (message == WM_APP + 1) {
         MSG inner = {window, WM_APP + 2, 5, 6, 0, {}};
-        g_testApp->DispatchTracked(inner);
+        g_app->DispatchTracked(inner);
         look();
     }
     return 0;
@@ -57,23 +53,22 @@ HWND MakeWindow()
 
 TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
 {
-    TestApp app;
-    g_testApp = &app;
+    HVApp app;
+    g_app = &app;
     g_seen.clear();
-    const HWND window = MakeWindow();
-    ASSERT_NE(window, nullptr);
-    ::PostMessageW(window, WM_APP, 11, 12);
-    ::PostMessageW(window, WM_APP + 1, 21, 22);
+    const HVWindow window(MakeWindow());
+    ASSERT_TRUE(window);
+    ::PostMessageW(window.Get(), WM_APP, 11, 12);
+    ::PostMessageW(window.Get(), WM_APP + 1, 21, 22);
     EXPECT_TRUE(app.PumpWaitingMessages());
     EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP, 11, 12}, {WM_APP + 1, 21, 22}, {WM_APP + 2, 5, 6}, {WM_APP + 1, 21, 22}}));
     EXPECT_EQ(app.GetCurrentMessage(), 0u);
-    ::DestroyWindow(window);
-    g_testApp = nullptr;
+    g_app = nullptr;
 }
 
 TEST(HVApp, PumpingStopsAtQuitAndLeavesItForTheOuterLoop)
 {
-    TestApp app;
+    HVApp app;
     ::PostQuitMessage(7);
     EXPECT_FALSE(app.PumpWaitingMessages());
     MSG msg;
@@ -85,7 +80,7 @@ TEST(HVApp, OneAppAtATimeAndItsLoggerIsTheProcesses)
 {
     EXPECT_EQ(HVApp::Get(), nullptr);
     {
-        TestApp app;
+        HVApp app;
         EXPECT_EQ(HVApp::Get(), &app);
         HVFileLogger logger;
         app.SetLogger(&logger);
@@ -117,22 +112,16 @@ TEST(HVFileLogger, WritesWholeLinesFromManyThreads)
     }
     const std::string text = e2e::ReadFileText(path.w());
     int lines = 0;
-    size_t start = 0;
-    while (start < text.size())
-    {
-        const size_t end = text.find("\r\n", start);
+    for (size_t start = 0, end = 0; start < text.size(); start = end + 2, ++lines) {
+        end = text.find("\r\n", start);
         ASSERT_NE(end, std::string::npos);
         const std::string line = text.substr(start, end - start);
         // "2026-11-22 01:45:09.123 [  123] L3 Test::Thread: thread 0 line 0 é"
         ASSERT_GE(line.size(), 24u) << line;
-        EXPECT_EQ(line[4], '-');
-        EXPECT_EQ(line[10], ' ');
-        EXPECT_EQ(line[19], '.');
+        EXPECT_EQ(std::string({line[4], line[10], line[19]}), "- .") << line;
         EXPECT_TRUE(line.find("] L3 Test::Thread: thread ") != std::string::npos ||
                     line.find("] L1 Test::Last: done") != std::string::npos)
             << line;
-        ++lines;
-        start = end + 2;
     }
     EXPECT_EQ(lines, 801);
     EXPECT_NE(text.find("line 199 \xc3\xa9"), std::string::npos);

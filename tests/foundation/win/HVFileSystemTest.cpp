@@ -1,11 +1,11 @@
 #include "foundation/win/HVFileSystem.h"
 
 #include "foundation/HVLog.h"
-#include "foundation/win/HVRegKey.h"
 
 #include "HeldFileLock.h"
 #include "PendingRenames.h"
 #include "ScratchFolderTest.h"
+#include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -17,20 +17,7 @@ namespace
 {
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 
-class HVFileSystemTest : public ScratchFolderTest
-{
-protected:
-    // A folder whose path passes 260 characters, made with the file system's own tree maker.
-    HVString LongFolder()
-    {
-        HVString folder = root;
-        for (int i = 0; i < 6; ++i)
-            folder += HVString::Format(u"level %d of a path far longer than the old limit\\", i);
-        EXPECT_GT(folder.GetLength(), 300);
-        EXPECT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
-        return folder;
-    }
-};
+using HVFileSystemTest = ScratchFolderTest;
 
 TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstFailsSilentlyOnWhatIsNotThereAndLogsALockedFile)
 {
@@ -154,6 +141,9 @@ TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOrLogsThePath)
     }
     EXPECT_FALSE(HVFileSystem::SafeReplaceFile(u"", root + u"x"));
     EXPECT_FALSE(HVFileSystem::CopyFile(u"", root + u"x", false));
+    uint64_t free = 0;
+    for (const char16_t* bad : {u"relative", u"", u"Q:\\no such drive\\"})
+        EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(bad, free)) << U8(bad);
 }
 
 // A folder held open without sharing: it can't be opened or listed, but files can still be
@@ -173,9 +163,8 @@ TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
         EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(root));
     }
     EXPECT_TRUE(Names(root).empty()) << "the test file was left behind";
-    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(root + u"missing\\"));
-    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u""));
-    EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(u"\\\\"));
+    for (const HVString& missing : {root + u"missing\\", HVString(), HVString(u"\\\\")})
+        EXPECT_FALSE(HVFileSystem::IsDirectoryWritable(missing)) << U8(missing);
     EXPECT_TRUE(log.Lines().empty());
 }
 
@@ -211,14 +200,20 @@ TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
 // plain paths, never the prefixed ones.
 TEST_F(HVFileSystemTest, EveryOperationWorksOnShortPathsAndBeyond260Characters)
 {
-    for (const HVString& folder : {root + u"short\\", LongFolder()}) {
+    HVString longFolder = root;
+    for (int i = 0; i < 6; ++i)
+        longFolder += HVString::Format(u"level %d of a path far longer than the old limit\\", i);
+    ASSERT_GT(longFolder.GetLength(), 300);
+    for (const HVString& folder : {root + u"short\\", longFolder}) {
         SCOPED_TRACE(folder.GetLength());
         log.Clear();
         ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
         EXPECT_TRUE(HVFileSystem::FolderExists(folder) && HVFileSystem::IsDirectoryWritable(folder));
         EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, true));
         uint64_t size = 0;
-        EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(folder, size));
+        // Free space is read from the nearest existing folder.
+        for (const HVString& path : {folder, folder + u"not\\made\\yet\\"})
+            EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(path, size) && size > 0) << U8(path);
         Write(folder + u"a.txt", "12345");
         EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, false));
         EXPECT_TRUE(HVFileSystem::GetFileSize(folder + u"a.txt", size));
@@ -277,18 +272,6 @@ TEST_F(HVFileSystemTest, EveryOperationWorksOnShortPathsAndBeyond260Characters)
     EXPECT_TRUE(Names(root).empty());
 }
 
-TEST_F(HVFileSystemTest, FreeSpaceIsReadFromTheNearestExistingFolder)
-{
-    for (const HVString& folder : {root, root + u"not\\made\\yet\\"}) {
-        uint64_t free = 0;
-        EXPECT_TRUE(HVFileSystem::GetFreeDiskSpace(folder, free));
-        EXPECT_GT(free, 0u);
-    }
-    uint64_t free = 0;
-    for (const char16_t* bad : {u"relative", u"", u"Q:\\no such drive\\"})
-        EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(bad, free)) << U8(bad);
-}
-
 TEST_F(HVFileSystemTest, MoveAtRestartIsRecordedForTheSessionManager)
 {
     const e2e::PendingRenames restore;
@@ -297,15 +280,13 @@ TEST_F(HVFileSystemTest, MoveAtRestartIsRecordedForTheSessionManager)
     ASSERT_TRUE(HVFileSystem::MoveFileAtRestart(file, HVString()));
     // The newest pair is last: a deletion's target is empty, and the source is the caller's
     // form, never the long-path prefix that the session manager would not understand.
-    HVRegKey key;
-    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, u"System\\CurrentControlSet\\Control\\Session Manager", KEY_READ));
-    std::vector<HVString> entries;
-    ASSERT_TRUE(key.QueryMultiString(u"PendingFileRenameOperations", entries));
-    ASSERT_GE(entries.size(), 2u);
-    const HVString& from = entries[entries.size() - 2];
-    EXPECT_TRUE(from.EndsWith(u"replace at restart.dll")) << U8(from);
-    EXPECT_EQ(from.Find(u"\\\\?\\"), HVString::npos) << U8(from);
-    EXPECT_TRUE(entries.back().IsEmpty());
+    const auto entries = e2e::RegMultiString(HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager",
+                                             L"PendingFileRenameOperations");
+    ASSERT_TRUE(entries && entries->size() >= 2);
+    const std::wstring& from = (*entries)[entries->size() - 2];
+    EXPECT_TRUE(from.ends_with(L"replace at restart.dll")) << e2e::Utf8(from);
+    EXPECT_EQ(from.find(L"\\\\?\\"), std::wstring::npos) << e2e::Utf8(from);
+    EXPECT_TRUE(entries->back().empty());
     EXPECT_FALSE(HVFileSystem::MoveFileAtRestart(u"", u""));
 }
 }

@@ -7,11 +7,13 @@
 
 #include "OwnDialog.h"
 #include "RecordingLogger.h"
+#include "SetupRun.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <string>
 #include <thread>
@@ -19,8 +21,8 @@
 
 namespace
 {
-const HVString kInstallations = HVProductPaths::kInstallationsKey;
 const HVString kTestInstallation = u"IW Unit Test Installation";
+const std::wstring kTestKey = (HVString(HVProductPaths::kInstallationsKey) + u"\\" + kTestInstallation).w();
 
 class HVProductPathsTest : public ::testing::Test
 {
@@ -28,37 +30,34 @@ protected:
     void TearDown() override
     {
         for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
-            e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, (kInstallations + u"\\" + kTestInstallation).w(), view);
+            e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kTestKey, view);
     }
     void Record(HVRegView view, const HVString& path)
     {
-        ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, (kInstallations + u"\\" + kTestInstallation).w(), L"Path", path.w(), view));
+        ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kTestKey, L"Path", path.w(), view));
     }
 };
 
 TEST_F(HVProductPathsTest, InstallationFolderNativeViewFirstThen32Bit)
 {
+    const HVString x86 = u"C:\\Program Files (x86)\\Halvard\\Sonora\\";
     EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"");
-    Record(HVRegView::Key32, u"C:\\Program Files (x86)\\Halvard\\Sonora\\Sonora.exe");
-    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
+    Record(HVRegView::Key32, x86 + u"Sonora.exe");
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), x86);
     // A native Path of another type, or a blank one, counts as none.
-    HVRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_LOCAL_MACHINE, kInstallations + u"\\" + kTestInstallation, KEY_ALL_ACCESS, HVRegView::Key64));
-    ASSERT_TRUE(key.SetDWORD(u"Path", 1));
-    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
-    ASSERT_TRUE(key.SetString(u"Path", u"   "));
-    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files (x86)\\Halvard\\Sonora\\");
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, kTestKey, L"Path", 1, HVRegView::Key64));
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), x86);
+    Record(HVRegView::Key64, u"   ");
+    EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), x86);
     Record(HVRegView::Key64, u"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe");
     EXPECT_EQ(HVProductPaths::GetInstallationFolder(kTestInstallation), u"C:\\Program Files\\Halvard\\Sonora\\");
 
-    bool listed = false;
-    for (const auto& installation : HVProductPaths::ListInstallations()) {
-        if (installation.keyName == kTestInstallation && installation.view == HVRegView::Native) {
-            listed = true;
-            EXPECT_EQ(installation.folder, u"C:\\Program Files\\Halvard\\Sonora\\");
-        }
-    }
-    EXPECT_TRUE(listed);
+    const auto installations = HVProductPaths::ListInstallations();
+    const auto listed = std::ranges::find_if(installations, [](const HVProductPaths::Installation& installation) {
+        return installation.keyName == kTestInstallation && installation.view == HVRegView::Native;
+    });
+    ASSERT_NE(listed, installations.end());
+    EXPECT_EQ(listed->folder, u"C:\\Program Files\\Halvard\\Sonora\\");
 }
 
 TEST_F(HVProductPathsTest, FolderOfAPathValue)
@@ -72,22 +71,14 @@ TEST_F(HVProductPathsTest, FolderOfAPathValue)
 
 TEST_F(HVProductPathsTest, ProgramFilesFallsBackWhenTheValueIsMissingOrOfAnotherType)
 {
-    const HVString keyPath = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
-    HVRegKey key;
-    ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, keyPath, KEY_ALL_ACCESS));
-    HVString saved;
-    const bool had = key.QueryString(u"ProgramFilesDir", saved);
-
-    ASSERT_TRUE(key.SetString(u"ProgramFilesDir", u"D:\\Programs"));
+    const std::wstring key = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+    // Put back as it was when the test ends.
+    const e2e::ScopedRegString programFiles(HKEY_LOCAL_MACHINE, key, L"ProgramFilesDir", L"D:\\Programs");
     EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"D:\\Programs\\");
-    ASSERT_TRUE(key.SetDWORD(u"ProgramFilesDir", 7));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, key, L"ProgramFilesDir", 7));
     EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"C:\\Program Files\\");
-    key.DeleteValue(u"ProgramFilesDir");
+    ASSERT_TRUE(e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, key, L"ProgramFilesDir"));
     EXPECT_EQ(HVProductPaths::GetProgramFilesFolder(), u"C:\\Program Files\\");
-
-    if (had) {
-        ASSERT_TRUE(key.SetString(u"ProgramFilesDir", saved));
-    }
 }
 
 TEST_F(HVProductPathsTest, UserAndProductFolders)
@@ -120,8 +111,7 @@ TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
     wchar_t system[MAX_PATH];
     ASSERT_GT(::GetSystemDirectoryW(system, MAX_PATH), 0u);
     DWORD error = 1;
-    HVModule module = HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error);
-    EXPECT_TRUE(module.IsValid());
+    EXPECT_TRUE(HVLoadLibrary::Load(HVString(system) + u"\\version.dll", &error).IsValid());
     EXPECT_EQ(error, 0u);
     EXPECT_TRUE(log.Lines().empty());
 

@@ -1,6 +1,10 @@
 #include "foundation/win/HVRegKey.h"
 
+#include "TestRegistry.h"
+
 #include <gtest/gtest.h>
+
+#include <optional>
 
 namespace
 {
@@ -12,13 +16,9 @@ protected:
     const HVString root = u"Software\\IW Unit Tests\\HVRegKey";
     void TearDown() override
     {
-        for (HKEY hive : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
-                HVRegKey software;
-                if (software.Open(hive, u"Software", KEY_ALL_ACCESS, view))
-                    software.DeleteSubKeyTree(u"IW Unit Tests");
-            }
-        }
+        for (HKEY hive : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+            for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
+                e2e::RegDeleteKeyTree(hive, L"Software\\IW Unit Tests", view);
     }
 };
 
@@ -33,40 +33,35 @@ TEST_F(HVRegKeyTest, ValuesRoundTripByType)
     ASSERT_TRUE(key.SetDWORD(u"Number", 0xDEADBEEF));
     ASSERT_TRUE(key.SetQWORD(u"Big", 0x123456789ABCull));
     ASSERT_TRUE(key.SetMultiString(u"List", {u"one", u"two"}));
+    // Pairs with an empty second string, as the pending file renames hold them.
+    ASSERT_TRUE(key.SetMultiString(u"Pairs", {u"a", u"", u"b", u"c"}));
     const uint8_t bytes[] = {1, 2, 3};
     ASSERT_TRUE(key.SetBinary(u"Bytes", bytes, sizeof bytes));
 
     HVRegKey reader;
     ASSERT_TRUE(reader.Open(HKEY_CURRENT_USER, root));
-    HVString text;
-    DWORD number = 0;
-    uint64_t big = 0;
-    std::vector<HVString> list;
-    std::vector<uint8_t> data;
-    EXPECT_TRUE(reader.QueryString(u"Text", text));
-    EXPECT_EQ(text, u"Sonora \u00e9");
-    EXPECT_TRUE(reader.QueryString(u"", text));
-    EXPECT_EQ(text, u"default value");
-    EXPECT_TRUE(reader.QueryDWORD(u"Number", number));
-    EXPECT_EQ(number, 0xDEADBEEFu);
-    EXPECT_TRUE(reader.QueryQWORD(u"Big", big));
-    EXPECT_EQ(big, 0x123456789ABCull);
-    EXPECT_TRUE(reader.QueryMultiString(u"List", list));
-    EXPECT_EQ(list, (std::vector<HVString>{u"one", u"two"}));
-    // Pairs with an empty second string, as the pending file renames hold them.
-    ASSERT_TRUE(key.SetMultiString(u"Pairs", {u"a", u"", u"b", u"c"}));
-    EXPECT_TRUE(reader.QueryMultiString(u"Pairs", list));
-    EXPECT_EQ(list, (std::vector<HVString>{u"a", u"", u"b", u"c"}));
+    // What a query gives, or nothing when it fails.
+    const auto read = [&reader]<typename T>(bool (HVRegKey::*query)(const HVString&, T&) const, const char16_t* name) {
+        T value{};
+        return (reader.*query)(name, value) ? std::optional<T>(value) : std::nullopt;
+    };
+    EXPECT_EQ(read(&HVRegKey::QueryString, u"Text"), HVString(u"Sonora \u00e9"));
+    EXPECT_EQ(read(&HVRegKey::QueryString, u""), HVString(u"default value"));
+    EXPECT_EQ(read(&HVRegKey::QueryDWORD, u"Number"), 0xDEADBEEFu);
+    EXPECT_EQ(read(&HVRegKey::QueryQWORD, u"Big"), 0x123456789ABCull);
+    EXPECT_EQ(read(&HVRegKey::QueryMultiString, u"List"), (std::vector<HVString>{u"one", u"two"}));
+    EXPECT_EQ(read(&HVRegKey::QueryMultiString, u"Pairs"), (std::vector<HVString>{u"a", u"", u"b", u"c"}));
+    EXPECT_EQ(read(&HVRegKey::QueryBinary, u"Bytes"), (std::vector<uint8_t>{1, 2, 3}));
+    // An empty list empties what the caller passed in.
+    std::vector<HVString> list = {u"stale"};
     ASSERT_TRUE(key.SetMultiString(u"Empty", {}));
     EXPECT_TRUE(reader.QueryMultiString(u"Empty", list));
     EXPECT_TRUE(list.empty());
-    EXPECT_TRUE(reader.QueryBinary(u"Bytes", data));
-    EXPECT_EQ(data, (std::vector<uint8_t>{1, 2, 3}));
 
     // A value of another type is treated as absent.
-    EXPECT_FALSE(reader.QueryDWORD(u"Text", number));
-    EXPECT_FALSE(reader.QueryString(u"Number", text));
-    EXPECT_FALSE(reader.QueryString(u"Missing", text));
+    EXPECT_FALSE(read(&HVRegKey::QueryDWORD, u"Text"));
+    EXPECT_FALSE(read(&HVRegKey::QueryString, u"Number"));
+    EXPECT_FALSE(read(&HVRegKey::QueryString, u"Missing"));
     EXPECT_FALSE(reader.HasValue(u"Missing"));
     EXPECT_TRUE(reader.HasValue(u"Number"));
 }
@@ -96,9 +91,7 @@ TEST_F(HVRegKeyTest, ViewsAreSeparate)
 
 TEST_F(HVRegKeyTest, PlainDeleteKeepsKeysWithSubkeys)
 {
-    HVRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, root + u"\\Parent\\Child"));
-    key.Close();
+    ASSERT_TRUE(HVRegKey().Create(HKEY_CURRENT_USER, root + u"\\Parent\\Child"));
     HVRegKey top;
     ASSERT_TRUE(top.Open(HKEY_CURRENT_USER, root, KEY_ALL_ACCESS));
     EXPECT_FALSE(top.DeleteSubKey(u"Parent"));

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <thread>
@@ -24,8 +25,11 @@ struct Seen
     std::wstring buttons;
 };
 
+// What the user does with the dialog and its list of languages.
+using Act = std::function<void(HWND dialog, HWND list)>;
+
 // Waits for the dialog on another thread, records it, then acts on it like a user.
-std::thread Answer(Seen& seen, std::function<void(HWND dialog, HWND list)> act)
+std::thread Answer(Seen& seen, Act act)
 {
     return std::thread([&seen, act] {
         const HWND dialog = WaitForOwnDialog();
@@ -57,14 +61,7 @@ std::vector<CLanguageInfo> ThreeLanguages()
 // The user's language is offered first; the dialog answers with the line chosen.
 TEST(CLanguageSelectionDlg, ShowsTheLanguagesAndReturnsTheChosenLine)
 {
-    const struct
-    {
-        const char* name;
-        const char16_t* locale;
-        int preselected;
-        std::function<void(HWND, HWND)> act;
-        int expected;
-    } rows[] = {
+    const struct { const char* name; const char16_t* locale; int preselected; Act act; int expected; } rows[] = {
         {"OK on another line", u"de-DE", 1,
          [](HWND dialog, HWND list) { ::SendMessageW(list, LB_SETCURSEL, 2, 0), PressButton(dialog, IDOK); }, 2},
         {"Cancel keeps English", u"xx-YY", 0,
@@ -118,11 +115,8 @@ TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFileAndOverNoneE
     const std::vector<CLanguageInfo> languages = CLanguageSelectionDlg::ListLanguages(folder);
     ASSERT_GE(languages.size(), 2u);
     EXPECT_EQ(U8(languages[0].name), "English");
-    size_t german = 0;
-    for (size_t i = 0; i < languages.size(); ++i)
-        if (languages[i].name == u"Deutsch")
-            german = i;
-    ASSERT_NE(german, 0u);
+    const auto german = std::ranges::find(languages, HVString(u"Deutsch"), &CLanguageInfo::name) - languages.begin();
+    ASSERT_LT(german, std::ssize(languages));
 
     Seen seen;
     std::thread answer = Answer(seen, [german](HWND dialog, HWND list) {

@@ -2,7 +2,6 @@
 #include "integration/win/CInstallWAPlugin.h"
 
 #include "engine/CInstallChangeLog.h"
-#include "foundation/win/HVRegKey.h"
 
 #include "BoxAnswerer.h"
 #include "E2ESupport.h"
@@ -11,24 +10,18 @@
 
 namespace
 {
-const HVString kPlugins = u"SOFTWARE\\Halvard\\Listenwell\\Plugins";
-
-void RemovePluginRecords()
-{
-    HVRegKey listenwell;
-    if (listenwell.Open(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Halvard\\Listenwell", KEY_ALL_ACCESS))
-        listenwell.DeleteSubKeyTree(u"Plugins");
-}
+using Kind = CInstallWAPlugin::Kind;
+const std::wstring kPlugins = L"SOFTWARE\\Halvard\\Listenwell\\Plugins";
 
 class CInstallWAPluginTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        RemovePluginRecords();
+        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins);
         folder_ = e2e::ScratchFolder(L"WAPlugin");
     }
-    void TearDown() override { RemovePluginRecords(); }
+    void TearDown() override { e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins); }
 
     HVString Folder() const { return HVString(folder_.c_str()); }
     HVString Sample(const wchar_t* name) const { return HVString((e2e::TestProgramFolder() + name).c_str()); }
@@ -41,22 +34,14 @@ protected:
 TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
 {
     // An older record of the same plug-in: its "strPath" goes when the record is written.
-    HVRegKey old;
-    ASSERT_TRUE(old.Create(HKEY_LOCAL_MACHINE, kPlugins + u"\\Input\\Sample Tracker Input"));
-    old.SetString(u"strPath", u"C:\\old\\in_sampletracker.dll");
-    old.Close();
+    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kPlugins + L"\\Input\\Sample Tracker Input", L"strPath",
+                                  L"C:\\old\\in_sampletracker.dll"));
 
-    const struct
-    {
-        const wchar_t* file;
-        CInstallWAPlugin::Kind asked;
-        const char16_t* kind;
-        const char16_t* name;
-    } cases[] = {
-        {L"in_sampletracker.dll", CInstallWAPlugin::Kind::Input, u"Input", u"Sample Tracker Input"},
-        {L"dsp_sampleecho.dll", CInstallWAPlugin::Kind::Any, u"DSP", u"Sample Echo DSP"},
-        {L"SampleReverb.dll", CInstallWAPlugin::Kind::DSP, u"DSP", u"Sample Reverb (VST Plugin)"},
-        {L"SampleRemote.dll", CInstallWAPlugin::Kind::Any, u"RemoteControl", u"Sample Remote"},
+    const struct { const wchar_t* file; Kind asked; const wchar_t* kind; const wchar_t* name; } cases[] = {
+        {L"in_sampletracker.dll", Kind::Input, L"Input", L"Sample Tracker Input"},
+        {L"dsp_sampleecho.dll", Kind::Any, L"DSP", L"Sample Echo DSP"},
+        {L"SampleReverb.dll", Kind::DSP, L"DSP", L"Sample Reverb (VST Plugin)"},
+        {L"SampleRemote.dll", Kind::Any, L"RemoteControl", L"Sample Remote"},
     };
     // A running player is told about each new plug-in.
     const std::wstring told = folder_ + L"Told.txt";
@@ -64,52 +49,38 @@ TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
     std::string expected;
     for (const auto& c : cases) {
         SCOPED_TRACE(e2e::Utf8(c.file));
-        CInstallWAPlugin installer(changes_, Folder(), nullptr);
-        ASSERT_TRUE(installer.Install(Sample(c.file), c.asked));
-        const HVString installed = Folder() + u"Plugins\\" + c.kind + u"\\" + HVString(c.file);
-        EXPECT_NE(::GetFileAttributesW(installed.w()), INVALID_FILE_ATTRIBUTES);
-        HVRegKey record;
-        ASSERT_TRUE(record.Open(HKEY_LOCAL_MACHINE, kPlugins + u"\\" + c.kind + u"\\" + c.name));
-        DWORD layout = 0;
-        HVString path, name;
-        EXPECT_TRUE(record.QueryDWORD(u"IVersion", layout) && layout == 4);
-        EXPECT_TRUE(record.QueryString(u"Path", path) && path == installed);
-        EXPECT_TRUE(record.QueryString(u"Name", name) && name == c.name);
-        EXPECT_FALSE(record.HasValue(u"strPath"));
-        expected += "1|" + installed.ToUtf8() + "\n";
+        ASSERT_TRUE(CInstallWAPlugin(changes_, Folder(), nullptr).Install(Sample(c.file), c.asked));
+        const std::wstring installed = folder_ + L"Plugins\\" + c.kind + L"\\" + c.file;
+        EXPECT_TRUE(e2e::PathExists(installed));
+        const std::wstring record = kPlugins + L"\\" + c.kind + L"\\" + c.name;
+        EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, record, L"IVersion"), 4u);
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Path"), installed);
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Name"), c.name);
+        EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, record, L"strPath"));
+        expected += "1|" + e2e::Utf8(installed) + "\n";
     }
     EXPECT_EQ(e2e::WaitForLines(told, 4), expected);
-    const auto input = CInstallWAPlugin::Find(CInstallWAPlugin::Kind::Input, u"Sample Tracker Input");
+    const auto input = CInstallWAPlugin::Find(Kind::Input, u"Sample Tracker Input");
     ASSERT_TRUE(input.has_value());
     EXPECT_EQ(input->extensions, u"trk;trx;smp");
-    HVRegKey girder;
-    ASSERT_TRUE(girder.Open(HKEY_LOCAL_MACHINE, kPlugins + u"\\RemoteControl\\Sample Remote"));
-    HVString version, description;
-    DWORD mark = 0;
-    EXPECT_TRUE(girder.QueryString(u"Version", version) && version == u"1.2");
-    EXPECT_TRUE(girder.QueryString(u"Plugin Description", description) && description == u"Sample infrared receiver");
-    EXPECT_TRUE(girder.QueryDWORD(u"GirderPlugin", mark) && mark == 1);
+    const std::wstring girder = kPlugins + L"\\RemoteControl\\Sample Remote";
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, girder, L"Version"), L"1.2");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, girder, L"Plugin Description"), L"Sample infrared receiver");
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, girder, L"GirderPlugin"), 1u);
 
     // A record of another layout counts as none.
-    HVRegKey record;
-    ASSERT_TRUE(record.Open(HKEY_LOCAL_MACHINE, kPlugins + u"\\DSP\\Sample Echo DSP", KEY_ALL_ACCESS));
-    record.SetDWORD(u"IVersion", 3);
-    EXPECT_FALSE(CInstallWAPlugin::Find(CInstallWAPlugin::Kind::DSP, u"Sample Echo DSP").has_value());
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, kPlugins + L"\\DSP\\Sample Echo DSP", L"IVersion", 3));
+    EXPECT_FALSE(CInstallWAPlugin::Find(Kind::DSP, u"Sample Echo DSP").has_value());
 }
 
 TEST_F(CInstallWAPluginTest, RefusalsAreToldAndLeaveNothingBehind)
 {
-    const struct
-    {
-        const wchar_t* file;
-        CInstallWAPlugin::Kind asked;
-        const wchar_t* text;
-    } cases[] = {
-        {L"in_oldtracker.dll", CInstallWAPlugin::Kind::Any,
+    const struct { const wchar_t* file; Kind asked; const wchar_t* text; } cases[] = {
+        {L"in_oldtracker.dll", Kind::Any,
          L"The input plugin 'Sample Tracker Input' is not the correct version.\r\n\r\nPlugin version: 3\r\nRequired version: 4"},
-        {L"dsp_sampleecho.dll", CInstallWAPlugin::Kind::Input, L"The plug-in 'Sample Echo DSP' is not of the expected kind."},
-        {L"ShowBox.exe", CInstallWAPlugin::Kind::Any, L"Cannot load plug-in.\r\n\r\nThe file is not a plug-in of a supported kind."},
-        {L"missing.dll", CInstallWAPlugin::Kind::Any, L"Cannot load plug-in.\r\n\r\n"},
+        {L"dsp_sampleecho.dll", Kind::Input, L"The plug-in 'Sample Echo DSP' is not of the expected kind."},
+        {L"ShowBox.exe", Kind::Any, L"Cannot load plug-in.\r\n\r\nThe file is not a plug-in of a supported kind."},
+        {L"missing.dll", Kind::Any, L"Cannot load plug-in.\r\n\r\n"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(e2e::Utf8(c.file));
@@ -120,6 +91,6 @@ TEST_F(CInstallWAPluginTest, RefusalsAreToldAndLeaveNothingBehind)
         EXPECT_EQ(box.text.substr(0, std::wstring(c.text).size()), c.text);
     }
     EXPECT_FALSE(e2e::FolderExists(folder_ + L"Plugins"));
-    EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, kPlugins));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kPlugins));
     EXPECT_TRUE(changes_.Changes().empty());
 }

@@ -9,17 +9,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <mutex>
 #include <string>
-#include <vector>
 
 namespace
 {
-// The lines of RunProgram with the numbers that vary from run to run (times) blanked.
-std::vector<std::string> RunProgramLines(const RecordingLogger& log)
+// The lines of RunProgram, each ending in a newline, with the numbers that vary from run to
+// run (times) blanked.
+std::string RunProgramText(const RecordingLogger& log)
 {
-    std::vector<std::string> out;
+    std::string text;
     for (std::string line : log.Texts())
     {
         if (line.rfind("RunProgram: ", 0) != 0)
@@ -30,21 +28,13 @@ std::vector<std::string> RunProgramLines(const RecordingLogger& log)
             size_t open = line.rfind('(', ms);
             line.replace(open + 1, ms - open - 1, "N");
         }
-        out.push_back(line);
+        text += line + "\n";
     }
-    return out;
+    return text;
 }
 
 HVString BinFolder() { return HVString(e2e::TestProgramFolder().c_str()); }
 HVString ExitLater() { return BinFolder() + u"ExitLater.exe"; }
-
-std::string Joined(const std::vector<std::string>& lines)
-{
-    std::string text;
-    for (const auto& line : lines)
-        text += line + "\n";
-    return text;
-}
 }
 
 TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
@@ -57,14 +47,11 @@ TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
         const HVString path = ExitLater();
         ASSERT_TRUE(RunProgram(path, u"7 50", SW_HIDE, true, false, &exitCode, 0, useShell));
         EXPECT_EQ(exitCode, 7);
-        std::vector<std::string> expected = {
-            "RunProgram: Filename: " + path.ToUtf8() + " / Parameters: 7 50", "RunProgram: Running process...",
-            "RunProgram: Waiting for completion", "RunProgram: Start", "RunProgram: Done waiting",
-            "RunProgram: Finished", "RunProgram: Finish (result: 7) (N ms)",
-        };
-        if (useShell)
-            expected.insert(expected.begin() + 1, "RunProgram: Performing ShellExecute...");
-        EXPECT_EQ(Joined(RunProgramLines(log)), Joined(expected));
+        EXPECT_EQ(RunProgramText(log), "RunProgram: Filename: " + path.ToUtf8() + " / Parameters: 7 50\n" +
+                                           (useShell ? "RunProgram: Performing ShellExecute...\n" : "") +
+                                           "RunProgram: Running process...\nRunProgram: Waiting for completion\n"
+                                           "RunProgram: Start\nRunProgram: Done waiting\nRunProgram: Finished\n"
+                                           "RunProgram: Finish (result: 7) (N ms)\n");
     }
 }
 
@@ -72,14 +59,9 @@ TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
 {
     // The last two run longer than one 500 ms slice, so a zero or negative time-out taken as
     // "already over" would show.
-    const struct
-    {
-        const char16_t* parameters;
-        bool pump;
-        int timeoutMs;
-        int exitCode;
-    } rows[] = {{u"0 0", true, 0, 0},     {u"1 0", true, 0, 1},      {u"3010 0", true, 0, 3010}, {u"-1 0", true, 0, -1},
-                {u"255 0", true, 0, 255}, {u"4 1200", false, 0, 4}, {u"5 700", false, -5, 5}};
+    const struct { const char16_t* parameters; bool pump; int timeoutMs; int exitCode; } rows[] = {
+        {u"0 0", true, 0, 0},     {u"1 0", true, 0, 1},     {u"3010 0", true, 0, 3010}, {u"-1 0", true, 0, -1},
+        {u"255 0", true, 0, 255}, {u"4 1200", false, 0, 4}, {u"5 700", false, -5, 5}};
     for (const auto& row : rows)
     {
         int exitCode = 999;
@@ -90,8 +72,8 @@ TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
     // Without a place for the exit code the finish line names no result.
     RecordingLogger log;
     ASSERT_TRUE(RunProgram(ExitLater(), u"3 0", SW_HIDE, true, false));
-    ASSERT_FALSE(RunProgramLines(log).empty());
-    EXPECT_EQ(RunProgramLines(log).back(), "RunProgram: Finish (N ms)");
+    const std::string text = RunProgramText(log);
+    EXPECT_TRUE(text.ends_with("\nRunProgram: Finish (N ms)\n")) << text;
 }
 
 TEST(RunProgram, ATimeoutOrACancelEndsAProgramThatRunsForever)
@@ -104,7 +86,7 @@ TEST(RunProgram, ATimeoutOrACancelEndsAProgramThatRunsForever)
         EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, !byCancel, &exitCode, byCancel ? 0 : 300,
                                 false, byCancel ? cancel : nullptr));
         EXPECT_EQ(exitCode, -1);
-        const std::string text = Joined(RunProgramLines(log));
+        const std::string text = RunProgramText(log);
         EXPECT_NE(text.find(byCancel ? "RunProgram: Cancel\n" : "RunProgram: Timeout\n"), std::string::npos) << text;
         EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
     }
@@ -122,7 +104,7 @@ TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRunsFromAQuotedPath)
     int exitCode = 0;
     ASSERT_TRUE(RunProgram(copy, HVString::Format(u"9 0 \"%s\"", marker), SW_HIDE, false, false, &exitCode));
     EXPECT_EQ(exitCode, -1);
-    const std::string text = Joined(RunProgramLines(log));
+    const std::string text = RunProgramText(log);
     EXPECT_EQ(text.find("Waiting for completion"), std::string::npos) << text;
     for (int i = 0; i < 500 && ::GetFileAttributesW(marker.w()) == INVALID_FILE_ATTRIBUTES; ++i)
         ::Sleep(10);
@@ -139,7 +121,7 @@ TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
         int exitCode = 0;
         EXPECT_FALSE(RunProgram(BinFolder() + u"NoSuchProgram.exe", u"", SW_HIDE, true, false, &exitCode, 0, useShell));
         EXPECT_EQ(exitCode, -1);
-        const std::string text = Joined(RunProgramLines(log));
+        const std::string text = RunProgramText(log);
         EXPECT_NE(text.find("RunProgram: Failed to start (error 2)"), std::string::npos) << text;
         EXPECT_EQ(text.find("Running process"), std::string::npos) << text;
         EXPECT_EQ(text.find("Performing ShellExecute") != std::string::npos, useShell) << text;
