@@ -1,5 +1,7 @@
 #include "engine/CInstallRecord.h"
 
+#include "foundation/HVDigitValue.h"
+
 #include <zlib.h>
 
 #include <algorithm>
@@ -39,17 +41,6 @@ std::string Hex8(uint32_t value)
     return text;
 }
 
-int HexDigit(char ch)
-{
-    if (ch >= '0' && ch <= '9')
-        return ch - '0';
-    if (ch >= 'A' && ch <= 'F')
-        return ch - 'A' + 10;
-    if (ch >= 'a' && ch <= 'f')
-        return ch - 'a' + 10;
-    return -1;
-}
-
 void AppendEscaped(std::string& line, const HVString& field)
 {
     for (char ch : field.ToUtf8()) {
@@ -75,8 +66,8 @@ std::optional<HVString> Unescape(std::string_view field)
         }
         if (i + 2 >= field.size())
             return std::nullopt;
-        const int high = HexDigit(field[i + 1]);
-        const int low = HexDigit(field[i + 2]);
+        const int high = HVDigitValue(field[i + 1]);
+        const int low = HVDigitValue(field[i + 2]);
         if (high < 0 || low < 0)
             return std::nullopt;
         bytes += static_cast<char>(high * 16 + low);

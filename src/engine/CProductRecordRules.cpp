@@ -1,5 +1,7 @@
 #include "engine/CProductRecordRules.h"
 
+#include "foundation/HVDigitValue.h"
+
 #include <algorithm>
 
 namespace
@@ -120,21 +122,12 @@ bool CProductRecordRules::ReadData(const HVString& text, uint32_t& type, std::ve
 {
     const std::u16string_view view = text.view();
     data.clear();
-    auto hexDigit = [](char16_t ch) -> int {
-        if (ch >= u'0' && ch <= u'9')
-            return ch - u'0';
-        if (ch >= u'a' && ch <= u'f')
-            return ch - u'a' + 10;
-        if (ch >= u'A' && ch <= u'F')
-            return ch - u'A' + 10;
-        return -1;
-    };
     auto readHex = [&](std::u16string_view digits, uint32_t& value) {
         value = 0;
         if (digits.empty() || digits.size() > 8)
             return false;
         for (char16_t ch : digits) {
-            const int digit = hexDigit(ch);
+            const int digit = HVDigitValue(ch);
             if (digit < 0)
                 return false;
             value = value << 4 | static_cast<uint32_t>(digit);

@@ -1,22 +1,13 @@
 #include "HVXMLEscape.h"
 
+#include "HVDigitValue.h"
+
 #include <algorithm>
 
 namespace
 {
 // Digits of a character reference: at most this many, then the ";".
 constexpr size_t kMaxReferenceDigits = 7;
-
-int DigitValue(char16_t c, int base)
-{
-    if (c >= u'0' && c <= u'9')
-        return c - u'0';
-    if (base == 16 && c >= u'a' && c <= u'f')
-        return c - u'a' + 10;
-    if (base == 16 && c >= u'A' && c <= u'F')
-        return c - u'A' + 10;
-    return -1;
-}
 
 // Reads "&#...;" at text[i]; on success writes the character(s) and returns the length read.
 size_t CharacterReference(std::u16string_view text, size_t i, char16_t* out, int32_t& written)
@@ -30,7 +21,7 @@ size_t CharacterReference(std::u16string_view text, size_t i, char16_t* out, int
     const size_t digitsStart = p;
     uint32_t value = 0;
     while (p < text.size() && p - digitsStart < kMaxReferenceDigits) {
-        const int d = DigitValue(text[p], base);
+        const int d = HVDigitValue(text[p], base);
         if (d < 0)
             break;
         value = value * static_cast<uint32_t>(base) + static_cast<uint32_t>(d);
