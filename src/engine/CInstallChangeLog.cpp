@@ -2,21 +2,6 @@
 
 #include <algorithm>
 
-namespace
-{
-InstallChange MakeChange(InstallChange::Kind kind, const HVString& path, bool existedBefore = false, bool deferred = false,
-                         const HVString& name = HVString())
-{
-    InstallChange change;
-    change.kind = kind;
-    change.path = path;
-    change.name = name;
-    change.existedBefore = existedBefore;
-    change.deferred = deferred;
-    return change;
-}
-}  // namespace
-
 void CInstallChangeLog::Note(const InstallChange& change)
 {
     changes_.push_back(change);
@@ -26,27 +11,28 @@ void CInstallChangeLog::Note(const InstallChange& change)
 
 void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
 {
-    Note(MakeChange(kind, path));
+    Note({.kind = kind, .path = path});
 }
 
 void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred)
 {
-    Note(MakeChange(InstallChange::Kind::FileWritten, path, existedBefore, deferred));
+    Note({.kind = InstallChange::Kind::FileWritten, .path = path, .existedBefore = existedBefore,
+          .deferred = deferred});
 }
 
 void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)
 {
-    Note(MakeChange(InstallChange::Kind::FileDeleted, path, true, deferred));
+    Note({.kind = InstallChange::Kind::FileDeleted, .path = path, .existedBefore = true, .deferred = deferred});
 }
 
 void CInstallChangeLog::NoteStarted(const HVString& path, bool existedBefore)
 {
-    Note(MakeChange(InstallChange::Kind::FileStarted, path, existedBefore));
+    Note({.kind = InstallChange::Kind::FileStarted, .path = path, .existedBefore = existedBefore});
 }
 
 void CInstallChangeLog::NoteRegistered(const HVString& path, const HVString& how)
 {
-    Note(MakeChange(InstallChange::Kind::ModuleRegistered, path, false, false, how));
+    Note({.kind = InstallChange::Kind::ModuleRegistered, .path = path, .name = how});
 }
 
 size_t CInstallChangeLog::Count(InstallChange::Kind kind) const

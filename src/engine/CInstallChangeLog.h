@@ -33,10 +33,10 @@ struct InstallChange
     };
 
     Kind kind = Kind::FileWritten;
-    HVString path;
-    HVString name;
+    HVString path = {};
+    HVString name = {};
     bool existedBefore = false;
-    HVString before;
+    HVString before = {};
     // The change waits for the next restart or logon (a deferred file operation).
     bool deferred = false;
 };
