@@ -13,8 +13,8 @@
 
 namespace
 {
+using e2e::kPropertiesKey;
 const std::string kEdgeSetup = "MicrosoftEdgeWebview2Setup.exe";
-const std::wstring kSettings = L"Software\\Halvard\\Sonora 32\\Properties";
 const std::wstring kDamaged = L"The downloaded file is damaged or not the expected one.";
 constexpr DWORD kExitCancelled = 1602;
 
@@ -225,7 +225,7 @@ TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
         EXPECT_EQ(server.Requests(), 0);
         for (const wchar_t* file : {L"Playlist.mpl", L"Welcome Tone.wav"})
             EXPECT_EQ(e2e::ReadFileText(dest + L"Media\\" + file), e2e::ReadFileText(setup_ + L"Bundled Media\\" + file));
-        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"Install - Startup Media"), dest + L"Media\\Playlist.mpl");
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Install - Startup Media"), dest + L"Media\\Playlist.mpl");
 
         const std::string calls = e2e::ReadFileText(dest + L"PackageInstaller.log");
         const std::string folder = e2e::Utf8(dest);
@@ -235,10 +235,10 @@ TEST_F(DependenciesTest, MediaPluginsAndDriverOfASampleInstall)
         EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver"), c.noDriver ? 0 : 1) << calls << run.Describe();
         EXPECT_EQ(e2e::CountOf(calls, "/InstallWDMDriver \"" + inf + "\""), c.noDriver ? 0 : 1) << calls;
         EXPECT_EQ(e2e::CountOf(calls, "failed"), 0) << calls;
-        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"System Plugin - SampleShell.dll"), L"installed");
-        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kSettings, L"WDM Driver Installed Version"),
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"System Plugin - SampleShell.dll"), L"installed");
+        EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version"),
                   c.version ? std::optional<std::wstring>(c.version) : std::nullopt);
-        EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kSettings, L"InstallPackageError"));
+        EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"));
     }
 }
 }

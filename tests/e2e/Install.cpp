@@ -14,9 +14,8 @@
 
 namespace
 {
+using e2e::kJournalKey, e2e::kRunOnceKey;
 const std::wstring kRegistered = L"Software\\Halvard\\Sonora 32\\Registered";
-const std::wstring kJournal = L"Software\\Halvard\\Sonora 32\\Installer\\Finalize";
-const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 
 std::wstring Windows() { return e2e::Expand(L"%SystemRoot%\\"); }
 
@@ -63,7 +62,7 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     ASSERT_TRUE(e2e::WriteFileBytes(dest + L"Data\\Languages\\Chinese (simplified)\\Strings.txt", "kept"));
     ASSERT_TRUE(e2e::WriteFileBytes(dest + L"License.txt", "old agreement"));
     SetFileAttributesW((dest + L"License.txt").c_str(), FILE_ATTRIBUTE_READONLY);
-    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournal, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kJournalKey, L"Delete File (0)", L"C:\\old|_DELETEFILE"));
     // Another product shares the notes already.
     const std::wstring sharedDlls = HVString(CSharedFileRules::kSharedDllsKey).w();
     const std::wstring notes = Windows() + L"System32\\HVSystemNotes.txt";
@@ -95,8 +94,8 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"HVShellExt.dll"), dest + L"HVShellExt.dll");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"SampleShell.dll"), dest + L"Plugins\\System\\SampleShell.dll");
     // Nothing deferred: no journal, no completion command; a silent run starts nothing.
-    EXPECT_TRUE(e2e::RegValueNames(HKEY_CURRENT_USER, kJournal).empty());
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
+    EXPECT_TRUE(e2e::RegValueNames(HKEY_CURRENT_USER, kJournalKey).empty());
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnceKey, L"Install Wizard Completion"));
     EXPECT_EQ(GetFileAttributesW((media + L"Finish.txt").c_str()), INVALID_FILE_ATTRIBUTES);
     // Nothing else in the program folder: no temporary file, no staging folder.
     std::vector<std::wstring> expected = e2e::ListTree(media + L"Listenwell\\");

@@ -9,8 +9,8 @@
 
 namespace
 {
+using e2e::kInstallerKey;
 const std::wstring kDestination = L"C:\\Program Files\\Halvard\\Sonora\\";
-const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
 const std::wstring kLoungeKey = L"Software\\Halvard\\Sample Lounge";
 const std::wstring kPluginKey = L"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input\\Sample Tracker Input";
 

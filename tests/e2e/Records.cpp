@@ -13,10 +13,7 @@
 
 namespace
 {
-const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
-const std::wstring kInstallations = L"Software\\Halvard\\Corvale\\Installations";
-const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
-const std::wstring kProperties = kRoot + L"\\Properties";
+using e2e::kProductKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
 const std::wstring kSupport = L"https://www.halvard.com/support/sonora/";
 const HVRegView k64 = HVRegView::Key64;
 
@@ -48,7 +45,7 @@ TEST_F(RecordsTest, ASilentInstallRecordsItself)
     const std::wstring dest = e2e::DefaultDestination();
 
     // The uninstall entry: exactly these values (the registry lists them by name).
-    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kUninstall, k64),
+    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kUninstallEntryKey, k64),
               (std::vector<std::wstring>{L"DisplayIcon", L"DisplayName", L"DisplayVersion", L"EstimatedSize",
                                          L"HelpLink", L"InstallDate", L"InstallLocation", L"NoModify", L"NoRepair",
                                          L"Publisher", L"UninstallString", L"URLInfoAbout", L"URLUpdateInfo"}));
@@ -60,43 +57,42 @@ TEST_F(RecordsTest, ASilentInstallRecordsItself)
         {L"UninstallString", dest + L"HVMediaUninstall.exe"},
     };
     for (const auto& [name, expected] : strings)
-        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kUninstall, name, k64), expected) << e2e::Utf8(name);
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kUninstallEntryKey, name, k64), expected) << e2e::Utf8(name);
     // Measured before the plug-in step, whose sample package installer then logs beside itself;
     // the install record is no part of the product.
     const uint64_t helperLog = e2e::ReadFileText(dest + L"PackageInstaller.log").size() +
                                e2e::ReadFileText(dest + L"Install Record.txt").size();
-    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstall, L"EstimatedSize", k64), (TreeBytes(dest) - helperLog + 1023) / 1024);
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstallEntryKey, L"EstimatedSize", k64), (TreeBytes(dest) - helperLog + 1023) / 1024);
     SYSTEMTIME today{};
     GetLocalTime(&today);
     wchar_t date[16];
     swprintf(date, 16, L"%04d%02d%02d", today.wYear, today.wMonth, today.wDay);
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kUninstall, L"InstallDate", k64), date);
-    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstall, L"NoModify", k64), 1u);
-    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstall, L"NoRepair", k64), 1u);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kUninstallEntryKey, L"InstallDate", k64), date);
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstallEntryKey, L"NoModify", k64), 1u);
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kUninstallEntryKey, L"NoRepair", k64), 1u);
     // Nothing in the 32-bit view.
-    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kUninstall, HVRegView::Key32));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kUninstallEntryKey, HVRegView::Key32));
 
     // The installations record and the product's "Installer" key.
-    const std::wstring record = kInstallations + L"\\Sonora 32";
-    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, record, k64),
+    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kRecordKey, k64),
               (std::vector<std::wstring>{L"GUID", L"Launcher Name", L"OS Version", L"Path", L"Uninstall Key", L"Version"}));
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Path", k64), dest + L"Sonora.exe");
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Version", k64), ProductVersion());
-    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, record, L"OS Version", k64),
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"Path", k64), dest + L"Sonora.exe");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"Version", k64), ProductVersion());
+    EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kRecordKey, L"OS Version", k64),
               static_cast<DWORD>(HVSystemIdentity::Current().GetCode()));
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Launcher Name", k64), L"Sonora.exe");
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Uninstall Key", k64), L"Sonora 32");
-    const auto guid = e2e::RegString(HKEY_LOCAL_MACHINE, record, L"GUID", k64);
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"Launcher Name", k64), L"Sonora.exe");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"Uninstall Key", k64), L"Sonora 32");
+    const auto guid = e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"GUID", k64);
     GUID parsed{};
     ASSERT_TRUE(guid && SUCCEEDED(CLSIDFromString(guid->c_str(), &parsed))) << e2e::Utf8(guid.value_or(L"<none>"));
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRoot + L"\\Installer", L"Distributor ID"), L"ACME-7");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRoot + L"\\Installer", L"Install Directory"), dest);
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProductKey + L"\\Installer", L"Distributor ID"), L"ACME-7");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProductKey + L"\\Installer", L"Install Directory"), dest);
 
     // First-run settings: the sample description's presets, the built-in defaults elsewhere.
     // 88 settings, the two of the file types chosen, the start-up media, the system plug-in's
     // mark and the driver's version.
-    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 93u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 3u);
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"Ripping - Complete Sound File"), L"tada.wav");
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kPropertiesKey).size(), 93u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 3u);
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Ripping - Complete Sound File"), L"tada.wav");
 }
 }  // namespace

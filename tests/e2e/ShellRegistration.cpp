@@ -11,7 +11,7 @@
 
 namespace
 {
-const std::wstring kProperties = L"Software\\Halvard\\Sonora 32\\Properties";
+using e2e::kPropertiesKey;
 const std::wstring kFileExts = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\";
 const std::wstring kClient = L"Software\\Clients\\Media\\Sonora";
 
@@ -58,9 +58,9 @@ TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"Content Type"), L"audio/mpeg");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L"PerceivedType"), L"audio");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/mpeg", L"Extension"), L".mp3");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"),
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Set"),
               L".mp3;.flac;.ogg;.wav;.m4a;.wma;.mpl;.m3u;.cue");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"),
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Selected Media Types"),
               L"Audio;Data;Playlist");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L""), L"URL: itpc Protocol");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"");
@@ -75,7 +75,7 @@ TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBa
     ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"OtherPlayer.mp3"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"Content Type", L"audio/x-other"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kFileExts + L".flac", L"Progid", L"OtherPlayer.flac"));
-    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set", L".mp3;flac;.ogg;.DAT"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Set", L".mp3;flac;.ogg;.DAT"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID", L"{other}"));
 
     // /NoAssociations leaves them alone; the product's own type is there all the same.
@@ -153,8 +153,8 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
     });
     const e2e::RunResult run = e2e::ProgramDriver({.commandLine = L"/Upgrade /NoRun", .onPoll = user.Poller()}).Run();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << user.Describe();
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Set"), L".mp3");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"File Associations - Selected Media Types"), L"Audio");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Set"), L".mp3");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Selected Media Types"), L"Audio");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".flac"));
 }

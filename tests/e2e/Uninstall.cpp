@@ -15,8 +15,8 @@
 
 namespace
 {
+using e2e::kProductKey;
 const std::wstring kSharedDlls = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
-const std::wstring kSettings = L"Software\\Halvard\\Sonora 32";
 const std::wstring kOtherPlayer = L"OtherPlayer.mp3";
 // The sample's stand-in package installer notes its calls beside itself: no file of the install.
 const std::wstring kStandInLog = L"PackageInstaller.log";
@@ -106,7 +106,7 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          [&](const e2e::SetupRun& run) {
              EXPECT_TRUE(e2e::PendingRenames::Names(HVString((dest_ + L"Sonora.exe").c_str())));
              EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe", kStandInLog})) << e2e::Utf8(run.log);
-             EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kSettings));
+             EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kProductKey));
              EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32"));
              EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
              lock.reset();

@@ -14,9 +14,7 @@
 
 namespace
 {
-const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
-const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
-const std::wstring kRunOnce = L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+using e2e::kInstallerKey, e2e::kRecordKey, e2e::kRunOnceKey;
 
 using e2e::NextOn, e2e::ChooseOn;
 
@@ -132,7 +130,7 @@ TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
     EXPECT_TRUE(runChecked);
     // What it left: the program, its records, its file types, its shortcuts, the hand-over.
     EXPECT_EQ(e2e::ReadFileText(Dest() + L"Sonora.exe"), e2e::ReadFileText(e2e::MediaFolder() + L"Listenwell\\Sonora.exe"));
-    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecord, L"Path", HVRegView::Key64), Dest() + L"Sonora.exe");
+    EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"Path", HVRegView::Key64), Dest() + L"Sonora.exe");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Sonora32.File");
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Create Start Menu"), 1u);
     ExpectStartMenu(Dest(), {{L"Sonora", L"Sonora.exe"}, {L"Uninstall Sonora", L"HVMediaUninstall.exe"},
@@ -206,7 +204,7 @@ TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
         EXPECT_EQ(install.Logged(L"mode: Restart"), restart) << install.Describe();
         EXPECT_EQ(install.Logged(L"ExitWindowsEx(0x12)"), restart) << install.Describe();
         // The journal is written either way; nothing is started before the restart.
-        EXPECT_TRUE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnce, L"Install Wizard Completion"));
+        EXPECT_TRUE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnceKey, L"Install Wizard Completion"));
         EXPECT_FALSE(e2e::PathExists(e2e::MediaFolder() + L"Finish.txt"));
         TearDown();
     }

@@ -16,13 +16,13 @@ using e2e::NextOn, e2e::ChooseOn, e2e::CancelOn, e2e::TypeOn;
 using Files = std::vector<e2e::ScenarioFile>;
 using Values = std::vector<e2e::ScenarioValue>;
 
-const std::wstring kUninstall = L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
-const std::wstring kRecord = L"HKLM\\Software\\Halvard\\Corvale\\Installations\\Sonora 32";
-const std::wstring kInstaller = L"HKCU\\Software\\Halvard\\Sonora 32\\Installer";
-const std::wstring kJournal = kInstaller + L"\\Finalize";
-const std::wstring kProperties = L"HKCU\\Software\\Halvard\\Sonora 32\\Properties";
+const std::wstring kUninstall = L"HKLM\\" + e2e::kUninstallEntryKey;
+const std::wstring kRecord = L"HKLM\\" + e2e::kRecordKey;
+const std::wstring kInstaller = L"HKCU\\" + e2e::kInstallerKey;
+const std::wstring kJournal = L"HKCU\\" + e2e::kJournalKey;
+const std::wstring kProperties = L"HKCU\\" + e2e::kPropertiesKey;
 const std::wstring kEarlier = L"HKCU\\Software\\Halvard\\Sonora 31";
-const std::wstring kRunOnce = L"HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+const std::wstring kRunOnce = L"HKCU\\" + e2e::kRunOnceKey;
 const std::wstring kPortable = L"C:\\Portable Sonora\\";
 
 const e2e::DialogRule kYesCancel = {.title = L"Confirm Cancellation",

@@ -50,6 +50,7 @@
 #include "HeldFileLock.h"
 #include "LocalHttpServer.h"
 #include "SetupRun.h"
+#include "ProductKeys.h"
 #include "ProgramDriver.h"
 #include "SetupFolder.h"
 #include "Shortcut.h"

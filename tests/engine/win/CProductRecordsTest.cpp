@@ -13,6 +13,7 @@
 
 #include "RecordedProgress.h"
 #include "TestPaths.h"
+#include "ProductKeys.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
@@ -22,24 +23,21 @@
 
 namespace
 {
-const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
-const std::wstring kProperties = kRoot + L"\\Properties";
+using e2e::kProductKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
 const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
 const std::wstring k30 = L"Software\\Halvard\\Sonora 30";
-const std::wstring kRecord = L"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
-const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
 const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
 
 void Clean()
 {
-    for (const std::wstring& key : {kRoot, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
+    for (const std::wstring& key : {kProductKey, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
         e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, key);
     for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
         e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
     e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kHandler);
-    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstall, HVRegView::Key64);
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecord, HVRegView::Key64);
+    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallEntryKey, HVRegView::Key64);
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecordKey, HVRegView::Key64);
 }
 
 class CProductRecordsTest : public ::testing::Test
@@ -96,16 +94,16 @@ TEST_F(CProductRecordsTest, TheWriterNotesTheTopmostNewKeyAndWhatEachValueHeldBe
 
 TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
 {
-    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page", 2));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page", 2));
     ASSERT_TRUE(e2e::RegSetDword(HKEY_LOCAL_MACHINE, kHandler, L"", 0));  // the extension is registered
     CSettingsHelper settings(Context(u"<START_LOCATION>9</START_LOCATION>"));
     const std::vector<HVString> written = settings.WriteDefaults();
     EXPECT_EQ(written.size(), 87u);
-    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 88u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 2u);  // the user's own
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"Tagging - Sidecar mode"), L"0");
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"General - Enable Shell Integration"), 1u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kRoot + L"\\Shell Extensions", L"HVShellExt x64"), 1u);
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kPropertiesKey).size(), 88u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 2u);  // the user's own
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Tagging - Sidecar mode"), L"0");
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"General - Enable Shell Integration"), 1u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProductKey + L"\\Shell Extensions", L"HVShellExt x64"), 1u);
     EXPECT_EQ(changes_.Count(InstallChange::Kind::ValueWritten), 88u);
 
     // Unknown identifiers and numbers that aren't are refused, and nothing is written.
@@ -113,8 +111,8 @@ TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
     EXPECT_FALSE(settings.Set(-1, u"x"));
     EXPECT_FALSE(settings.Set(11, u"12abc"));
     EXPECT_TRUE(settings.Set(11, u" 12 "));
-    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kProperties).size(), 88u);
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProperties, L"Startup - Page"), 12u);
+    EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kPropertiesKey).size(), 88u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 12u);
 }
 
 TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnValuesWin)
@@ -139,11 +137,11 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
     records.LoadDefaultSettings();
     records.UpgradeFromPreviousVersion();
 
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, imageFolder), L"D:\\Pictures\\");
-    EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"Install - Start Version"));  // not carried over
-    EXPECT_EQ(e2e::RegMultiString(HKEY_CURRENT_USER, kProperties, L"Odd"), (std::vector<std::wstring>{L"a", L"b"}));
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"From 30"));
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRoot + L"\\Dependencies\\WebView2", L"Version"), L"1.0");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, imageFolder), L"D:\\Pictures\\");
+    EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Install - Start Version"));  // not carried over
+    EXPECT_EQ(e2e::RegMultiString(HKEY_CURRENT_USER, kPropertiesKey, L"Odd"), (std::vector<std::wstring>{L"a", L"b"}));
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"From 30"));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProductKey + L"\\Dependencies\\WebView2", L"Version"), L"1.0");
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRun, L"Sonora 32"),
               L"\"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe\" /Boot");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRun, L"Sonora 31"));

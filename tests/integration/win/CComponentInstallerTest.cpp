@@ -11,21 +11,21 @@
 #include "RecordedProgress.h"
 #include "SetupRun.h"
 #include "TestPaths.h"
+#include "ProductKeys.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-const std::wstring kRoot = L"Software\\Halvard\\Sonora 32";
-const std::wstring kProperties = kRoot + L"\\Properties";
+using e2e::kProductKey, e2e::kPropertiesKey;
 
 // The plug-in step of the server edition in a program folder of the test's own, with the
 // sample package installer also standing in for the server's control program (both log their
 // command line to "PackageInstaller.log").
 TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
 {
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kRoot);
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
     const std::wstring media = e2e::MediaFolder();
     const std::wstring folder = e2e::ScratchFolder(L"CComponentInstaller");
     const std::wstring install = folder + L"Program\\";
@@ -34,7 +34,7 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     ASSERT_TRUE(e2e::WriteFileBytes(install + L"DynamoControl.exe", e2e::ReadFileText(media + L"Listenwell\\PackageInstaller.exe")));
     ASSERT_TRUE(e2e::CopyTree(media + L"Drivers\\", folder + L"Drivers\\"));
     // An older driver is on the machine.
-    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version", L"1.0.0.0"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version", L"1.0.0.0"));
 
     InstallOptions options;
     HVInstallDescription description;
@@ -53,7 +53,7 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
         return e2e::ReadFileText(log);
     };
     const std::string first = run();
-    const std::string version = e2e::Utf8(*e2e::RegString(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version"));
+    const std::string version = e2e::Utf8(*e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version"));
     EXPECT_TRUE(version == "2.4.0.12" || version == "2.3.1.7") << version;
     const std::vector<std::string> order = {"/RegDLL \"" + e2e::Utf8(install) + "HVShellExt.dll\"",
                                             "/RegDLL \"" + e2e::Utf8(install) + "Plugins\\System\\SampleShell.dll\"",
@@ -67,8 +67,8 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     }
     EXPECT_EQ(progress.statuses, (std::vector<HVString>{u"Installing Sonora Shell Integration", u"Installing plug-in 'SampleShell'",
                                                          u"Installing WDM driver", u"Installing Dynamo Server as system service"}));
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"System Plugin - SampleShell.dll"), L"installed");
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"InstallPackageError"));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"System Plugin - SampleShell.dll"), L"installed");
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"));
 
     // Again: the driver of that version stays as it is.
     EXPECT_EQ(e2e::CountOf(run(), "WDMDriver"), 0);
@@ -77,13 +77,13 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     for (const wchar_t* file : {L"PackageInstaller.exe", L"DynamoControl.exe"})
         ASSERT_TRUE(DeleteFileW((install + file).c_str()));
     EXPECT_EQ(run(), "");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProperties, L"InstallPackageError"), L"DynamoControl.exe");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"), L"DynamoControl.exe");
 
     // With /NoDriver nothing is asked of the driver, even when none is recorded.
     options.noDriver = true;
-    e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version");
+    e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version");
     run();
-    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kProperties, L"WDM Driver Installed Version"));
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kRoot);
+    EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version"));
+    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
 }
 }
