@@ -16,7 +16,7 @@
 
 namespace
 {
-const std::wstring kInstallerKey = L"Software\\Halvard\\Sonora 32\\Installer";
+using e2e::kInstallerKey;
 const std::wstring kDefaultFolder = L"C:\\Program Files\\Halvard\\Sonora\\";
 const std::wstring kUninstallKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 const std::wstring kOtherProgramKey = kUninstallKey + L"IW Test Other Program";
@@ -399,7 +399,9 @@ TEST_F(WizardTest, PageFlows)
         EXPECT_EQ(run_.Logged(L"Auto install starts"), flow.byTimer) << e2e::Utf8(Log());
         EXPECT_EQ(e2e::FolderExists(kDefaultFolder), flow.exitCode == kExitInstalled);
         EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), flow.wish);
-        // A wish shows the countdown in the title, from 30 seconds down.
+        // A wish starts the countdown at 30 seconds and shows it in the title, going down. A title
+        // lasts 100 ms here, so the driver's rounds may miss the first: the log says where it began.
+        EXPECT_EQ(run_.Logged(L"Auto install in 30 seconds"), flow.wish.has_value()) << e2e::Utf8(Log());
         std::vector<int> seconds;
         const std::wstring counting = L"Sonora - Install Wizard (Auto Install in ";
         for (const std::wstring& title : user.WindowTitles())
@@ -407,9 +409,9 @@ TEST_F(WizardTest, PageFlows)
                 EXPECT_EQ(title.substr(title.find(L' ', counting.size())), L" seconds)");
                 seconds.push_back(std::stoi(title.substr(counting.size())));
             }
-        EXPECT_EQ(seconds.empty() ? 0 : seconds.front(), flow.wish ? 30 : 0) << user.Describe();
-        for (size_t i = 1; i < seconds.size(); ++i)
-            EXPECT_LT(seconds[i], seconds[i - 1]);
+        EXPECT_EQ(seconds.empty(), !flow.wish) << user.Describe();
+        for (size_t i = 0; i < seconds.size(); ++i)
+            EXPECT_LT(seconds[i], i ? seconds[i - 1] : 31) << user.Describe();
     }
 }
 
