@@ -110,14 +110,21 @@ bool FindWizard(DWORD processId, WizardView& view)
     if (!search.found)
         return false;
     view.wizard = search.found;
+    auto visiblePage = [&view] {
+        HWND page = nullptr;
+        for (HWND child : Children(view.wizard))
+            if (::IsWindowVisible(child) && ClassOf(child) == L"HVWizardPageWnd")
+                page = child;
+        return page;
+    };
+    // The wizard hides a page, sets the next one's header, then shows it. Reading the header
+    // between two sightings of the same page keeps a new page from being taken with the old header.
+    view.page = visiblePage();
     view.windowTitle = ControlText(view.wizard);
     view.title = ControlText(::GetDlgItem(view.wizard, WizardView::kTitleId));
     view.subtitle = ControlText(::GetDlgItem(view.wizard, WizardView::kSubtitleId));
     view.enabled = ::IsWindowEnabled(view.wizard) != FALSE;
-    for (HWND child : Children(view.wizard))
-        if (::IsWindowVisible(child) && ClassOf(child) == L"HVWizardPageWnd")
-            view.page = child;
-    return view.page != nullptr;
+    return view.page != nullptr && visiblePage() == view.page;
 }
 
 void ClickNext(const WizardView& view)
