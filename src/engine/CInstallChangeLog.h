@@ -25,12 +25,20 @@ struct InstallChange
         // FileWritten of the same path later confirms it.
         FileStarted,
         FontAdded,        // path: the font file; name: its value under the font table
-        // path: the module; name: how ("DllRegisterServer", "RegSvr32", "PackageInstaller"; the
-        // audio driver's description "WDMDriver", the server's control program "Service")
+        // path: the module; name: how, one of the kRegisteredBy names below
         ModuleRegistered,
         SharedFileCounted, // path: a file in a shared system folder; before: its SharedDLLs count before, empty if none
         InstallEnded,     // the run came to its end (path: "0" or the exit code); nothing follows
     };
+
+    // How a module was registered, which decides how it is unregistered: by its own export, by the
+    // system's RegSvr32, by the product's package installer; the audio driver by its description,
+    // the server by its control program.
+    static constexpr const char16_t* kRegisteredByExport = u"DllRegisterServer";
+    static constexpr const char16_t* kRegisteredByRegSvr32 = u"RegSvr32";
+    static constexpr const char16_t* kRegisteredByPackageInstaller = u"PackageInstaller";
+    static constexpr const char16_t* kRegisteredAsDriver = u"WDMDriver";
+    static constexpr const char16_t* kRegisteredAsService = u"Service";
 
     Kind kind = Kind::FileWritten;
     HVString path = {};

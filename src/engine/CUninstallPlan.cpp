@@ -133,7 +133,7 @@ public:
             return HVString();
         // A driver is taken out by its description in the setup folder: a file that is read,
         // never removed, so it may lie outside the places the install wrote to.
-        if (change.kind == Kind::ModuleRegistered && change.name.EqualsNoCase(u"WDMDriver"))
+        if (change.kind == Kind::ModuleRegistered && change.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
             return IsPlainPath(path, false) ? HVString() : path;
         if (change.kind == Kind::FolderCreated || change.kind == Kind::FolderDeleted)
             return IsFolderPlace(path) ? HVString() : path;

@@ -102,14 +102,9 @@ void CDeferredOperations::DeferDelete(const HVString& path)
 void CDeferredOperations::DeferRegistration(const HVString& path)
 {
     pendingRegistrations_.push_back(CJournalFormat::RegisterEntry(path));
-    if (changes_) {
-        InstallChange change;
-        change.kind = InstallChange::Kind::ModuleRegistered;
-        change.path = path;
-        change.name = u"DllRegisterServer";
-        change.deferred = true;
-        changes_->Note(change);
-    }
+    if (changes_)
+        changes_->Note({.kind = InstallChange::Kind::ModuleRegistered, .path = path,
+                        .name = InstallChange::kRegisteredByExport, .deferred = true});
 }
 
 bool CDeferredOperations::WriteJournal(const HVString& productRegistryRoot) const

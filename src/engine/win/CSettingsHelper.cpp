@@ -85,7 +85,7 @@ void CSettingsHelper::ApplyShellIntegration(int32_t value)
                          context_.installFolder, context_.installFolder + kShellExtensionFile, !enable);
     HVLog::Write(HVLog::kInfo, "CSettingsHelper::Set", u"RunPackageInstaller == %i", ran ? 1 : 0);
     if (ran && enable)
-        context_.changes.NoteRegistered(context_.installFolder + kShellExtensionFile, u"PackageInstaller");
+        context_.changes.NoteRegistered(context_.installFolder + kShellExtensionFile, InstallChange::kRegisteredByPackageInstaller);
 
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");

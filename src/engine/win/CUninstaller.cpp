@@ -134,20 +134,18 @@ bool CUninstaller::Do(const UninstallStep& step)
     switch (step.action) {
     case Action::Unregister: {
         if (!HVFileSystem::Exists(step.path, false)) {
-            if (step.name.EqualsNoCase(u"WDMDriver"))
+            if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
                 HVLog::Write(HVLog::kWarning, kSource, u"The driver stays: its description %s is gone", step.path);
             return true;
         }
         bool unregistered = false;
-        int exitCode = -1;
-        if (step.name.EqualsNoCase(u"WDMDriver"))
+        if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
             unregistered = CComponentRegistration::RunPackageInstaller(installFolder_, u"/RemoveWDMDriver", step.path);
-        else if (step.name.EqualsNoCase(u"Service"))
-            unregistered = RunProgram(step.path, u"/Uninstall", SW_HIDE, true, true, &exitCode,
-                                      CComponentRegistration::kHelperTimeoutMs) && exitCode == 0;
-        else if (step.name.EqualsNoCase(u"RegSvr32"))
+        else if (step.name.EqualsNoCase(InstallChange::kRegisteredAsService))
+            unregistered = CComponentRegistration::RunServiceControl(step.path, true);
+        else if (step.name.EqualsNoCase(InstallChange::kRegisteredByRegSvr32))
             unregistered = CComponentRegistration::RegisterWithRegSvr32(step.path, u"/u ");
-        else if (step.name.EqualsNoCase(u"PackageInstaller"))
+        else if (step.name.EqualsNoCase(InstallChange::kRegisteredByPackageInstaller))
             unregistered = CComponentRegistration::RegisterWithPackageInstaller(installFolder_, step.path, true);
         else
             unregistered = CComponentRegistration::UnregisterServer(step.path);

@@ -15,7 +15,6 @@
 #include "install/win/CProductIdentity.h"
 #include "integration/CComponentRules.h"
 #include "integration/win/CComponentRegistration.h"
-#include "integration/win/RunProgram.h"
 #include "integration/win/CInstallPackage.h"
 #include "integration/win/CInstallWAPlugin.h"
 
@@ -23,7 +22,7 @@ bool CComponentInstaller::RegisterServer(const HVString& path)
 {
     if (!CComponentRegistration::RegisterServer(path))
         return false;
-    context_.changes.NoteRegistered(path, u"DllRegisterServer");
+    context_.changes.NoteRegistered(path, InstallChange::kRegisteredByExport);
     return true;
 }
 
@@ -63,7 +62,7 @@ void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)
         MarkPackageError(CSettingsHelper::kShellExtensionFile);
         return;
     }
-    context_.changes.NoteRegistered(extension, u"PackageInstaller");
+    context_.changes.NoteRegistered(extension, InstallChange::kRegisteredByPackageInstaller);
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");
     if (extensions.Open())
@@ -86,7 +85,7 @@ void CComponentInstaller::InstallSystemPlugins(IInstallProgress& progress)
         progress.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing plug-in '%s'").c_str(),
                                                 dot > 0 ? plugin.name.Left(dot) : plugin.name));
         if (CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, folder + plugin.name, false)) {
-            context_.changes.NoteRegistered(folder + plugin.name, u"PackageInstaller");
+            context_.changes.NoteRegistered(folder + plugin.name, InstallChange::kRegisteredByPackageInstaller);
             SetSetting(CComponentRules::SystemPluginMark(plugin.name), u"installed");
         } else
             MarkPackageError(plugin.name);
@@ -119,7 +118,7 @@ void CComponentInstaller::InstallDriver(IInstallProgress& progress)
     if (!installed.IsEmpty())
         CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/RemoveWDMDriver", description);
     if (CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/InstallWDMDriver", description)) {
-        context_.changes.NoteRegistered(description, u"WDMDriver");
+        context_.changes.NoteRegistered(description, InstallChange::kRegisteredAsDriver);
         SetSetting(kDriverVersionSetting, version);
     } else
         MarkPackageError(u"HalvardWDMDriver.inf");
@@ -131,13 +130,10 @@ void CComponentInstaller::InstallServerService(IInstallProgress& progress)
         return;
     progress.SetStatusText(u"Installing Dynamo Server as system service");
     const HVString control = context_.installFolder + u"DynamoControl.exe";
-    int exitCode = -1;
-    if (!HVFileSystem::Exists(control, false) ||
-        !RunProgram(control, u"/Install", SW_HIDE, true, true, &exitCode, CComponentRegistration::kHelperTimeoutMs) ||
-        exitCode != 0)
+    if (!HVFileSystem::Exists(control, false) || !CComponentRegistration::RunServiceControl(control, false))
         MarkPackageError(u"DynamoControl.exe");
     else
-        context_.changes.NoteRegistered(control, u"Service");
+        context_.changes.NoteRegistered(control, InstallChange::kRegisteredAsService);
 }
 
 void CComponentInstaller::MarkPackageError(const HVString& name)

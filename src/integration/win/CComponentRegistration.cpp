@@ -68,6 +68,11 @@ bool RunHelper(const HVString& program, const HVString& parameters)
 }
 }
 
+bool CComponentRegistration::RunServiceControl(const HVString& control, bool uninstall)
+{
+    return RunHelper(control, uninstall ? u"/Uninstall" : u"/Install");
+}
+
 bool CComponentRegistration::RunPackageInstaller(const HVString& installFolder, const HVString& switchText,
                                                  const HVString& path)
 {

@@ -26,6 +26,9 @@ public:
     {
         return RunPackageInstaller(installFolder, unregister ? u"/UnRegDLL" : u"/RegDLL", dllPath);
     }
+    // The server's control program run with "/Install" or "/Uninstall". True when it ran and
+    // ended with 0.
+    static bool RunServiceControl(const HVString& control, bool uninstall);
     // The system's "system32\RegSvr32.exe" (under the Windows folder), silent, with an extra
     // switch ("/u" to unregister) or none. True when it ran and ended with 0.
     static bool RegisterWithRegSvr32(const HVString& dllPath, const HVString& extraSwitch = HVString());

@@ -439,7 +439,7 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
         } else if (word == u"REGISTER") {
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
-            context_.changes.NoteRegistered(current, u"DllRegisterServer");
+            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
         } else if (word == u"EXECUTE") {
             int exitCode = -1;
             if (!RunProgram(current, param, SW_SHOWNORMAL, wait, true, &exitCode)) {
@@ -468,7 +468,7 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
             }
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
-            context_.changes.NoteRegistered(current, u"DllRegisterServer");
+            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
         } else if (word == u"REGISTRY") {
             const HVString lines = command.param.IsEmpty() ? current : unpacked + HVFileSystemPath::GetFileName(param);
             if (!ApplyRegistryFile(lines))
