@@ -13,7 +13,7 @@
 
 namespace
 {
-using e2e::kProductKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
+using e2e::kInstallerKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
 const std::wstring kSupport = L"https://www.halvard.com/support/sonora/";
 const HVRegView k64 = HVRegView::Key64;
 
@@ -85,8 +85,8 @@ TEST_F(RecordsTest, ASilentInstallRecordsItself)
     const auto guid = e2e::RegString(HKEY_LOCAL_MACHINE, kRecordKey, L"GUID", k64);
     GUID parsed{};
     ASSERT_TRUE(guid && SUCCEEDED(CLSIDFromString(guid->c_str(), &parsed))) << e2e::Utf8(guid.value_or(L"<none>"));
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProductKey + L"\\Installer", L"Distributor ID"), L"ACME-7");
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kProductKey + L"\\Installer", L"Install Directory"), dest);
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"Distributor ID"), L"ACME-7");
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory"), dest);
 
     // First-run settings: the sample description's presets, the built-in defaults elsewhere.
     // 88 settings, the two of the file types chosen, the start-up media, the system plug-in's

@@ -15,7 +15,7 @@
 
 namespace
 {
-using e2e::kProductKey;
+using e2e::kProductKey, e2e::kUninstallEntryKey;
 const std::wstring kSharedDlls = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
 const std::wstring kOtherPlayer = L"OtherPlayer.mp3";
 // The sample's stand-in package installer notes its calls beside itself: no file of the install.
@@ -92,6 +92,13 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          L"/Silent /RemoveSettings", 0,
          [&](const e2e::SetupRun& run) {
              EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Data\\My Notes.txt", kStandInLog})) << e2e::Utf8(run.log);
+             // The driver goes out by the description it came in by.
+             const std::string calls = e2e::ReadFileText(dest_ + kStandInLog);
+             const size_t quote = calls.find("/InstallWDMDriver \"") + 18;
+             ASSERT_GT(quote, 18u) << calls;
+             const std::string inf = calls.substr(quote, calls.find('"', quote + 1) + 1 - quote);
+             EXPECT_TRUE(inf.ends_with("\\HalvardWDMDriver.inf\"")) << inf;
+             EXPECT_EQ(e2e::CountOf(calls, "/RemoveWDMDriver " + inf), 1) << calls;
              ::DeleteFileW(planted.c_str());
              EXPECT_EQ(e2e::MachineSnapshot(), before);
              EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
@@ -107,7 +114,7 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
              EXPECT_TRUE(e2e::PendingRenames::Names(HVString((dest_ + L"Sonora.exe").c_str())));
              EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe", kStandInLog})) << e2e::Utf8(run.log);
              EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kProductKey));
-             EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32"));
+             EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kUninstallEntryKey));
              EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
              lock.reset();
              renames.reset();

@@ -25,7 +25,8 @@
 //                  as long as the object lives: CopyFileW/DeleteFileW on it fail as "in use".
 //   UninstallRun   RunUninstaller(installFolder, L"/Silent"), MachineSnapshot() to compare.
 //   SetupRun       MakeSetupFolder(name, xml), RunSetup(options) with its log read back,
-//                  RunningProduct, ScopedRegString (a value set and put back).
+//                  RunningProduct.
+//   ScopedRegString  a registry string set for as long as the object lives, then put back.
 //   FreshMachine   ResetToFreshMachine(): removes every registry key, value, file and folder the
 //                  installer writes and ends the product's processes, so that each end-to-end
 //                  test starts from a machine on which the product was never installed;
@@ -49,8 +50,9 @@
 #include "GeneratedTree.h"
 #include "HeldFileLock.h"
 #include "LocalHttpServer.h"
-#include "SetupRun.h"
 #include "ProductKeys.h"
+#include "ScopedRegString.h"
+#include "SetupRun.h"
 #include "ProgramDriver.h"
 #include "SetupFolder.h"
 #include "Shortcut.h"

@@ -129,18 +129,4 @@ bool RunningProduct::EndsSoon() const
 {
     return process_.hProcess && ::WaitForSingleObject(process_.hProcess, 10000) == WAIT_OBJECT_0;
 }
-
-ScopedRegString::ScopedRegString(HKEY root, std::wstring path, std::wstring name, const std::wstring& value)
-    : root_(root), path_(std::move(path)), name_(std::move(name)), old_(RegString(root_, path_, name_))
-{
-    RegSetString(root_, path_, name_, value);
-}
-
-ScopedRegString::~ScopedRegString()
-{
-    if (old_)
-        RegSetString(root_, path_, name_, *old_);
-    else
-        RegDeleteValueIfPresent(root_, path_, name_);
-}
 }

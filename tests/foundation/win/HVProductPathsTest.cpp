@@ -7,7 +7,7 @@
 
 #include "OwnDialog.h"
 #include "RecordingLogger.h"
-#include "SetupRun.h"
+#include "ScopedRegString.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
