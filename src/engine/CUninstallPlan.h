@@ -50,18 +50,18 @@ public:
     struct Places
     {
         // Ends in a backslash; the folder the record and the uninstaller are in.
-        HVString installFolder;
+        HVString installFolder = {};
         // Other folders the install writes into (the Windows system folders, the fonts folder,
         // the Start menu and desktop folders), each ending in a backslash. Files in the first
         // `sharedFolderCount` of them are shared and go by their reference counts.
-        std::vector<HVString> folders;
+        std::vector<HVString> folders = {};
         size_t sharedFolderCount = 0;
-        HVString fontsFolder;
+        HVString fontsFolder = {};
         // "HKLM\..." keys below which the install makes keys and values; a key ending in a
         // backslash is a place only below it, never itself.
-        std::vector<HVString> registry;
-        HVString settingsKey;
-        HVString dataFolder;
+        std::vector<HVString> registry = {};
+        HVString settingsKey = {};
+        HVString dataFolder = {};
     };
 
     // The registry places of this product: its own roots, the shell's keys for file types,

@@ -2,6 +2,7 @@
 
 #include "engine/CInstallChangeLog.h"
 #include "engine/win/CDeferredOperations.h"
+#include "engine/win/CUninstaller.h"
 #include "foundation/win/HVFileSystem.h"
 #include "install/HVInstallDescription.h"
 #include "install/InstallOptions.h"
@@ -15,6 +16,9 @@
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -72,6 +76,20 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
 
     // Again: the driver of that version stays as it is.
     EXPECT_EQ(e2e::CountOf(run(), "WDMDriver"), 0);
+
+    // What the step registered, the uninstaller takes out by the same helpers.
+    CInstallRecord::Contents record;
+    std::ranges::copy_if(changes.Changes(), std::back_inserter(record.changes),
+                         [](const InstallChange& c) { return c.kind == InstallChange::Kind::ModuleRegistered; });
+    const CUninstallPlan plan = CUninstallPlan::Make(record, {.installFolder = install.c_str()}, true);
+    ASSERT_FALSE(plan.Refused()) << plan.Reason().ToUtf8();
+    DeleteFileW(log.c_str());
+    CUninstaller(install.c_str(), (install + L"HVMediaUninstall.exe").c_str()).Run(plan);
+    const std::string removal = e2e::ReadFileText(log);
+    for (const std::string& call : {"/UnRegDLL \"" + e2e::Utf8(install) + "HVShellExt.dll\"",
+                                    "/RemoveWDMDriver \"" + e2e::Utf8(folder) + "Drivers\\WDM\\Win",
+                                    std::string("DynamoControl.exe\" /Uninstall")})
+        EXPECT_EQ(e2e::CountOf(removal, call), 1) << call << " in\n" << removal;
 
     // Without the package installer and the control program: marked, and the step still ends.
     for (const wchar_t* file : {L"PackageInstaller.exe", L"DynamoControl.exe"})
