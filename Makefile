@@ -23,6 +23,9 @@ TREE    := env -u MFLAGS MAKEFLAGS=--no-print-directory cmake --build
 # windows.h and the C++ library are then parsed once a batch instead of once a file.
 UNITY   := -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=24
 
+# A tree is configured only once the packages are there: on a fresh machine CMake would
+# otherwise look for the compilers while bootstrap is still installing them (make test runs
+# trees side by side).
 .PHONY: all bootstrap native tsan win release reproducible clang bench-build fuzz-build prefix test demo bench fuzz pictures clean
 
 all: win native
@@ -30,19 +33,19 @@ all: win native
 bootstrap:
 	@scripts/bootstrap.sh
 
-$(BUILD)/native/Makefile:
+$(BUILD)/native/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/native -DIW_SANITIZE=ON
-$(BUILD)/tsan/Makefile:
+$(BUILD)/tsan/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/tsan -DIW_TSAN=ON
-$(BUILD)/win/Makefile:
+$(BUILD)/win/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/win -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
 	    -DIW_WINEPREFIX=$(ABS)/wineprefix
-$(BUILD)/clang/Makefile:
+$(BUILD)/clang/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/clang -DCMAKE_TOOLCHAIN_FILE=cmake/clang-mingw-w64-x86_64.cmake \
 	    -DCMAKE_BUILD_TYPE=None -DIW_TESTS=OFF -DIW_WERROR=ON $(UNITY)
-$(BUILD)/bench/Makefile:
+$(BUILD)/bench/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/bench -DCMAKE_BUILD_TYPE=Release -DIW_BENCH=ON
-$(BUILD)/fuzz/Makefile:
+$(BUILD)/fuzz/Makefile: | bootstrap
 	@$(CMAKE_Q) -S . -B $(BUILD)/fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DIW_FUZZ=ON
 
 native: bootstrap $(BUILD)/native/Makefile

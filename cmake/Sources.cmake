@@ -25,7 +25,7 @@ function(iw_add_wine_test name target)
            COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test.sh ${T_TIMEOUT} $<TARGET_FILE:${target}> ${T_ARGS})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${ctest_timeout}
-    ENVIRONMENT "WINEPREFIX=${IW_WINEPREFIX};IW_BIN_DIR=${CMAKE_BINARY_DIR}/bin"
+    ENVIRONMENT "IW_WINEPREFIX=${IW_WINEPREFIX};WINEPREFIX=${IW_WINEPREFIX};IW_BIN_DIR=${CMAKE_BINARY_DIR}/bin"
     LABELS "wine;${T_LABELS}")
   if(T_LOCKS)
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK "${T_LOCKS}")

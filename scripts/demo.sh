@@ -1,7 +1,3 @@
-# The demo machine has a current WebView2 runtime, as the test machine has: the sample setup
-# folder downloads nothing from the maker's server.
-wine reg add 'HKLM\SOFTWARE\Microsoft\EdgeUpdate\Clients\{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}' \
-  /v pv /d 120.0.2210.91 /f /reg:32 >/dev/null 2>&1 || true
 #!/usr/bin/env bash
 # Runs InstallWizard.exe on the sample setup folder (build/win/media) under Wine: in a window
 # when a display is available (every page, from the welcome page to the finish page),

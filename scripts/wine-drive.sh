@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # Sourced by the test wrappers that give Wine a drive of their own for one run:
 # `wine_drive_begin <letter> <prefix>` makes an empty mount point in $mountpoint and the drive
 # link in $drive, and takes both away again when the script exits; the caller mounts what it

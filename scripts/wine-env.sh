@@ -1,7 +1,10 @@
+#!/usr/bin/env bash
 # Sourced by every script that runs Wine: one private prefix per build tree, no Mono/Gecko
 # prompts, no desktop menu entries made from the installer's shortcuts, no debug chatter.
+# A WINEPREFIX of the user's own is never used: the tests write the registry and the Program
+# Files of the prefix they run in. A build tree's tests name theirs in IW_WINEPREFIX.
 : "${IW_BUILD:=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build}"
-export WINEPREFIX="${WINEPREFIX:-$IW_BUILD/wineprefix}"
+export WINEPREFIX="${IW_WINEPREFIX:-$IW_BUILD/wineprefix}"
 export WINEARCH=win64
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
