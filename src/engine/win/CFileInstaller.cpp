@@ -1,19 +1,19 @@
 #include "engine/win/CFileInstaller.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CComponentRegistration.h"
+#include "changes/win/CDeferredOperations.h"
+#include "changes/win/CRegistryWriter.h"
+#include "changes/win/RunProgram.h"
 #include "engine/CRetiredFiles.h"
 #include "engine/CSharedFileRules.h"
 #include "engine/IInstallProgress.h"
-#include "engine/win/CDeferredOperations.h"
-#include "engine/win/CRegistryWriter.h"
 #include "foundation/CVersionInfo.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
-#include "integration/win/CComponentRegistration.h"
-#include "integration/win/RunProgram.h"
 
 #include <string>
 
