@@ -65,12 +65,6 @@ bool Collect(const HVString& root, const HVString& relative, SourceList& list)
     return ok;
 }
 
-HVString SystemFolder(UINT (WINAPI *get)(LPWSTR, UINT))
-{
-    wchar_t buffer[MAX_PATH + 1] = {};
-    const UINT length = get(buffer, MAX_PATH);
-    return length > 0 && length < MAX_PATH ? HVString(buffer) : HVString();
-}
 
 bool IsInUseError(DWORD error)
 {
@@ -81,7 +75,7 @@ bool IsInUseError(DWORD error)
 
 CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes)
     : deferred_(deferred), changes_(changes),
-      systemFolders_{SystemFolder(&::GetSystemDirectoryW), SystemFolder(&::GetSystemWow64DirectoryW)}
+      systemFolders_{HVFileSystem::SystemFolder(&::GetSystemDirectoryW), HVFileSystem::SystemFolder(&::GetSystemWow64DirectoryW)}
 {
 }
 

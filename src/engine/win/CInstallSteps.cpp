@@ -20,17 +20,6 @@
 namespace
 {
 const char16_t* const kCopyFailed = u"Install Wizard could not copy necessary files to the destination folder.";
-
-HVString T(const char16_t* english) { return HVTranslator::Translate(english); }
-
-HVString SystemFolder(UINT (WINAPI* get)(LPWSTR, UINT))
-{
-    wchar_t buffer[MAX_PATH + 1] = {};
-    const UINT length = get(buffer, MAX_PATH + 1);
-    if (length == 0 || length > MAX_PATH)
-        return HVString();
-    return HVFileSystem::NormalizeFolderPath(HVString(buffer, static_cast<int32_t>(length)));
-}
 }
 
 CInstallSteps::CInstallSteps(const CInstallContext& context, CInstallRun& run, IInstallPage& page,
@@ -45,7 +34,7 @@ CInstallSteps::~CInstallSteps() = default;
 
 void CInstallSteps::ShowError(const HVString& text, const char16_t* title)
 {
-    page_.Ask(text, T(title), MB_OK | MB_ICONERROR);
+    page_.Ask(text, HVTranslator::Translate(title), MB_OK | MB_ICONERROR);
 }
 
 // A folder of the install folder with its contents, noted when it was there.
@@ -125,7 +114,7 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
     StopServerEdition();
 
     page_.SetProgressPosition(0);
-    page_.SetStatusText(HVString::Format(T(u"Installing %s program files...").c_str(), product.GetDisplayName()));
+    page_.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing %s program files...").c_str(), product.GetDisplayName()));
     {
         HVLogTimer copyTimer("CInstallSteps::CopyProgramFiles");
         files_.CopyTree(context.setupFolder + CProductIdentity::kProgramSourceFolder, context.installFolder,
@@ -156,8 +145,8 @@ bool CInstallSteps::SetupFolderIsComplete()
         if (HVFileSystem::FolderExists(path))
             continue;
         HVLog::Write(HVLog::kError, "CInstallSteps::SetupFolderIsComplete", u"%s is missing", path);
-        ShowError(T(kCopyFailed) + u"\r\n\r\n" +
-                      HVString::Format(T(u"The folder \"%s\" is missing from the setup folder.").c_str(), path),
+        ShowError(HVTranslator::Translate(kCopyFailed) + u"\r\n\r\n" +
+                      HVString::Format(HVTranslator::Translate(u"The folder \"%s\" is missing from the setup folder.").c_str(), path),
                   u"Install Error");
         return false;
     }
@@ -178,19 +167,19 @@ bool CInstallSteps::CopyLauncherFiles()
             if (result != CFileInstaller::CopyResult::Failed)
                 break;
             if (!inUse) {
-                ShowError(T(kCopyFailed), u"Install Error");
+                ShowError(HVTranslator::Translate(kCopyFailed), u"Install Error");
                 return false;
             }
             const HVString text =
-                HVString::Format(T(u"Please ensure that the file '%s' is not in use.").c_str(), context.installFolder + name);
-            if (page_.Ask(text, T(u"Failure Copying System File"), MB_RETRYCANCEL | MB_ICONWARNING) != IDRETRY) {
+                HVString::Format(HVTranslator::Translate(u"Please ensure that the file '%s' is not in use.").c_str(), context.installFolder + name);
+            if (page_.Ask(text, HVTranslator::Translate(u"Failure Copying System File"), MB_RETRYCANCEL | MB_ICONWARNING) != IDRETRY) {
                 HVLog::Write(HVLog::kInfo, "CInstallSteps::CopyLauncherFiles", u"Cancelled at %s", name);
                 return false;
             }
         }
     }
     if (!records_.RecordInstallation()) {
-        ShowError(T(kCopyFailed), u"Install Error");
+        ShowError(HVTranslator::Translate(kCopyFailed), u"Install Error");
         return false;
     }
     return true;
@@ -204,18 +193,18 @@ void CInstallSteps::CopySystemFiles()
         return;
     const CInstallContext& context = context_;
     for (auto getFolder : {&::GetSystemDirectoryW, &::GetSystemWow64DirectoryW}) {
-        const HVString system = SystemFolder(getFolder);
+        const HVString system = HVFileSystem::SystemFolder(getFolder);
         if (system.IsEmpty()) {
-            ShowError(T(u"The install wizard can not obtain the Windows system path. System files will not be installed."),
+            ShowError(HVTranslator::Translate(u"The install wizard can not obtain the Windows system path. System files will not be installed."),
                       u"Error");
             continue;
         }
         files_.CopyTree(context.setupFolder + u"System\\Check Version\\", system, kCopyVersionCheck, page_);
         files_.CopyTree(context.setupFolder + u"System\\Always Overwrite\\", system, kCopyAlwaysOverwrite, page_);
         // Fonts go with each pass, so they are copied and added to the font table twice.
-        const HVString windows = SystemFolder(&::GetWindowsDirectoryW);
+        const HVString windows = HVFileSystem::SystemFolder(&::GetWindowsDirectoryW);
         if (windows.IsEmpty()) {
-            ShowError(T(u"The install wizard can not obtain the system font path. Custom fonts will not be installed."),
+            ShowError(HVTranslator::Translate(u"The install wizard can not obtain the system font path. Custom fonts will not be installed."),
                       u"Error");
             continue;
         }
