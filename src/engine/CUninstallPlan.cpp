@@ -1,6 +1,6 @@
 #include "engine/CUninstallPlan.h"
 
-#include "engine/CProductRecordRules.h"
+#include "product/CProductRecordRules.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/CInstallRecord.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/CInstallRecord.h"
 #include "foundation/HVString.h"
 
 #include <vector>

@@ -1,4 +1,4 @@
-#include "HVBase64.h"
+#include "foundation/HVBase64.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "HVDefaultStringManager.h"
+#include "foundation/HVDefaultStringManager.h"
 
 #include <cstdlib>
 #include <new>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IHVStringManager.h"
+#include "foundation/IHVStringManager.h"
 
 // The process-wide heap manager used by every HVString that is not given another one.
 class HVDefaultStringManager final : public IHVStringManager

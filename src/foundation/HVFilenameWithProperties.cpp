@@ -1,8 +1,8 @@
-#include "HVFilenameWithProperties.h"
+#include "foundation/HVFilenameWithProperties.h"
 
-#include "HVXMLDocument.h"
-#include "HVXMLEscape.h"
-#include "HVXMLTokenizer.h"
+#include "foundation/HVXMLDocument.h"
+#include "foundation/HVXMLEscape.h"
+#include "foundation/HVXMLTokenizer.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HVPropertyMap.h"
-#include "HVString.h"
+#include "foundation/HVPropertyMap.h"
+#include "foundation/HVString.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
-#include "HVFormatArg.h"
+#include "foundation/HVFormatArg.h"
 
-#include "HVString.h"
+#include "foundation/HVString.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "HVLog.h"
+#include "foundation/HVLog.h"
 
 #include <atomic>
 

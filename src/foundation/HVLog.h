@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HVString.h"
-#include "IHVLogger.h"
+#include "foundation/HVString.h"
+#include "foundation/IHVLogger.h"
 
 // Entry point for every log line of the library and the installer. With no logger installed
 // nothing is formatted and nothing is written, so logging costs one load on the quiet path.

@@ -1,6 +1,6 @@
-#include "HVLogTimer.h"
+#include "foundation/HVLogTimer.h"
 
-#include "HVLog.h"
+#include "foundation/HVLog.h"
 
 HVLogTimer::HVLogTimer(const char* source, int level)
     : source_(source), level_(level), start_(std::chrono::steady_clock::now())

@@ -1,4 +1,4 @@
-#include "HVPropertyMap.h"
+#include "foundation/HVPropertyMap.h"
 
 void HVPropertyMap::Set(const HVString& name, const HVString& value)
 {

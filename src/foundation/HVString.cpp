@@ -1,6 +1,6 @@
-#include "HVString.h"
+#include "foundation/HVString.h"
 
-#include "HVDefaultStringManager.h"
+#include "foundation/HVDefaultStringManager.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HVFormatArg.h"
-#include "HVStringData.h"
+#include "foundation/HVFormatArg.h"
+#include "foundation/HVStringData.h"
 
 #include <compare>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "HVTextDecoder.h"
+#include "foundation/HVTextDecoder.h"
 
 #include <cstdint>
 #include <cstring>

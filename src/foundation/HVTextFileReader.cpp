@@ -1,9 +1,9 @@
-#include "HVTextFileReader.h"
+#include "foundation/HVTextFileReader.h"
 
 #ifndef _WIN32
 
-#include "HVLog.h"
-#include "HVTextDecoder.h"
+#include "foundation/HVLog.h"
+#include "foundation/HVTextDecoder.h"
 
 #include <cerrno>
 #include <cstdio>

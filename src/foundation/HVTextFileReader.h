@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVString.h"
+#include "foundation/HVString.h"
 
 // Reads a whole text file into a wide string, decoded by HVTextDecoder: a byte-order mark
 // decides, otherwise UTF-8, with the system code page (Windows) or Latin-1 (elsewhere) for

@@ -1,10 +1,10 @@
-#include "HVXMLDocument.h"
+#include "foundation/HVXMLDocument.h"
 
-#include "HVLog.h"
-#include "HVTextFileReader.h"
-#include "HVXMLEscape.h"
-#include "HVXMLParser.h"
-#include "HVXMLPathQuery.h"
+#include "foundation/HVLog.h"
+#include "foundation/HVTextFileReader.h"
+#include "foundation/HVXMLEscape.h"
+#include "foundation/HVXMLParser.h"
+#include "foundation/HVXMLPathQuery.h"
 
 #include <algorithm>
 

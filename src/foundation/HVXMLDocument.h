@@ -1,9 +1,9 @@
 #pragma once
 
-#include "HVString.h"
-#include "HVXMLElementRecord.h"
-#include "HVXMLIndex.h"
-#include "HVXMLTokenizer.h"
+#include "foundation/HVString.h"
+#include "foundation/HVXMLElementRecord.h"
+#include "foundation/HVXMLIndex.h"
+#include "foundation/HVXMLTokenizer.h"
 
 #include <cstdint>
 #include <string_view>

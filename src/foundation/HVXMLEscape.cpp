@@ -1,6 +1,6 @@
-#include "HVXMLEscape.h"
+#include "foundation/HVXMLEscape.h"
 
-#include "HVDigitValue.h"
+#include "foundation/HVDigitValue.h"
 
 #include <algorithm>
 

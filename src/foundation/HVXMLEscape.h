@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVString.h"
+#include "foundation/HVString.h"
 
 #include <string_view>
 

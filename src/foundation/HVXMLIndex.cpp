@@ -1,7 +1,7 @@
-#include "HVXMLIndex.h"
+#include "foundation/HVXMLIndex.h"
 
-#include "HVString.h"
-#include "HVXMLTokenizer.h"
+#include "foundation/HVString.h"
+#include "foundation/HVXMLTokenizer.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HVXMLElementRecord.h"
-#include "HVXMLRecordStore.h"
+#include "foundation/HVXMLElementRecord.h"
+#include "foundation/HVXMLRecordStore.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "HVXMLParser.h"
+#include "foundation/HVXMLParser.h"
 
-#include "HVLog.h"
+#include "foundation/HVLog.h"
 
 #include <algorithm>
 

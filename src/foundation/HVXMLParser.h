@@ -1,8 +1,8 @@
 #pragma once
 
-#include "HVString.h"
-#include "HVXMLIndex.h"
-#include "HVXMLTokenizer.h"
+#include "foundation/HVString.h"
+#include "foundation/HVXMLIndex.h"
+#include "foundation/HVXMLTokenizer.h"
 
 #include <cstdint>
 #include <string_view>

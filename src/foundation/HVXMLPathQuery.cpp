@@ -1,7 +1,7 @@
-#include "HVXMLPathQuery.h"
+#include "foundation/HVXMLPathQuery.h"
 
-#include "HVXMLEscape.h"
-#include "HVXMLTokenizer.h"
+#include "foundation/HVXMLEscape.h"
+#include "foundation/HVXMLTokenizer.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVXMLIndex.h"
+#include "foundation/HVXMLIndex.h"
 
 #include <cstdint>
 #include <string_view>

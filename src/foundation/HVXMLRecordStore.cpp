@@ -1,6 +1,6 @@
-#include "HVXMLRecordStore.h"
+#include "foundation/HVXMLRecordStore.h"
 
-#include "HVLog.h"
+#include "foundation/HVLog.h"
 
 #include <algorithm>
 #include <cstring>

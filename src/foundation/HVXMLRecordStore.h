@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVXMLElementRecord.h"
+#include "foundation/HVXMLElementRecord.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVXMLCharTable.h"
+#include "foundation/HVXMLCharTable.h"
 
 #include <bit>
 #include <cstdint>

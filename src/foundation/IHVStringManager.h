@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HVStringData.h"
+#include "foundation/HVStringData.h"
 
 // Owns the memory of string buffers. Every buffer remembers its manager, so a string made by
 // one manager is freed by the same one whichever thread drops the last reference.

@@ -1,4 +1,4 @@
-#include "CInstallSettings.h"
+#include "install/CInstallSettings.h"
 
 #include "foundation/HVLog.h"
 

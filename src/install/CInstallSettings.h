@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HVInstallDescription.h"
 #include "foundation/HVString.h"
+#include "product/HVInstallDescription.h"
 
 #include <functional>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "install/CShortcutRules.h"
 
-#include "install/CProductIdentityRules.h"
+#include "product/CProductIdentityRules.h"
 
 CShortcutRules::Choice CShortcutRules::Defaults(const InstallOptions& options, int32_t startMenuVersion,
                                                 int32_t productVersion, int32_t windowsCode)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/HVString.h"
-#include "install/InstallOptions.h"
+#include "product/InstallOptions.h"
 
 #include <cstdint>
 #include <vector>

@@ -3,7 +3,7 @@
 // other whole runs are rows of tests/scenarios).
 #include "E2ESupport.h"
 
-#include "engine/CInstallRecord.h"
+#include "changes/CInstallRecord.h"
 #include "engine/CRetiredFiles.h"
 #include "engine/CSharedFileRules.h"
 

@@ -3,7 +3,7 @@
 // completes the install and leaves nothing of its own behind.
 #include "E2ESupport.h"
 
-#include "engine/CInstallRecord.h"
+#include "changes/CInstallRecord.h"
 
 #include <gtest/gtest.h>
 

@@ -15,7 +15,7 @@ enum class CopyPhase { Before, During, After };
 
 CopyPhase PhaseOf(const std::string& log)
 {
-    const char* const kCopy = "CCopyAndInstallPpg::CopyProgramFiles: ";
+    const char* const kCopy = "CInstallSteps::CopyProgramFiles: ";
     if (log.find(std::string(kCopy) + "Finish") != std::string::npos)
         return CopyPhase::After;
     return log.find(std::string(kCopy) + "Start") != std::string::npos ? CopyPhase::During : CopyPhase::Before;

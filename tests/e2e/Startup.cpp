@@ -4,7 +4,7 @@
 // exit code of each outcome.
 #include "E2ESupport.h"
 
-#include "install/InstallExitCode.h"
+#include "product/InstallExitCode.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // may ever appear; what a box would have said is in the log, and the exit code tells it too.
 #include "E2ESupport.h"
 
-#include "install/InstallExitCode.h"
+#include "product/InstallExitCode.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include "PendingRenames.h"
 
-#include "engine/CInstallRecord.h"
+#include "changes/CInstallRecord.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // the exit code a deployment tool reads.
 #include "E2ESupport.h"
 
-#include "install/InstallExitCode.h"
+#include "product/InstallExitCode.h"
 
 #include <gtest/gtest.h>
 

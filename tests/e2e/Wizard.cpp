@@ -3,7 +3,7 @@
 // auto-install check box, every refusal of the destination page, and the unattended runs.
 #include "E2ESupport.h"
 
-#include "install/InstallExitCode.h"
+#include "product/InstallExitCode.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "engine/CSettingsTable.h"
 
-#include "install/HVInstallDescription.h"
+#include "product/HVInstallDescription.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 #include "engine/win/CDownloadAndRun.h"
 
+#include "changes/win/RunProgram.h"
 #include "engine/CDependencyRules.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDependencyRunner.h"
@@ -8,8 +9,7 @@
 #include "foundation/HVTranslator.h"
 #include "foundation/win/HVHttpReader.h"
 #include "foundation/win/HVSha256.h"
-#include "install/HVInstallDescription.h"
-#include "integration/win/RunProgram.h"
+#include "product/HVInstallDescription.h"
 #include "toolkit/win/HVMessageBox.h"
 
 #include <algorithm>

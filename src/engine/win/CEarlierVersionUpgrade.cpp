@@ -1,11 +1,11 @@
 #include "engine/win/CEarlierVersionUpgrade.h"
 
-#include "engine/CProductRecordRules.h"
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/CProductRecordRules.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 #include <algorithm>
 

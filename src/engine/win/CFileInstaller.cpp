@@ -1,19 +1,19 @@
 #include "engine/win/CFileInstaller.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CComponentRegistration.h"
+#include "changes/win/CDeferredOperations.h"
+#include "changes/win/CRegistryWriter.h"
+#include "changes/win/RunProgram.h"
 #include "engine/CRetiredFiles.h"
 #include "engine/CSharedFileRules.h"
 #include "engine/IInstallProgress.h"
-#include "engine/win/CDeferredOperations.h"
-#include "engine/win/CRegistryWriter.h"
 #include "foundation/CVersionInfo.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
-#include "integration/win/CComponentRegistration.h"
-#include "integration/win/RunProgram.h"
 
 #include <string>
 
@@ -65,12 +65,6 @@ bool Collect(const HVString& root, const HVString& relative, SourceList& list)
     return ok;
 }
 
-HVString SystemFolder(UINT (WINAPI *get)(LPWSTR, UINT))
-{
-    wchar_t buffer[MAX_PATH + 1] = {};
-    const UINT length = get(buffer, MAX_PATH);
-    return length > 0 && length < MAX_PATH ? HVString(buffer) : HVString();
-}
 
 bool IsInUseError(DWORD error)
 {
@@ -81,7 +75,7 @@ bool IsInUseError(DWORD error)
 
 CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes)
     : deferred_(deferred), changes_(changes),
-      systemFolders_{SystemFolder(&::GetSystemDirectoryW), SystemFolder(&::GetSystemWow64DirectoryW)}
+      systemFolders_{HVFileSystem::SystemFolder(&::GetSystemDirectoryW), HVFileSystem::SystemFolder(&::GetSystemWow64DirectoryW)}
 {
 }
 

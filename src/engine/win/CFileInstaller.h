@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/CCopyRules.h"
 #include "foundation/HVString.h"
+#include "product/CCopyRules.h"
 
 // <windows.h> first, as for HVFileSystem.h: it maps CopyFile to CopyFileW, and every user of
 // this class must see the member under the same name.

@@ -1,14 +1,14 @@
 #include "engine/win/CInstallBundledMedia.h"
 
-#include "engine/CCopyRules.h"
+#include "changes/win/CRegistryWriter.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CDependencyRunner.h"
 #include "engine/win/CFileInstaller.h"
-#include "engine/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/CCopyRules.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 bool CInstallBundledMedia::Install()
 {

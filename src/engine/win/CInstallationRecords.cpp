@@ -1,14 +1,14 @@
 #include "engine/win/CInstallationRecords.h"
 
-#include "engine/CInstallRecord.h"
-#include "engine/CProductRecordRules.h"
-#include "engine/win/CRegistryWriter.h"
+#include "changes/CInstallRecord.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVProductPaths.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/CProductRecordRules.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 #include <objbase.h>
 

@@ -1,14 +1,14 @@
 #include "engine/win/CProductRecords.h"
 
-#include "engine/CProductRecordRules.h"
+#include "changes/win/CRegistryWriter.h"
 #include "engine/IInstallProgress.h"
 #include "engine/win/CEarlierVersionUpgrade.h"
 #include "engine/win/CInstallationRecords.h"
-#include "engine/win/CRegistryWriter.h"
 #include "engine/win/CSettingsHelper.h"
 #include "foundation/HVLog.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/CProductRecordRules.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 void CProductRecords::RemoveRetiredRecords()
 {

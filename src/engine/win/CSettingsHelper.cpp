@@ -1,15 +1,15 @@
 #include "engine/win/CSettingsHelper.h"
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CRegistryWriter.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CComponentRegistration.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVLogTimer.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/HVInstallDescription.h"
-#include "install/win/CProductIdentity.h"
-#include "integration/win/CComponentRegistration.h"
+#include "product/HVInstallDescription.h"
+#include "product/win/CProductIdentity.h"
 
 namespace
 {

@@ -1,12 +1,12 @@
 #include "engine/win/CUninstaller.h"
 
-#include "engine/CProductRecordRules.h"
+#include "changes/win/CComponentRegistration.h"
+#include "changes/win/RunProgram.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
-#include "integration/win/CComponentRegistration.h"
-#include "integration/win/RunProgram.h"
+#include "product/CProductRecordRules.h"
 
 #include <algorithm>
 

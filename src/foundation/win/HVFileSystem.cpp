@@ -176,6 +176,15 @@ DWORD HVFileSystem::GetAttributes(const HVString& path)
     return ::GetFileAttributesW(Path::ToLongPath(path).w());
 }
 
+HVString HVFileSystem::SystemFolder(UINT (WINAPI* get)(LPWSTR, UINT))
+{
+    wchar_t buffer[MAX_PATH + 1] = {};
+    const UINT length = get(buffer, MAX_PATH + 1);
+    if (length == 0 || length > MAX_PATH)
+        return HVString();
+    return NormalizeFolderPath(HVString(buffer, static_cast<int32_t>(length)));
+}
+
 bool HVFileSystem::Exists(const HVString& path, bool acceptFolders)
 {
     const DWORD attributes = GetAttributes(path);

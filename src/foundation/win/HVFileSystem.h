@@ -49,6 +49,10 @@ public:
     static HVString GetFileSizeText(uint64_t bytes) { return HVFileSystemPath::FileSizeText(bytes); }
     static HVString NormalizeFolderPath(const HVString& path) { return HVFileSystemPath::NormalizeFolderPath(path); }
 
+    // A folder of Windows as one of the system's getters names it (GetSystemDirectoryW,
+    // GetSystemWow64DirectoryW, GetWindowsDirectoryW), with a backslash; empty when the system
+    // has none or can't say.
+    static HVString SystemFolder(UINT (WINAPI* get)(LPWSTR, UINT));
     static bool Exists(const HVString& path, bool acceptFolders);
     static bool FolderExists(const HVString& path);
     // INVALID_FILE_ATTRIBUTES when nothing is there.

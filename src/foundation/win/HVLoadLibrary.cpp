@@ -3,7 +3,6 @@
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
-#include "toolkit/win/HVMessageBox.h"
 
 HVModule HVLoadLibrary::Load(const HVString& path, DWORD* error)
 {
@@ -30,16 +29,6 @@ HVModule HVLoadLibrary::LoadProductLibrary(const HVString& programFolder, const 
     folder += u"x64\\";
 #endif
     return Load(folder + fileName, error);
-}
-
-HVModule HVLoadLibrary::LoadCritical(const HVString& path, HWND owner)
-{
-    DWORD error = ERROR_SUCCESS;
-    HVModule module = Load(path, &error);
-    if (!module)
-        HVMessageBox::Show(owner, CriticalErrorText(path, SystemErrorText(error)), CriticalErrorTitle(),
-                           MB_OK | MB_ICONERROR);
-    return module;
 }
 
 HVString HVLoadLibrary::CriticalErrorTitle() { return HVTranslator::Translate(u"Critical Error"); }

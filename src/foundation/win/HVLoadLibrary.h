@@ -7,8 +7,9 @@
 
 // The loader of the product's helper libraries. A library is loaded from a full path, with
 // its own folder searched for what it needs in turn, so a library of the same name elsewhere
-// on the machine is never picked up by mistake. Failures are logged under "HVLoadLibrary";
-// only LoadCritical tells the user, because only the caller knows that it can't go on.
+// on the machine is never picked up by mistake. Failures are logged under "HVLoadLibrary" and
+// returned; telling the user is the application's (LoadCriticalLibrary), because only the
+// caller knows that it can't go on.
 class HVLoadLibrary
 {
 public:
@@ -17,11 +18,8 @@ public:
     // in the 64-bit build.
     static HVModule LoadProductLibrary(const HVString& programFolder, const HVString& fileName,
                                        DWORD* error = nullptr);
-    // Loads a library the program can't run without; when that fails, shows the
-    // "Critical Error" box naming the module and the system's reason, and returns no module.
-    static HVModule LoadCritical(const HVString& path, HWND owner);
-
-    // The texts of that box, translated and filled in.
+    // The texts of the "Critical Error" box for a library the program can't run without,
+    // translated and filled in.
     static HVString CriticalErrorTitle();
     static HVString CriticalErrorText(const HVString& module, const HVString& errorText);
     // The system's own words for an error code, without the trailing line break.

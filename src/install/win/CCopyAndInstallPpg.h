@@ -2,11 +2,10 @@
 
 #include "engine/CInstallSequence.h"
 #include "engine/IComponentInstaller.h"
-#include "engine/IInstallProgress.h"
-#include "engine/IProductRecords.h"
+#include "engine/IInstallPage.h"
 #include "engine/IShellIntegration.h"
-#include "engine/win/CFileInstaller.h"
 #include "engine/win/CInstallContext.h"
+#include "engine/win/CInstallSteps.h"
 #include "install/win/CWizardPropertyPage.h"
 #include "toolkit/win/HVImageCtrl.h"
 #include "toolkit/win/HVProgressBar.h"
@@ -15,14 +14,14 @@
 #include <memory>
 #include <optional>
 
-class CDependencyRunner;
-
-// The page on which the install happens: the dependencies, the files, their registration, the
-// plug-ins, then a short wait so that the setup's pictures have been shown, after which the
-// page moves the wizard on by itself. Everything runs on the wizard's thread, step by step from
-// timers; every status and progress update drains the message queue, so the window stays
-// painted and answers during long copies.
-class CCopyAndInstallPpg : public CWizardPropertyPage, private IInstallSequenceHost, public IInstallProgress
+// The page on which the install happens. The engine's steps do the work (the dependencies, the
+// files, their registration, the plug-ins) and the install sequence paces them from this page's
+// timers, then waits for the setup's pictures to have been shown, after which the page moves
+// the wizard on by itself. The page shows what the steps report, answers their questions with
+// boxes and ends the wizard when a step says the install can't go on. Everything runs on the
+// wizard's thread; every status and progress update drains the message queue, so the window
+// stays painted and answers during long copies.
+class CCopyAndInstallPpg : public CWizardPropertyPage, private IInstallSequenceHost, public IInstallPage
 {
 public:
     explicit CCopyAndInstallPpg(CInstallWizard& wizard);
@@ -43,6 +42,8 @@ public:
     void SetProgressRange(int32_t minimum, int32_t maximum) override;
     void SetProgressPosition(int32_t position) override;
     void DrainMessages() override;
+    void ShowStage(const char16_t* title, const char16_t* subtitle, bool refuseSecondButton) override;
+    int32_t Ask(const HVString& text, const HVString& title, uint32_t style) override;
 
 private:
     void SetTimer(int32_t id, int32_t elapseMs) override;
@@ -56,13 +57,8 @@ private:
     void WaitTick() override;
     void Finish() override;
 
-    void SetHeader(const char16_t* title, const char16_t* subtitle, bool refuseSecondButton);
-    bool SetupFolderIsComplete();
-    bool CopyLauncherFiles();
-    void CopySystemFiles();
-    void StopServerEdition();
-    void TidyProgramFolder();
-    void RegisterFiles();
+    // What a step's outcome means for the wizard: true goes on.
+    bool GoOn(CInstallSteps::Outcome outcome);
     void Fail();
 
     HVStaticText status_;
@@ -79,10 +75,7 @@ private:
 
     std::optional<CInstallSequence> sequence_;
     std::optional<CInstallContext> context_;
-    std::optional<CFileInstaller> files_;
-    std::unique_ptr<IProductRecords> records_;
     std::unique_ptr<IShellIntegration> shell_;
     std::unique_ptr<IComponentInstaller> components_;
-    // While the dependency step runs.
-    CDependencyRunner* dependencies_ = nullptr;
+    std::optional<CInstallSteps> steps_;
 };

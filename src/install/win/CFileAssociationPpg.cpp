@@ -2,7 +2,6 @@
 
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CAssociationChoice.h"
@@ -12,6 +11,7 @@
 #include "integration/win/CShellIntegration.h"
 #include "integration/win/CompleteShellRegistration.h"
 #include "integration/win/RegisterDefaultPrograms.h"
+#include "product/CWizardRules.h"
 
 bool CFileAssociationPpg::CreateControls()
 {

@@ -1,9 +1,9 @@
 #include "install/win/CFinishPpg.h"
 
 #include "foundation/HVLog.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
 #include "install/win/CSystemShutdown.h"
+#include "product/CWizardRules.h"
 #include "toolkit/win/HVMessageBox.h"
 
 bool CFinishPpg::CreateControls()

@@ -1,13 +1,13 @@
 #include "install/win/CInstallApp.h"
 
-#include "install/CCommandLineParser.h"
 #include "install/CInstallSettings.h"
-#include "install/CSetupFolders.h"
-#include "install/InstallExitCode.h"
-#include "install/win/CNeedInternetExplorerDlg.h"
 #include "install/win/CInstallWizard.h"
 #include "install/win/CLanguageSelectionDlg.h"
+#include "install/win/CNeedInternetExplorerDlg.h"
 #include "install/win/CStartupProbe.h"
+#include "product/CCommandLineParser.h"
+#include "product/CSetupFolders.h"
+#include "product/InstallExitCode.h"
 
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
@@ -345,5 +345,5 @@ void CInstallApp::RunWizard()
         SetExitCode(kExitFatalError);
         break;
     }
-    wizard.EndRecord(GetExitCode());
+    wizard.InstallRun().EndRecord(GetExitCode());
 }

@@ -2,9 +2,9 @@
 
 #include "install/CEnvironmentChecks.h"
 #include "install/CTranslationService.h"
-#include "install/HVInstallDescription.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/HVInstallDescription.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 #include "foundation/win/HVDebugLogger.h"
 #include "foundation/win/HVExecutableApp.h"

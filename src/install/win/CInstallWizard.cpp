@@ -6,8 +6,6 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/CWizardRules.h"
-#include "install/CProductIdentityRules.h"
 #include "install/win/CCopyAndInstallPpg.h"
 #include "install/win/CFileAssociationPpg.h"
 #include "install/win/CFinishPpg.h"
@@ -17,6 +15,8 @@
 #include "install/win/CSetupTypeCustomPpg.h"
 #include "install/win/CSetupTypePpg.h"
 #include "install/win/CShortcutsPpg.h"
+#include "product/CProductIdentityRules.h"
+#include "product/CWizardRules.h"
 #include "toolkit/win/HVButton.h"
 #include "toolkit/win/HVMessageBox.h"
 
@@ -24,15 +24,14 @@
 
 CInstallWizard::CInstallWizard(InstallOptions& options, const HVInstallDescription& description,
                                const CProductIdentity& product, const HVString& setupFolder)
-    : options_(options), description_(description), product_(product), setupFolder_(setupFolder),
-      deferred_(HVString(), &changes_)
+    : options_(options), description_(description), product_(product), setupFolder_(setupFolder)
 {
     if (!setupFolder_.IsEmpty() && !setupFolder_.EndsWith(u"\\"))
         setupFolder_ += u'\\';
     autoInstallOffered_ = description_.GetInteger(u"/*/Installer/OfferAutoInstall", 0) != 0;
     // Tests reach the journal, the fall-back of systems that can't replace files at restart.
     if (const wchar_t* value = ::_wgetenv(L"IW_TEST_ONLY_NO_RESTART_REPLACE"); value && *value == L'1')
-        deferred_.SetReplaceAtRestartAvailable(false);
+        run_.Deferred().SetReplaceAtRestartAvailable(false);
 
     SetTitle(WizardTitle());
     SetMinimumClientSize({500, 300});
@@ -72,39 +71,6 @@ CInstallWizard::Result CInstallWizard::RunWizard(HWND owner)
                  outcome == Result::Finished ? u"finished" : outcome == Result::Cancelled ? u"cancelled" : u"failed",
                  options_.destinationFolder, options_.express, options_.portable);
     return outcome;
-}
-
-bool CInstallWizard::StartRecord(const HVString& installFolder)
-{
-    if (record_.IsOpen())
-        return true;
-    const HVString folder = HVFileSystem::NormalizeFolderPath(installFolder);
-    // The folders that are missing, outermost first, so that the record names each one made.
-    std::vector<HVString> missing;
-    for (HVString at = folder; !at.IsEmpty() && !HVFileSystem::FolderExists(at);) {
-        missing.insert(missing.begin(), at);
-        const HVString parent = at.Left(at.GetLength() - 1);
-        at = parent.Left(parent.ReverseFind(u'\\') + 1);
-    }
-    if (!missing.empty() && !HVFileSystem::MakeDirectoryTree(folder)) {
-        HVLog::Write(HVLog::kError, "CInstallWizard::StartRecord", u"Could not make %s", folder);
-        return false;
-    }
-    for (const HVString& folder : missing)
-        changes_.Note(InstallChange::Kind::FolderCreated, folder);
-    if (!record_.Open(folder, changes_.Changes()))
-        return false;
-    changes_.SetSink(&record_);
-    return true;
-}
-
-void CInstallWizard::EndRecord(int exitCode)
-{
-    if (!record_.IsOpen())
-        return;
-    changes_.Note(InstallChange::Kind::InstallEnded, HVString::Format(u"%d", exitCode));
-    changes_.SetSink(nullptr);
-    record_.Finish();
 }
 
 const HVString& CInstallWizard::OwnUninstallKey()

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CDeferredOperations.h"
-#include "engine/win/CInstallRecordFile.h"
-#include "install/HVInstallDescription.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "changes/win/CInstallRun.h"
+#include "product/HVInstallDescription.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 #include "toolkit/win/HVWizardPopupWnd.h"
 
 #include <optional>
@@ -56,16 +54,12 @@ public:
     // The frame's own title, translated.
     HVString WizardTitle() const;
 
-    // What the install changed and what it left for the next restart or logon; alive for the
-    // whole run, so the pages after the copy page and the end of the run can read them.
-    CInstallChangeLog& Changes() { return changes_; }
-    CDeferredOperations& Deferred() { return deferred_; }
-    // From here on every change is also appended to the install record in `installFolder`,
-    // which is made first when missing (each folder made noted); the changes noted before (the
-    // dependencies) are written at once. False when there is no record to write to.
-    bool StartRecord(const HVString& installFolder);
-    // The end of the run with its exit code, as the record's last line; the record is closed.
-    void EndRecord(int exitCode);
+    // What the install changed and what it left for the next restart or logon, with the record
+    // on disk; alive for the whole run, so the pages after the copy page and the end of the run
+    // can read them.
+    CInstallRun& InstallRun() { return run_; }
+    CInstallChangeLog& Changes() { return run_.Changes(); }
+    CDeferredOperations& Deferred() { return run_.Deferred(); }
     // The finish page's findings: Windows must restart to complete the install, and whether
     // the restart was asked of Windows. A finished run needing one that wasn't done ends 3010.
     void SetRestartNeeded(bool needed) { restartNeeded_ = needed; }
@@ -85,9 +79,7 @@ private:
     std::optional<HVString> ownUninstallKey_;
     std::optional<HVString> earlierFolder_;
     std::optional<std::vector<HVString>> protectedFolders_;
-    CInstallChangeLog changes_;
-    CDeferredOperations deferred_;
-    CInstallRecordFile record_;
+    CInstallRun run_;
     bool restartNeeded_ = false;
     bool restarted_ = false;
 };

@@ -1,11 +1,11 @@
 #include "install/win/CLicensePpg.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTextFileReader.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CWizardRules.h"
 
 #include <cstdlib>
 

@@ -1,8 +1,8 @@
 #include "install/win/CNeedInternetExplorerDlg.h"
 
+#include "changes/win/RunProgram.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
-#include "integration/win/RunProgram.h"
 #include "toolkit/win/HVMessageBox.h"
 
 CNeedInternetExplorerDlg::Choice CNeedInternetExplorerDlg::DoModal()

@@ -2,8 +2,8 @@
 
 #include "foundation/HVLog.h"
 #include "install/CSelectPathRules.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CWizardRules.h"
 #include "toolkit/win/HVMessageBox.h"
 
 CSelectPathPpg::CSelectPathPpg(CInstallWizard& wizard) : CWizardPropertyPage(wizard), machine_(wizard)

@@ -1,8 +1,8 @@
 #include "install/win/CSetupTypeCustomPpg.h"
 
-#include "install/CProductIdentityRules.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CProductIdentityRules.h"
+#include "product/CWizardRules.h"
 
 bool CSetupTypeCustomPpg::CreateControls()
 {

@@ -1,10 +1,10 @@
 #include "install/win/CSetupTypePpg.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CWizardRules.h"
 
 bool CSetupTypePpg::CreateControls()
 {

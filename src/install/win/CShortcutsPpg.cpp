@@ -1,15 +1,15 @@
 #include "install/win/CShortcutsPpg.h"
 
-#include "engine/win/CRegistryWriter.h"
-#include "engine/win/CShortcutWriter.h"
+#include "changes/win/CRegistryWriter.h"
+#include "changes/win/CShortcutWriter.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVProductPaths.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/CProductIdentityRules.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CProductIdentityRules.h"
+#include "product/CWizardRules.h"
 
 #include <vector>
 

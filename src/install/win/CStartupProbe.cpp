@@ -1,15 +1,15 @@
 #include "install/win/CStartupProbe.h"
 
 #include "install/CEnvironmentChecks.h"
-#include "install/HVInstallDescription.h"
-#include "install/win/CProductIdentity.h"
 #include "install/win/CRunningCopyCheck.h"
+#include "product/HVInstallDescription.h"
+#include "product/win/CProductIdentity.h"
 
+#include "changes/win/RunProgram.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
 #include "foundation/win/HVRegKey.h"
 #include "integration/win/RegistryWriteTest.h"
-#include "integration/win/RunProgram.h"
 
 #include <intrin.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "install/IEnvironmentProbe.h"
-#include "install/InstallOptions.h"
+#include "product/InstallOptions.h"
 
 class CProductIdentity;
 class HVInstallDescription;

@@ -1,12 +1,12 @@
 #include "install/win/CUninstallApp.h"
 
-#include "engine/CInstallRecord.h"
+#include "changes/CInstallRecord.h"
 #include "engine/win/CUninstaller.h"
-#include "install/InstallExitCode.h"
-#include "install/win/CProductIdentity.h"
 #include "install/win/CRunningCopyCheck.h"
 #include "install/win/CUninstallConfirmWnd.h"
 #include "install/win/CUninstallProgressWnd.h"
+#include "product/InstallExitCode.h"
+#include "product/win/CProductIdentity.h"
 
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/CUninstallPlan.h"
-#include "install/CUninstallOptions.h"
+#include "product/CUninstallOptions.h"
 
 #include "foundation/win/HVDebugLogger.h"
 #include "foundation/win/HVExecutableApp.h"

@@ -2,8 +2,8 @@
 
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
-#include "install/CWizardRules.h"
 #include "install/win/CInstallWizard.h"
+#include "product/CWizardRules.h"
 #include "toolkit/win/HVMessageBox.h"
 
 bool CWizardPropertyPage::EnterTest()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "install/IWizardStep.h"
-#include "install/InstallOptions.h"
+#include "product/IWizardStep.h"
+#include "product/InstallOptions.h"
 #include "toolkit/win/HVWizardPageWnd.h"
 
 class CInstallWizard;

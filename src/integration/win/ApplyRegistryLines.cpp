@@ -1,11 +1,11 @@
 #include "integration/win/ApplyRegistryLines.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/win/HVFileSystem.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/CRegistryActionLine.h"
 #include "integration/CRegistryMacros.h"
 #include "integration/win/CShellContext.h"
+#include "product/win/CProductIdentity.h"
 
 #include <windows.h>
 

@@ -1,9 +1,9 @@
 #include "integration/win/CAssociationChoice.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/FileTypeModel.h"
+#include "product/win/CProductIdentity.h"
 
 std::optional<std::vector<HVString>> CAssociationChoice::Kept(const CProductIdentity& product)
 {

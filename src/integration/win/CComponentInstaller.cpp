@@ -1,9 +1,11 @@
 #include "integration/win/CComponentInstaller.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CComponentRules.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CComponentRegistration.h"
+#include "changes/win/CDeferredOperations.h"
+#include "changes/win/CRegistryWriter.h"
 #include "engine/IInstallProgress.h"
-#include "engine/win/CDeferredOperations.h"
-#include "engine/win/CRegistryWriter.h"
 #include "engine/win/CSettingsHelper.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
@@ -11,12 +13,10 @@
 #include "foundation/HVTranslator.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
-#include "integration/CComponentRules.h"
-#include "integration/win/CComponentRegistration.h"
 #include "integration/win/CInstallPackage.h"
 #include "integration/win/CInstallWAPlugin.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {

@@ -1,6 +1,6 @@
 #include "integration/win/CFileAssociations.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVLog.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CShellContext.h"

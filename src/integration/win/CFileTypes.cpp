@@ -3,9 +3,9 @@
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/HVXMLDocument.h"
-#include "install/HVInstallDescription.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/win/CInstallWAPlugin.h"
+#include "product/HVInstallDescription.h"
+#include "product/win/CProductIdentity.h"
 #include "toolkit/win/HVMessageBox.h"
 
 #include <memory>

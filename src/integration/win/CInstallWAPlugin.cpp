@@ -1,7 +1,7 @@
 #include "integration/win/CInstallWAPlugin.h"
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CRegistryWriter.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"

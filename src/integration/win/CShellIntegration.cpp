@@ -1,15 +1,15 @@
 #include "integration/win/CShellIntegration.h"
 
 #include "foundation/HVLog.h"
-#include "install/CProductIdentityRules.h"
-#include "install/CWizardRules.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CAssociationChoice.h"
 #include "integration/win/CFileTypes.h"
 #include "integration/win/CShellContext.h"
 #include "integration/win/CompleteShellRegistration.h"
+#include "product/CProductIdentityRules.h"
+#include "product/CWizardRules.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 ShellRegistration CShellIntegration::RecordFor(const CShellContext& context)
 {

@@ -1,10 +1,10 @@
 #include "integration/win/RegisterDefaultPrograms.h"
 
-#include "engine/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "foundation/HVSystemIdentity.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CShellContext.h"
+#include "product/win/CProductIdentity.h"
 
 void RegisterDefaultPrograms(const ShellRegistration& record, const CShellContext& context)
 {

@@ -72,11 +72,11 @@ Setup MakeSetup(int files)
     return setup;
 }
 
-// "CCopyAndInstallPpg::CopyProgramFiles: Finish (result: 2013) (812 ms)"
+// "CInstallSteps::CopyProgramFiles: Finish (result: 2013) (812 ms)"
 double CopyStepSeconds(const std::wstring& log)
 {
     const std::string text = e2e::ReadFileText(log);
-    const std::string mark = "CCopyAndInstallPpg::CopyProgramFiles: Finish (result: ";
+    const std::string mark = "CInstallSteps::CopyProgramFiles: Finish (result: ";
     const size_t at = text.find(mark);
     if (at == std::string::npos)
         Fail("the log has no copy-step timing: " + e2e::Utf8(log));

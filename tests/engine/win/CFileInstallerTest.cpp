@@ -1,7 +1,7 @@
 #include "engine/win/CFileInstaller.h"
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CDeferredOperations.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CDeferredOperations.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
 

@@ -2,18 +2,18 @@
 // settings, and the carry-over from an earlier major version.
 #include "engine/win/CProductRecords.h"
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CDeferredOperations.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CDeferredOperations.h"
+#include "changes/win/CRegistryWriter.h"
 #include "engine/win/CInstallationRecords.h"
-#include "engine/win/CRegistryWriter.h"
 #include "engine/win/CSettingsHelper.h"
-#include "install/HVInstallDescription.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/HVInstallDescription.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
+#include "ProductKeys.h"
 #include "RecordedProgress.h"
 #include "TestPaths.h"
-#include "ProductKeys.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,6 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 
-#include "OwnDialog.h"
 #include "RecordingLogger.h"
 #include "ScopedRegString.h"
 #include "TestPaths.h"
@@ -14,9 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace
@@ -138,22 +135,5 @@ TEST(HVLoadLibraryTest, CriticalErrorTextIsTranslatedBeforeFilling)
     HVTranslator::Set(nullptr);
     EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).IsEmpty());
     EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).EndsWith(u"\n"));
-}
-
-TEST(HVLoadLibraryTest, CriticalFailureIsShownToTheUser)
-{
-    const HVString missing = HVString(e2e::TestProgramFolder().c_str()) + u"Missing Critical.dll";
-    std::atomic<bool> loaded{true};
-    std::thread loader([&] { loaded = HVLoadLibrary::LoadCritical(missing, nullptr).IsValid(); });
-
-    const HWND box = WaitForOwnDialog();
-    const std::wstring title = WindowText(box);
-    const HVString shown(WindowText(::GetDlgItem(box, 0xFFFF)).c_str());
-    PressButton(box, IDOK);
-    loader.join();
-    EXPECT_FALSE(loaded);
-    EXPECT_EQ(title, L"Critical Error");
-    EXPECT_EQ(shown.ToUtf8(),
-              HVLoadLibrary::CriticalErrorText(missing, HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND)).ToUtf8());
 }
 }

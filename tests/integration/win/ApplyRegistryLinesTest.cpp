@@ -1,10 +1,10 @@
 #include "integration/win/ApplyRegistryLines.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CInstallChangeLog.h"
 #include "foundation/win/HVRegKey.h"
-#include "install/win/CProductIdentity.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CShellContext.h"
+#include "product/win/CProductIdentity.h"
 
 #include "TestRegistry.h"
 

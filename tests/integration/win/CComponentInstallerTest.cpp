@@ -1,18 +1,18 @@
 #include "integration/win/CComponentInstaller.h"
 
-#include "engine/CInstallChangeLog.h"
-#include "engine/win/CDeferredOperations.h"
+#include "changes/CInstallChangeLog.h"
+#include "changes/win/CDeferredOperations.h"
 #include "engine/win/CUninstaller.h"
 #include "foundation/win/HVFileSystem.h"
-#include "install/HVInstallDescription.h"
-#include "install/InstallOptions.h"
-#include "install/win/CProductIdentity.h"
+#include "product/HVInstallDescription.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 
 #include "FolderTree.h"
+#include "ProductKeys.h"
 #include "RecordedProgress.h"
 #include "SetupRun.h"
 #include "TestPaths.h"
-#include "ProductKeys.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>

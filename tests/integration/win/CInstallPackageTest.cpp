@@ -2,7 +2,7 @@
 // program folder.
 #include "integration/win/CInstallPackage.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CInstallChangeLog.h"
 
 #include "E2ESupport.h"
 #include "ZipBuilder.h"

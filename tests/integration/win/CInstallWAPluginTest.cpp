@@ -1,7 +1,7 @@
 // The sample plug-ins of each kind through CInstallWAPlugin, against Wine's registry and files.
 #include "integration/win/CInstallWAPlugin.h"
 
-#include "engine/CInstallChangeLog.h"
+#include "changes/CInstallChangeLog.h"
 
 #include "BoxAnswerer.h"
 #include "E2ESupport.h"

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "changes/CInstallChangeLog.h"
+#include "foundation/HVString.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The install record: the change log as text that an uninstall reads back. It is appended to a
+// line at a time while the install works, so a run ended at any moment leaves every whole line
+// readable; each line carries its own check, so a torn last line is known for what it is and
+// never taken for a change.
+class CInstallRecord
+{
+public:
+    // The record's file name, in the install folder beside the uninstaller.
+    static constexpr const char16_t* kFileName = u"Install Record.txt";
+
+    // The first line of a record (UTF-8, with its line end).
+    static std::string Header();
+    // One change as one UTF-8 line, with its line end.
+    static std::string EncodeLine(const InstallChange& change);
+
+    struct Contents
+    {
+        std::vector<InstallChange> changes;
+        // Lines whose check failed or that could not be read (a torn last line after a kill).
+        size_t damagedLines = 0;
+        // Why the record can't be trusted at all (no header, an unknown version, damage before
+        // the last line); empty when it can.
+        HVString problem;
+    };
+    static Contents Parse(std::string_view text);
+};
