@@ -14,10 +14,16 @@ void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
     Note({.kind = kind, .path = path});
 }
 
-void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred)
+void CInstallChangeLog::NoteFile(const HVString& path, bool existedBefore, bool deferred, const HVString& after)
 {
-    Note({.kind = InstallChange::Kind::FileWritten, .path = path, .existedBefore = existedBefore,
+    Note({.kind = InstallChange::Kind::FileWritten, .path = path, .existedBefore = existedBefore, .after = after,
           .deferred = deferred});
+}
+
+bool CInstallChangeLog::Noted(InstallChange::Kind kind, const HVString& path) const
+{
+    const auto matches = [&](const InstallChange& change) { return change.kind == kind && change.path.EqualsNoCase(path.view()); };
+    return std::any_of(earlier_.begin(), earlier_.end(), matches) || std::any_of(changes_.begin(), changes_.end(), matches);
 }
 
 void CInstallChangeLog::NoteDeleted(const HVString& path, bool deferred)

@@ -5,21 +5,25 @@
 #include <cstdint>
 #include <vector>
 
-// One change that the install made to the machine, with what was there before, so that an
-// uninstall can undo exactly what was done and give back what was replaced.
+// One change that the install made to the machine, with what was there before and what the
+// install put there, so that an uninstall undoes exactly what was done, gives back what was
+// replaced, and leaves alone whatever someone changed since.
 struct InstallChange
 {
     enum class Kind
     {
-        FileWritten,     // path: the file; existedBefore: it replaced a file
+        FileWritten,     // path: the file; existedBefore: it replaced a file; after: its digest outside the
+                         // install folder
         FileDeleted,     // path: the file that was removed (now or at the next restart)
         FolderCreated,   // path: a folder that did not exist (with a backslash)
         FolderDeleted,   // path: a folder removed with its contents
-        KeyCreated,      // path: "HKLM\..."/"HKCU\..." key that did not exist
+        KeyCreated,      // path: "HKLM\..."/"HKCU\..." key that did not exist (each level made)
         KeyDeleted,      // path: the key removed with everything below it
-        ValueWritten,    // path: the key; name: the value; before: its old data when existedBefore
-        ValueDeleted,    // path: the key; name: the value; before: its old data
-        ShortcutCreated, // path: the ".lnk" file; name: its target; existedBefore: it replaced one
+        ValueWritten,    // path: the key; name: the value; before: its old data when existedBefore; after: the data written
+        ValueDeleted,    // path: the key; name: the value; before: its old data; after: empty (no value)
+        // path: the ".lnk" file; name: its target; after: its digest; existedBefore: it replaced
+        // one, kept at the path in before
+        ShortcutCreated,
         // Noted before the work starts, so that a run ended half way still names what it may have
         // left: a file (or its temporary sibling) about to be written; existedBefore as above. A
         // FileWritten of the same path later confirms it.
@@ -27,7 +31,9 @@ struct InstallChange
         FontAdded,        // path: the font file; name: its value under the font table
         // path: the module; name: how, one of the kRegisteredBy names below
         ModuleRegistered,
-        SharedFileCounted, // path: a file in a shared system folder; before: its SharedDLLs count before, empty if none
+        // path: a file in a shared system folder; before: its SharedDLLs count before, empty if
+        // none; after: the count written
+        SharedFileCounted,
         InstallEnded,     // the run came to its end (path: "0" or the exit code); nothing follows
     };
 
@@ -45,6 +51,11 @@ struct InstallChange
     HVString name = {};
     bool existedBefore = false;
     HVString before = {};
+    // What the install put there, in the form of `before`: an uninstall gives back `before` only
+    // while the machine still holds this. Records of the first format have none (afterKnown
+    // false), and their changes are undone only in places that are the product's own.
+    HVString after = {};
+    bool afterKnown = true;
     // The change waits for the next restart or logon (a deferred file operation).
     bool deferred = false;
 };
@@ -60,8 +71,10 @@ public:
 };
 
 // The one place where the engine notes every change it makes: files, folders, registry keys
-// and values. The writers call Note right after the change took effect; nothing here touches
-// the machine. Held by the wizard for the whole run.
+// and values. The writers call Note before they make the change (a file's confirmation follows
+// its FileStarted once it is whole): a run ended between the note and the change leaves a
+// note that an uninstall checks against the machine, never a change that no uninstall finds.
+// Nothing here touches the machine. Held by the install run for its whole length.
 class CInstallChangeLog
 {
 public:
@@ -70,7 +83,8 @@ public:
     void Note(const InstallChange& change);
     // A change that is only a kind and a path (folders, keys).
     void Note(InstallChange::Kind kind, const HVString& path);
-    void NoteFile(const HVString& path, bool existedBefore, bool deferred = false);
+    // after: the file's digest where an uninstall must check it (outside the install folder).
+    void NoteFile(const HVString& path, bool existedBefore, bool deferred = false, const HVString& after = {});
     void NoteDeleted(const HVString& path, bool deferred = false);
     // Before a file is written (FileStarted): a run ended during the write still names it.
     void NoteStarted(const HVString& path, bool existedBefore);
@@ -78,11 +92,18 @@ public:
     void NoteRegistered(const HVString& path, const HVString& how);
 
     const std::vector<InstallChange>& Changes() const { return changes_; }
+    // The changes that the earlier runs of this installation noted (its record as it was found),
+    // so that a reinstall does not do twice what belongs to the installation once.
+    void SetEarlier(std::vector<InstallChange> earlier) { earlier_ = std::move(earlier); }
+    const std::vector<InstallChange>& Earlier() const { return earlier_; }
+    // Noted by this run or an earlier run of this installation: a change of `kind` on `path`.
+    bool Noted(InstallChange::Kind kind, const HVString& path) const;
     // How many changes of a kind were noted (for logs and tests).
     size_t Count(InstallChange::Kind kind) const;
     static const char16_t* KindName(InstallChange::Kind kind);
 
 private:
+    std::vector<InstallChange> earlier_;
     std::vector<InstallChange> changes_;
     IInstallChangeSink* sink_ = nullptr;
 };

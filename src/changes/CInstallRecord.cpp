@@ -9,16 +9,20 @@
 #include <cstdio>
 #include <optional>
 
-// A line: kind, flags, path, name, before, check; separated by tabs, ended by CR LF. The check
+// A line: kind, flags, path, name, before, after, check; separated by tabs, ended by CR LF
+// (records of the first format have no "after"). The check
 // is the CRC-32 (eight hex digits) of the UTF-8 bytes before it, its tab included. Fields are
 // escaped with '%' and two hex digits for '%', tab, CR, LF and other control characters, so
 // that Windows paths keep their backslashes as they are and stay readable in the file.
 // The header line starts every run that wrote to the record: a reinstall appends a header and
 // its own changes, and a run killed half way may end in a torn line just before the next one.
+// After the magic and the version, the header lists the user folders of the run's shortcuts.
 namespace
 {
 constexpr std::string_view kMagic = "HVInstallRecord";
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
+// Still read: written before the records kept what the install wrote.
+constexpr int kFirstVersion = 1;
 
 constexpr std::array<InstallChange::Kind, 14> kKinds = {
     InstallChange::Kind::FileWritten,      InstallChange::Kind::FileDeleted,   InstallChange::Kind::FolderCreated,
@@ -104,7 +108,7 @@ std::optional<int> HeaderVersion(std::string_view line)
     return version;
 }
 
-std::optional<InstallChange> DecodeLine(std::string_view line)
+std::optional<InstallChange> DecodeLine(std::string_view line, int version)
 {
     const size_t lastTab = line.rfind('\t');
     if (lastTab == std::string_view::npos || line.size() - lastTab - 1 != 8)
@@ -112,7 +116,7 @@ std::optional<InstallChange> DecodeLine(std::string_view line)
     if (Hex8(Crc(line.substr(0, lastTab + 1))) != line.substr(lastTab + 1))
         return std::nullopt;
     const std::vector<std::string_view> fields = SplitTabs(line.substr(0, lastTab));
-    if (fields.size() != 5)
+    if (fields.size() != (version == kFirstVersion ? 5u : 6u))
         return std::nullopt;
     InstallChange change;
     const HVString kind = HVString::FromUtf8(fields[0]);
@@ -134,18 +138,26 @@ std::optional<InstallChange> DecodeLine(std::string_view line)
     std::optional<HVString> path = Unescape(fields[2]);
     std::optional<HVString> name = Unescape(fields[3]);
     std::optional<HVString> before = Unescape(fields[4]);
-    if (!path || !name || !before)
+    std::optional<HVString> after = version == kFirstVersion ? HVString() : Unescape(fields[5]);
+    if (!path || !name || !before || !after)
         return std::nullopt;
     change.path = *path;
     change.name = *name;
     change.before = *before;
+    change.after = *after;
+    change.afterKnown = version != kFirstVersion;
     return change;
 }
 }
 
-std::string CInstallRecord::Header()
+std::string CInstallRecord::Header(const std::vector<HVString>& userFolders)
 {
-    return std::string(kMagic) + "\t" + std::to_string(kVersion) + "\r\n";
+    std::string line = std::string(kMagic) + "\t" + std::to_string(kVersion);
+    for (const HVString& folder : userFolders) {
+        line += '\t';
+        AppendEscaped(line, folder);
+    }
+    return line + "\r\n";
 }
 
 std::string CInstallRecord::EncodeLine(const InstallChange& change)
@@ -164,6 +176,8 @@ std::string CInstallRecord::EncodeLine(const InstallChange& change)
     AppendEscaped(line, change.name);
     line += '\t';
     AppendEscaped(line, change.before);
+    line += '\t';
+    AppendEscaped(line, change.after);
     line += '\t';
     line += Hex8(Crc(line));
     line += "\r\n";
@@ -193,18 +207,33 @@ CInstallRecord::Contents CInstallRecord::Parse(std::string_view text)
         contents.problem = u"The install record has no header line.";
         return contents;
     }
+    int runVersion = kVersion;
     for (size_t i = 0; i < lines.size(); ++i) {
         const bool last = i + 1 == lines.size();
         const bool lastOfRun = last || HeaderVersion(lines[i + 1]).has_value();
         if (const std::optional<int> version = HeaderVersion(lines[i])) {
-            if (*version != kVersion) {
+            const std::vector<std::string_view> fields = SplitTabs(lines[i]);
+            std::vector<HVString> folders;
+            for (size_t f = 2; f < fields.size(); ++f)
+                if (std::optional<HVString> folder = Unescape(fields[f]))
+                    folders.push_back(*folder);
+            if (*version != kVersion && *version != kFirstVersion) {
                 contents.problem = HVString::Format(u"The install record has the unknown version %s.",
-                                                    HVString::FromUtf8(SplitTabs(lines[i])[1]));
+                                                    HVString::FromUtf8(fields[1]));
                 return contents;
             }
+            if (folders.size() + 2 != fields.size()) {
+                contents.problem = HVString::Format(u"Line %d of the install record is damaged.", static_cast<int>(i + 1));
+                return contents;
+            }
+            runVersion = *version;
+            for (const HVString& folder : folders)
+                if (std::none_of(contents.userFolders.begin(), contents.userFolders.end(),
+                                 [&](const HVString& known) { return known.EqualsNoCase(folder.view()); }))
+                    contents.userFolders.push_back(folder);
             continue;
         }
-        std::optional<InstallChange> change = DecodeLine(lines[i]);
+        std::optional<InstallChange> change = DecodeLine(lines[i], runVersion);
         if (change) {
             contents.changes.push_back(*change);
             continue;

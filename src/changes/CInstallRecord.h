@@ -18,14 +18,17 @@ public:
     // The record's file name, in the install folder beside the uninstaller.
     static constexpr const char16_t* kFileName = u"Install Record.txt";
 
-    // The first line of a record (UTF-8, with its line end).
-    static std::string Header();
+    // The first line of a run (UTF-8, with its line end). It names the user's folders that the
+    // run may put shortcuts in, which an uninstall run by another account could not find.
+    static std::string Header(const std::vector<HVString>& userFolders = {});
     // One change as one UTF-8 line, with its line end.
     static std::string EncodeLine(const InstallChange& change);
 
     struct Contents
     {
         std::vector<InstallChange> changes;
+        // The user folders that the headers name, each once.
+        std::vector<HVString> userFolders;
         // Lines whose check failed or that could not be read (a torn last line after a kill).
         size_t damagedLines = 0;
         // Why the record can't be trusted at all (no header, an unknown version, damage before

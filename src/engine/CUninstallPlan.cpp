@@ -11,15 +11,9 @@ namespace
 using Kind = InstallChange::Kind;
 using Action = UninstallStep::Action;
 
-// The keys that say the product is installed: they must outlive everything that could fail, so
-// that the user can start the uninstall again.
-// The use counts of shared files go down by one, whatever other installs did to them since.
+// The table of use counts belongs to every program that shares a file: its values go by the
+// counting rules, never by what the install wrote.
 constexpr const char16_t* kSharedCountKey = u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
-
-constexpr const char16_t* kRecordKeys[] = {
-    u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\",
-    u"HKLM\\Software\\Halvard\\Corvale\\Installations\\",
-};
 
 HVString Folded(const HVString& text)
 {
@@ -32,11 +26,7 @@ bool IsBelowOrEqual(const HVString& path, const HVString& folder)
     return !folder.IsEmpty() && (path.EqualsNoCase(folder.view()) || CUninstallPlan::IsBelow(path, folder));
 }
 
-// Registry keys are written without a closing backslash.
-bool IsKeyBelowOrEqual(const HVString& key, const HVString& parent)
-{
-    return !parent.IsEmpty() && (key.EqualsNoCase(parent.view()) || CUninstallPlan::IsBelow(key, parent + u"\\"));
-}
+bool IsKeyBelowOrEqual(const HVString& key, const HVString& parent) { return CUninstallPlan::IsKeyBelowOrEqual(key, parent); }
 
 // A drive path with no "." or ".." levels, no empty level and no forward slash: the only form
 // the install writes, so anything else was not written by it.
@@ -60,15 +50,24 @@ bool IsPlainPath(const HVString& path, bool folder)
     return true;
 }
 
+// A place is a key with what lies below it; ending in a backslash, only what lies below it;
+// ending in "*", the keys whose path begins with what comes before it.
+bool MatchesPlace(const HVString& key, const HVString& place)
+{
+    if (place.EndsWith(u"*")) {
+        const HVString prefix = place.Left(place.GetLength() - 1);
+        return key.GetLength() > prefix.GetLength() && key.StartsWithNoCase(prefix.view());
+    }
+    if (place.EndsWith(u"\\"))
+        return CUninstallPlan::IsBelow(key, place);
+    return IsKeyBelowOrEqual(key, place);
+}
+
 bool IsRegistryPlace(const HVString& key, const std::vector<HVString>& places)
 {
     if (key.Find(u"\\\\") != HVString::npos || key.EndsWith(u"\\"))
         return false;
-    return std::any_of(places.begin(), places.end(), [&](const HVString& place) {
-        if (place.EndsWith(u"\\"))
-            return CUninstallPlan::IsBelow(key, place);
-        return IsKeyBelowOrEqual(key, place);
-    });
+    return std::any_of(places.begin(), places.end(), [&](const HVString& place) { return MatchesPlace(key, place); });
 }
 
 // A key made on the way to a place ("HKCU\\Software\\Netscape" for a value of the browser's
@@ -85,14 +84,6 @@ bool IsAboveRegistryPlace(const HVString& key, const std::vector<HVString>& plac
                        [&](const HVString& place) { return CUninstallPlan::IsBelow(place, key + u"\\"); });
 }
 
-bool IsRecordKey(const HVString& key)
-{
-    for (const char16_t* recordKey : kRecordKeys)
-        if (CUninstallPlan::IsBelow(key, recordKey) || HVString(recordKey).StartsWithNoCase((key + u"\\").view()))
-            return true;
-    return false;
-}
-
 bool IsRegistryKind(Kind kind)
 {
     return kind == Kind::KeyCreated || kind == Kind::KeyDeleted || kind == Kind::ValueWritten || kind == Kind::ValueDeleted;
@@ -105,7 +96,28 @@ struct FileNotes
     bool gone = false;      // the install itself deleted it last
     bool counted = false;   // a shared file with a reference count
     bool font = false;
-    HVString fontName;
+    bool shortcut = false;
+    // The latest confirmation's digest; known only from records that keep one.
+    HVString after;
+    bool afterKnown = false;
+};
+
+// A value as the record tells it: the earliest note holds what the machine had before the
+// install, the latest what the install left there.
+struct ValueNotes
+{
+    InstallChange first;
+    HVString after;
+    bool afterKnown = false;
+};
+
+struct ShortcutNotes
+{
+    HVString path;
+    HVString kept;         // the link it replaced, kept by the first run that replaced one
+    bool replaced = false; // the first run found a link there
+    HVString after;
+    bool afterKnown = false;
 };
 
 class Planner
@@ -137,6 +149,10 @@ public:
             return IsPlainPath(path, false) ? HVString() : path;
         if (change.kind == Kind::FolderCreated || change.kind == Kind::FolderDeleted)
             return IsFolderPlace(path) ? HVString() : path;
+        // A replaced shortcut is kept in the install folder, and put back from there.
+        if (change.kind == Kind::ShortcutCreated && !change.before.IsEmpty() &&
+            !(IsPlainPath(change.before, false) && IsBelow(change.before, places_.installFolder)))
+            return change.before;
         return IsPlainPath(path, false) && IsFilePlace(path) ? HVString() : path;
     }
 
@@ -151,7 +167,11 @@ public:
                 it->second.existedBefore = change.existedBefore;
                 order_.push_back(change.path);
             }
-            it->second.confirmed |= change.kind == Kind::FileWritten;
+            if (change.kind == Kind::FileWritten) {
+                it->second.confirmed = true;
+                it->second.after = change.after;
+                it->second.afterKnown = change.afterKnown && !change.after.IsEmpty();
+            }
             it->second.gone = false;
             break;
         }
@@ -167,10 +187,19 @@ public:
             if (fontsSeen_.insert(key).second)
                 fonts_.push_back(change);
             break;
-        case Kind::ShortcutCreated:
-            if (shortcutsSeen_.insert(key).second)
-                Add(Action::DeleteShortcut, change.path);
+        case Kind::ShortcutCreated: {
+            auto [it, added] = shortcuts_.try_emplace(key);
+            ShortcutNotes& notes = it->second;
+            if (added) {
+                notes.path = change.path;
+                notes.replaced = change.existedBefore;
+                notes.kept = change.before;
+                shortcutOrder_.push_back(key);
+            }
+            notes.after = change.after;
+            notes.afterKnown = change.afterKnown;
             break;
+        }
         case Kind::ModuleRegistered:
             if (modulesSeen_.insert(key).second)
                 Add(Action::Unregister, change.path, change.name);
@@ -180,21 +209,23 @@ public:
                 folders_.push_back(change.path);
             break;
         case Kind::KeyCreated:
-            // The table of use counts belongs to every program that shares a file.
             if (IsSettings(change.path) || change.path.EqualsNoCase(kSharedCountKey) || !keysSeen_.insert(key).second)
                 break;
-            if (IsRegistryPlace(change.path, places_.registry))
-                keys_.push_back(change.path);
-            else
-                pruned_.push_back(change.path);
+            keys_.push_back(change);
             break;
         case Kind::ValueWritten:
-        case Kind::ValueDeleted:
-            // The earliest note of a value holds what the machine had before the install.
-            if (!IsSettings(change.path) && !change.path.EqualsNoCase(kSharedCountKey) &&
-                valuesSeen_.insert(key + u"\n" + Folded(change.name)).second)
-                values_.push_back(change);
+        case Kind::ValueDeleted: {
+            if (IsSettings(change.path) || change.path.EqualsNoCase(kSharedCountKey))
+                break;
+            auto [it, added] = values_.try_emplace(key + u"\n" + Folded(change.name));
+            if (added) {
+                it->second.first = change;
+                valueOrder_.push_back(it->first);
+            }
+            it->second.after = change.kind == Kind::ValueDeleted ? HVString() : change.after;
+            it->second.afterKnown = change.afterKnown;
             break;
+        }
         default:
             break;
         }
@@ -202,49 +233,45 @@ public:
 
     std::vector<UninstallStep> Finish()
     {
-        auto insideMadeKey = [&](const HVString& path, bool orEqual) {
-            return std::any_of(keys_.begin(), keys_.end(), [&](const HVString& key) {
-                return IsKeyBelowOrEqual(path, key) && (orEqual || !path.EqualsNoCase(key.view()));
-            });
-        };
-        // A value in a key the install made goes with its key.
-        for (const InstallChange& value : values_) {
-            if (insideMadeKey(value.path, true))
-                continue;
-            if (value.kind == Kind::ValueWritten && !value.existedBefore)
-                Add(Action::DeleteValue, value.path, value.name);
-            else
-                Add(Action::RestoreValue, value.path, value.name).data = value.before;
-        }
-        for (const HVString& key : keys_) {
-            if (insideMadeKey(key, false))
-                continue;
-            UninstallStep& step = Add(IsRecordKey(key) ? Action::DeleteRecordKey : Action::DeleteKey, key);
-            if (keepSettings_ && IsKeyBelowOrEqual(places_.settingsKey, key))
-                step.keep = places_.settingsKey;
-        }
-        for (const HVString& key : pruned_)
-            Add(Action::PruneKey, key);
+        // The keys first: a value in a key that goes whole goes with it.
+        for (const InstallChange& key : keys_)
+            PlanKey(key);
+        for (const HVString& id : valueOrder_)
+            PlanValue(values_[id]);
+        for (const HVString& record : places_.recordKeys)
+            Add(Action::DeleteRecordKey, record);
+        if (keepSettings_)
+            for (const auto& [key, name] : places_.forgetValues)
+                Add(Action::DeleteValue, key, name);
+        for (const HVString& id : shortcutOrder_)
+            PlanShortcut(shortcuts_[id]);
         for (const InstallChange& font : fonts_) {
             FileNotes& notes = files_[Folded(font.path)];
             notes.font = true;
-            Add(Action::RemoveFont, font.path, font.name).created = !notes.existedBefore;
+            if (Unverifiable(font.path, notes))
+                continue;
+            Expect(Add(Action::RemoveFont, font.path, font.name), notes).created = !notes.existedBefore;
         }
         for (const HVString& path : shared_) {
             FileNotes& notes = files_[Folded(path)];
             notes.counted = true;
-            Add(Action::ReleaseSharedFile, path).created = !notes.existedBefore;
+            UninstallStep& step = Add(Action::ReleaseSharedFile, path);
+            // The count goes down in any case; the file only while it is the one put there.
+            step.created = !notes.existedBefore && (notes.afterKnown || !notes.confirmed);
+            Expect(step, notes);
         }
         for (const HVString& path : order_) {
             const FileNotes& notes = files_[Folded(path)];
-            if (notes.gone || notes.counted || notes.font || IsSettings(path))
+            if (notes.gone || notes.counted || notes.font || notes.shortcut || IsSettings(path))
                 continue;
             // In a shared folder only what a copy cut short left: nothing counts on it yet.
             if (IsShared(path) && (notes.confirmed || notes.existedBefore))
                 continue;
             // Outside the install folder a file that was there before is not ours to take.
-            if (IsBelow(path, places_.installFolder) || !notes.existedBefore)
+            if (IsBelow(path, places_.installFolder))
                 Add(Action::RemoveFile, path);
+            else if (!notes.existedBefore && !Unverifiable(path, notes))
+                Expect(Add(Action::RemoveFile, path), notes);
         }
         if (!keepSettings_)
             Add(Action::RemoveSettings, places_.settingsKey, places_.dataFolder);
@@ -257,8 +284,12 @@ public:
                          [](const HVString& a, const HVString& b) { return a.GetLength() > b.GetLength(); });
         for (const HVString& folder : folders_)
             Add(Action::RemoveFolder, folder);
-        std::stable_sort(steps_.begin(), steps_.end(),
-                         [](const UninstallStep& a, const UninstallStep& b) { return a.action < b.action; });
+        // Keys deepest first too: a key made on the way is empty once those below it are gone.
+        std::stable_sort(steps_.begin(), steps_.end(), [](const UninstallStep& a, const UninstallStep& b) {
+            if (a.action != b.action)
+                return a.action < b.action;
+            return a.action == Action::RemoveEmptyKey && a.path.GetLength() > b.path.GetLength();
+        });
         return std::move(steps_);
     }
 
@@ -276,6 +307,86 @@ private:
         step.name = name;
         steps_.push_back(step);
         return steps_.back();
+    }
+
+    UninstallStep& Expect(UninstallStep& step, const FileNotes& notes)
+    {
+        step.expect = notes.after;
+        step.check = notes.afterKnown && !IsBelow(step.path, places_.installFolder);
+        return step;
+    }
+
+    bool IsOwnKey(const HVString& key) const { return IsRegistryPlace(key, places_.ownKeys); }
+
+    bool IsRecordKey(const HVString& key) const
+    {
+        return std::any_of(places_.recordKeys.begin(), places_.recordKeys.end(),
+                           [&](const HVString& record) { return IsKeyBelowOrEqual(key, record); });
+    }
+
+    bool InsideDeletedTree(const HVString& key) const
+    {
+        return IsRecordKey(key) || std::any_of(treeKeys_.begin(), treeKeys_.end(),
+                                               [&](const HVString& tree) { return IsKeyBelowOrEqual(key, tree); });
+    }
+
+    // A file outside the install folder written by an install that kept no digest: it may be
+    // someone else's by now.
+    bool Unverifiable(const HVString& path, const FileNotes& notes)
+    {
+        if (IsBelow(path, places_.installFolder) || !notes.confirmed || notes.afterKnown)
+            return false;
+        Add(Action::Leave, path).data = u"the install record does not say what was written there";
+        return true;
+    }
+
+    void PlanValue(const ValueNotes& notes)
+    {
+        const InstallChange& first = notes.first;
+        if (InsideDeletedTree(first.path))
+            return;
+        if (!notes.afterKnown && !IsOwnKey(first.path)) {
+            Add(Action::Leave, first.path, first.name).data = u"the install record does not say what was written there";
+            return;
+        }
+        UninstallStep& step = first.kind == Kind::ValueWritten && !first.existedBefore
+                                  ? Add(Action::DeleteValue, first.path, first.name)
+                                  : Add(Action::RestoreValue, first.path, first.name);
+        if (step.action == Action::RestoreValue)
+            step.data = first.before;
+        step.expect = notes.after;
+        step.check = notes.afterKnown;
+    }
+
+    void PlanKey(const InstallChange& key)
+    {
+        if (IsRecordKey(key.path) || InsideDeletedTree(key.path))
+            return;
+        if (key.afterKnown) {
+            Add(Action::RemoveEmptyKey, key.path);
+            return;
+        }
+        // The first format noted only the topmost key it made, and went on below it unnoted.
+        if (IsOwnKey(key.path) && IsRegistryPlace(key.path, places_.registry)) {
+            treeKeys_.push_back(key.path);
+            Add(Action::DeleteKey, key.path);
+        } else {
+            Add(Action::PruneKey, key.path);
+        }
+    }
+
+    void PlanShortcut(const ShortcutNotes& notes)
+    {
+        files_[Folded(notes.path)].shortcut = true;
+        if (!notes.afterKnown) {
+            Add(Action::Leave, notes.path).data = u"the install record does not say what was written there";
+            return;
+        }
+        UninstallStep& step = Add(Action::DeleteShortcut, notes.path);
+        step.expect = notes.after;
+        step.check = true;
+        if (notes.replaced)
+            step.data = notes.kept;
     }
 
     bool IsShared(const HVString& path) const
@@ -314,9 +425,11 @@ private:
     bool keepSettings_;
     std::vector<UninstallStep> steps_;
     std::map<HVString, FileNotes> files_;
-    std::vector<HVString> order_, shared_, folders_, keys_, pruned_;
-    std::vector<InstallChange> fonts_, values_;
-    std::set<HVString> sharedSeen_, fontsSeen_, shortcutsSeen_, modulesSeen_, foldersSeen_, keysSeen_, valuesSeen_;
+    std::map<HVString, ValueNotes> values_;
+    std::map<HVString, ShortcutNotes> shortcuts_;
+    std::vector<HVString> order_, shared_, folders_, valueOrder_, shortcutOrder_, treeKeys_;
+    std::vector<InstallChange> fonts_, keys_;
+    std::set<HVString> sharedSeen_, fontsSeen_, modulesSeen_, foldersSeen_, keysSeen_;
 };
 }
 
@@ -326,36 +439,9 @@ bool CUninstallPlan::IsBelow(const HVString& path, const HVString& folder)
            path.StartsWithNoCase(folder.view());
 }
 
-std::vector<HVString> CUninstallPlan::ProductRegistryPlaces(const HVString& productRoot)
+bool CUninstallPlan::IsKeyBelowOrEqual(const HVString& key, const HVString& parent)
 {
-    std::vector<HVString> places{u"HKCR\\"};
-    const char16_t* const below[] = {
-        u"Software\\Classes\\",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\",
-    };
-    const char16_t* const whole[] = {
-        u"Software\\Halvard",
-        u"Software\\Clients",
-        u"Software\\RegisteredApplications",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\Run",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts",
-        u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\AutoplayHandlers",
-        u"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts",
-        u"Software\\Microsoft\\Keyboard\\Native Media Players",
-        u"Software\\Netscape\\Netscape Navigator\\User Trusted External Applications",
-    };
-    for (const char16_t* root : {u"HKLM\\", u"HKCU\\"}) {
-        for (const char16_t* key : below)
-            places.push_back(HVString(root) + key);
-        for (const char16_t* key : whole)
-            places.push_back(HVString(root) + key);
-        if (!productRoot.IsEmpty())
-            places.push_back(HVString(root) + productRoot);
-    }
-    return places;
+    return !parent.IsEmpty() && (key.EqualsNoCase(parent.view()) || IsBelow(key, parent + u"\\"));
 }
 
 CUninstallPlan CUninstallPlan::Make(const CInstallRecord::Contents& record, const Places& places, bool keepSettings)

@@ -18,8 +18,12 @@ namespace
 using e2e::kProductKey, e2e::kUninstallEntryKey;
 const std::wstring kSharedDlls = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
 const std::wstring kOtherPlayer = L"OtherPlayer.mp3";
-// The sample's stand-in package installer notes its calls beside itself: no file of the install.
-const std::wstring kStandInLog = L"PackageInstaller.log";
+// The sample's stand-in package installer notes its calls beside itself, as a helper with a log
+// of its own does, and in the temporary folder, where the notes outlive the uninstall.
+std::wstring StandInCalls() { return e2e::Expand(L"%TEMP%\\Sample Package Installer.log"); }
+
+const std::wstring kOtherRecord = L"Software\\Halvard\\Corvale\\Installations\\Other 9";
+const std::wstring kOtherPlugin = L"Software\\Halvard\\Listenwell\\Plugins\\Input\\OtherPlug";
 
 std::wstring SystemNotes() { return e2e::Expand(L"%SystemRoot%\\System32\\HVSystemNotes.txt"); }
 
@@ -40,6 +44,7 @@ protected:
         std::vector<std::wstring> problems;
         ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.empty() ? L"" : problems.front());
         ClearCounts();
+        ::DeleteFileW(StandInCalls().c_str());
         ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", kOtherPlayer));
     }
 
@@ -91,9 +96,10 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          },
          L"/Silent /RemoveSettings", 0,
          [&](const e2e::SetupRun& run) {
-             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Data\\My Notes.txt", kStandInLog})) << e2e::Utf8(run.log);
+             // Nothing of the install's is left, not even the helper's log.
+             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Data\\My Notes.txt"})) << e2e::Utf8(run.log);
              // The driver goes out by the description it came in by.
-             const std::string calls = e2e::ReadFileText(dest_ + kStandInLog);
+             const std::string calls = e2e::ReadFileText(StandInCalls());
              const size_t quote = calls.find("/InstallWDMDriver \"") + 18;
              ASSERT_GT(quote, 18u) << calls;
              const std::string inf = calls.substr(quote, calls.find('"', quote + 1) + 1 - quote);
@@ -112,12 +118,71 @@ TEST_F(Uninstall, RemovesWhatTheRecordNamesAndNothingElse)
          L"/Silent", 3010,
          [&](const e2e::SetupRun& run) {
              EXPECT_TRUE(e2e::PendingRenames::Names(HVString((dest_ + L"Sonora.exe").c_str())));
-             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe", kStandInLog})) << e2e::Utf8(run.log);
+             EXPECT_TRUE(e2e::TreeMatches(dest_, {L"Sonora.exe"})) << e2e::Utf8(run.log);
              EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kProductKey));
              EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, kUninstallEntryKey));
              EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), kOtherPlayer);
              lock.reset();
              renames.reset();
+         }},
+        {"another product of the maker, the user's later choice for .mp3 and another player's .flac entry stay",
+         {},
+         [&] {
+             ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kOtherRecord, L"Path", L"C:\\Other 9\\Other.exe"));
+             ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kOtherPlugin, L"Name", L"Other"));
+             ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, L"Software\\Halvard\\Other 9", L"Volume", 7));
+             ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".mp3", L"", L"Third.mp3"));
+             ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L".flac\\OpenWithProgids", L"Third.flac", L""));
+         },
+         L"/Silent /RemoveSettings", 0,
+         [&](const e2e::SetupRun& run) {
+             EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kOtherRecord, L"Path"), L"C:\\Other 9\\Other.exe") << e2e::Utf8(run.log);
+             EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kOtherPlugin, L"Name"), L"Other");
+             EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, L"Software\\Halvard\\Other 9", L"Volume"), 7u);
+             EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"Third.mp3");
+             EXPECT_TRUE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".flac\\OpenWithProgids", L"Third.flac"));
+             EXPECT_FALSE(e2e::RegKeyExists(HKEY_LOCAL_MACHINE, e2e::kRecordKey));
+             EXPECT_FALSE(e2e::FolderExists(dest_));
+         }},
+        {"a reinstall counts a shared file once; the shortcut the user had comes back",
+         [&] {
+             ::DeleteFileW(SystemNotes().c_str());
+             ASSERT_TRUE(e2e::WriteFileBytes(e2e::DesktopLink(), "the user's own link"));
+         },
+         [&] {
+             const e2e::RunResult again = Install();
+             ASSERT_TRUE(again.ExitedWith(0)) << again.Describe();
+             EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes()), 1u);
+         },
+         L"/Silent /RemoveSettings", 0,
+         [&](const e2e::SetupRun& run) {
+             EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, kSharedDlls, SystemNotes())) << e2e::Utf8(run.log);
+             EXPECT_FALSE(e2e::PathExists(SystemNotes()));
+             std::string link;
+             EXPECT_TRUE(e2e::ReadFileBytes(e2e::DesktopLink(), link) && link == "the user's own link") << link << e2e::Utf8(run.log);
+         }},
+        {"settings kept: the notes of the shortcuts made go, so a reinstall makes them again", {}, {},
+         L"/Silent", 0,
+         [&](const e2e::SetupRun& run) {
+             EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kProductKey)) << e2e::Utf8(run.log);
+             EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, e2e::kInstallerKey, L"Start Menu Version"));
+             const e2e::RunResult again = Install();
+             ASSERT_TRUE(again.ExitedWith(0)) << again.Describe();
+             EXPECT_TRUE(e2e::PathExists(e2e::StartMenuFolder() + L"Sonora.lnk"));
+         }},
+        {"a record a reinstall can't read is kept beside the new one; the uninstall names both and removes nothing", {},
+         [&] {
+             ASSERT_TRUE(e2e::WriteFileBytes(dest_ + L"Install Record.txt", "not a record\r\n"));
+             const e2e::RunResult again = Install();
+             ASSERT_TRUE(again.ExitedWith(0)) << again.Describe();
+             std::string kept;
+             EXPECT_TRUE(e2e::ReadFileBytes(dest_ + L"Install Record (damaged).txt", kept) && kept == "not a record\r\n");
+             before = e2e::MachineSnapshot();
+         },
+         L"/Silent /SuppressMessages", 1603,
+         [&](const e2e::SetupRun& run) {
+             EXPECT_EQ(e2e::MachineSnapshot(), before);
+             EXPECT_TRUE(run.Logged(L"Install Record (damaged).txt")) << e2e::Utf8(run.log);
          }},
         {"a record naming a path outside the install is refused", {},
          [&] {

@@ -1,8 +1,10 @@
 // Stand-in for the product's package installer, which the setup program runs for
 // registration jobs ("/RegDLL <dll>", "/UnRegDLL <dll>"), the audio driver
 // ("/InstallWDMDriver <inf>", "/RemoveWDMDriver <inf>") and packages. It appends its whole
-// command line to "PackageInstaller.log" beside itself, so tests can see every call, carries
-// out the two registration jobs by calling the DLL's own entry point, and exits 0.
+// command line to "PackageInstaller.log" beside itself, as a helper with a log of its own
+// does, and to "%TEMP%\Sample Package Installer.log", which outlives an uninstall, so tests
+// can see every call; it carries out the two registration jobs by calling the DLL's own entry
+// point, and exits 0.
 #include "../SampleLog.h"
 
 #include "foundation/win/HVUniqueResource.h"
@@ -35,6 +37,9 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
 {
     const std::wstring log = sample::ModuleFolder() + L"PackageInstaller.log";
     sample::WriteLine(log, GetCommandLineW());
+    wchar_t temporary[MAX_PATH + 1] = {};
+    if (GetTempPathW(MAX_PATH, temporary))
+        sample::WriteLine(std::wstring(temporary) + L"Sample Package Installer.log", GetCommandLineW());
 
     int count = 0;
     LPWSTR* args = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -4,32 +4,22 @@
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
 
-bool CInstallRecordFile::Open(const HVString& installFolder, const std::vector<InstallChange>& earlier)
+HVString CInstallRecordFile::PathIn(const HVString& installFolder)
 {
-    path_ = HVFileSystem::NormalizeFolderPath(installFolder) + CInstallRecord::kFileName;
-    // A run ended by a kill may have left its last line without a line end; this run's header
-    // must start a line of its own, or it would be read as part of that torn line.
-    std::string start;
-    std::vector<uint8_t> existing;
-    DWORD disposition = OPEN_ALWAYS;
-    if (HVFileSystem::Exists(path_, false) && HVFileSystem::ReadFile(path_, existing) && !existing.empty()) {
-        const std::string_view text(reinterpret_cast<const char*>(existing.data()), existing.size());
-        const CInstallRecord::Contents contents = CInstallRecord::Parse(text);
-        if (!contents.problem.IsEmpty() && contents.changes.empty()) {
-            // Nothing in it can be read back: not a record this program can add to.
-            HVLog::Write(HVLog::kWarning, "CInstallRecordFile::Open", u"%s is started again: %s", path_, contents.problem);
-            disposition = CREATE_ALWAYS;
-        } else if (text.back() != '\n') {
-            start = "\r\n";
-        }
-    }
-    file_ = HVFileSystem::OpenFile(path_, FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ, disposition);
+    return HVFileSystem::NormalizeFolderPath(installFolder) + CInstallRecord::kFileName;
+}
+
+bool CInstallRecordFile::Open(const HVString& installFolder, const std::vector<InstallChange>& earlier,
+                              const std::vector<HVString>& userFolders, bool endsWithoutLineEnd)
+{
+    path_ = PathIn(installFolder);
+    file_ = HVFileSystem::OpenFile(path_, FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ, OPEN_ALWAYS);
     if (!file_) {
         HVLog::Write(HVLog::kError, "CInstallRecordFile::Open", u"Error %d opening %s: changes are not recorded",
                      static_cast<int>(::GetLastError()), path_);
         return false;
     }
-    if (!Write(start + CInstallRecord::Header()))
+    if (!Write((endsWithoutLineEnd ? "\r\n" : "") + CInstallRecord::Header(userFolders)))
         return false;
     for (const InstallChange& change : earlier)
         Append(change);

@@ -19,10 +19,16 @@
 class CInstallRecordFile : public IInstallChangeSink
 {
 public:
+    // The record in `installFolder` (with a backslash).
+    static HVString PathIn(const HVString& installFolder);
     // Opens (or starts) the record in `installFolder` (with a backslash; the folder must exist)
-    // and writes this run's header, then `earlier`: changes noted before the folder was there.
-    // False (and logged) when the file can't be written; the install goes on without it.
-    bool Open(const HVString& installFolder, const std::vector<InstallChange>& earlier);
+    // and writes this run's header naming `userFolders`, then `earlier`: changes noted before the
+    // folder was there. A record found there must be one this program reads (the run checks);
+    // when it ends without a line end (a run ended by a kill tore its last line), the header
+    // starts a line of its own, or it would be read as part of that torn line. False (and
+    // logged) when the file can't be written; the install goes on without it.
+    bool Open(const HVString& installFolder, const std::vector<InstallChange>& earlier,
+              const std::vector<HVString>& userFolders, bool endsWithoutLineEnd);
     bool IsOpen() const { return file_.IsValid(); }
     const HVString& Path() const { return path_; }
 

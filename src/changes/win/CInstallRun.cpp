@@ -1,7 +1,12 @@
 #include "changes/win/CInstallRun.h"
 
+#include "changes/CInstallRecord.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
+
+#include <shlobj.h>
+
+#include <set>
 
 #include <vector>
 
@@ -23,10 +28,32 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
         HVLog::Write(HVLog::kError, "CInstallRun::StartRecord", u"Could not make %s", folder);
         return false;
     }
-    for (const HVString& folder : missing)
-        changes_.Note(InstallChange::Kind::FolderCreated, folder);
-    if (!record_.Open(folder, changes_.Changes()))
+    for (const HVString& made : missing)
+        changes_.Note(InstallChange::Kind::FolderCreated, made);
+    const HVString path = CInstallRecordFile::PathIn(folder);
+    std::vector<uint8_t> bytes;
+    if (HVFileSystem::Exists(path, false) && HVFileSystem::ReadFile(path, bytes) && !bytes.empty()) {
+        CInstallRecord::Contents found =
+            CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        if (found.problem.IsEmpty()) {
+            changes_.SetEarlier(std::move(found.changes));
+        } else {
+            // Its "before" data may be all that is left of what the machine had: never lost.
+            HVString kept = folder + kDamagedRecordName;
+            if (!HVFileSystem::MakeUniqueName(kept) || !HVFileSystem::MoveFile(path, kept, false, false)) {
+                HVLog::Write(HVLog::kError, "CInstallRun::StartRecord", u"%s can't be read nor kept aside: %s", path,
+                             found.problem);
+                return false;
+            }
+            HVLog::Write(HVLog::kWarning, "CInstallRun::StartRecord", u"%s can't be read (%s): kept as %s", path,
+                         found.problem, kept);
+            bytes.clear();
+        }
+    }
+    if (!record_.Open(folder, changes_.Changes(), UserShortcutFolders(), !bytes.empty() && bytes.back() != '\n'))
         return false;
+    installFolder_ = folder;
+    HVFileSystem::ListFiles(folder, filesAtStart_);
     changes_.SetSink(&record_);
     return true;
 }
@@ -35,7 +62,31 @@ void CInstallRun::EndRecord(int exitCode)
 {
     if (!record_.IsOpen())
         return;
+    std::vector<HVString> now;
+    HVFileSystem::ListFiles(installFolder_, now);
+    const auto folded = [](HVString path) { return path.MakeLower(); };
+    std::set<HVString> known;
+    for (const InstallChange& change : changes_.Changes())
+        known.insert(folded(change.path));
+    for (const HVString& file : filesAtStart_)
+        known.insert(folded(file));
+    known.insert(folded(record_.Path()));
+    for (const HVString& file : now)
+        if (known.insert(folded(file)).second)
+            changes_.NoteFile(file, false);
     changes_.Note(InstallChange::Kind::InstallEnded, HVString::Format(u"%d", exitCode));
     changes_.SetSink(nullptr);
     record_.Finish();
+}
+
+std::vector<HVString> CInstallRun::UserShortcutFolders()
+{
+    std::vector<HVString> folders;
+    for (const auto& [csidl, below] : {std::pair{CSIDL_DESKTOPDIRECTORY, u""}, std::pair{CSIDL_PROGRAMS, u""},
+                                        std::pair{CSIDL_APPDATA, u"Microsoft\\Internet Explorer\\Quick Launch\\"}}) {
+        wchar_t path[MAX_PATH + 1] = {};
+        if (SUCCEEDED(::SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, path)) && path[0])
+            folders.push_back(HVFileSystem::NormalizeFolderPath(HVString(path)) + below);
+    }
+    return folders;
 }

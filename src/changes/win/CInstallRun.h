@@ -5,6 +5,8 @@
 #include "changes/win/CInstallRecordFile.h"
 #include "foundation/HVString.h"
 
+#include <vector>
+
 // One run of the installer as the machine sees it: every change noted as it is made, the file
 // operations left for the next restart or logon, and the record on disk that the uninstaller
 // reads. The wizard owns it for the whole run, so the pages after the copy and the end of the
@@ -21,13 +23,25 @@ public:
 
     // From here on every change is also appended to the install record in `installFolder`,
     // which is made first when missing (each folder made noted); the changes noted before (the
-    // dependencies) are written at once. False when there is no record to write to.
+    // dependencies) are written at once. The record found there is read first: its changes are
+    // the installation's earlier runs; one that can't be read is never written over but kept
+    // beside the new one, renamed (DamagedRecordName). False when there is no record to write to.
     bool StartRecord(const HVString& installFolder);
+    // The name a damaged record is kept under, in the install folder ("Install Record
+    // (damaged).txt", numbered when taken).
+    static constexpr const char16_t* kDamagedRecordName = u"Install Record (damaged).txt";
+    // The user's own folders the shortcuts may go to (desktop, Start menu, Quick Launch), which
+    // the record's header names for an uninstall run by another account.
+    static std::vector<HVString> UserShortcutFolders();
     // The end of the run with its exit code, as the record's last line; the record is closed.
+    // Files that appeared in the install folder while the run went on and that no change names
+    // (what the product's helper programs wrote there) are noted first: they are the install's.
     void EndRecord(int exitCode);
 
 private:
     CInstallChangeLog changes_;
     CDeferredOperations deferred_;
     CInstallRecordFile record_;
+    HVString installFolder_;
+    std::vector<HVString> filesAtStart_;
 };

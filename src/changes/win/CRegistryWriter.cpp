@@ -24,21 +24,22 @@ const char16_t* CRegistryWriter::RootName(HKEY root)
 
 bool CRegistryWriter::Open()
 {
-    // The topmost missing level is what an uninstall removes; below it everything is ours.
-    HVString missing;
-    for (int32_t end = 0; end != HVString::npos && missing.IsEmpty(); ) {
+    // Every level that is missing is noted before it is made: an uninstall removes each one that
+    // it finds empty, so a parent that others use by then stays.
+    std::vector<HVString> missing;
+    for (int32_t end = 0; end != HVString::npos;) {
         end = path_.Find(u'\\', end + 1);
         const HVString level = end == HVString::npos ? path_ : path_.Left(end);
-        if (!HVRegKey::KeyExists(root_, level, view_))
-            missing = level;
+        if (!missing.empty() || !HVRegKey::KeyExists(root_, level, view_))
+            missing.push_back(level);
     }
+    for (const HVString& level : missing)
+        changes_.Note(InstallChange::Kind::KeyCreated, HVString(RootName(root_)) + u"\\" + level);
     if (!key_.Create(root_, path_, KEY_READ | KEY_WRITE, view_)) {
         HVLog::Write(HVLog::kError, "CRegistryWriter::Open", u"Cannot open or create %s (error %d)", notedPath_,
                      static_cast<int32_t>(key_.LastError()));
         return false;
     }
-    if (!missing.IsEmpty())
-        changes_.Note(InstallChange::Kind::KeyCreated, HVString(RootName(root_)) + u"\\" + missing);
     return true;
 }
 
@@ -58,20 +59,17 @@ bool CRegistryWriter::SetValue(const HVString& name, DWORD type, const std::vect
 
 bool CRegistryWriter::Write(const HVString& name, DWORD type, const void* data, size_t size)
 {
-    InstallChange change;
-    change.kind = InstallChange::Kind::ValueWritten;
-    change.path = notedPath_;
-    change.name = name;
+    InstallChange change{.kind = InstallChange::Kind::ValueWritten, .path = notedPath_, .name = name};
     DWORD oldType = 0;
     std::vector<uint8_t> old;
     if (key_.QueryValue(name, oldType, old)) {
         change.existedBefore = true;
         change.before = CProductRecordRules::DescribeData(oldType, old);
     }
-    if (!key_.SetValue(name, type, data, size))
-        return false;
+    const auto* bytes = static_cast<const uint8_t*>(data);
+    change.after = CProductRecordRules::DescribeData(type, std::vector<uint8_t>(bytes, bytes + size));
     changes_.Note(change);
-    return true;
+    return key_.SetValue(name, type, data, size);
 }
 
 bool CRegistryWriter::DeleteValue(const HVString& name)
@@ -80,24 +78,15 @@ bool CRegistryWriter::DeleteValue(const HVString& name)
     std::vector<uint8_t> old;
     if (!key_.QueryValue(name, oldType, old))
         return true;
-    if (!key_.DeleteValue(name))
-        return false;
-    InstallChange change;
-    change.kind = InstallChange::Kind::ValueDeleted;
-    change.path = notedPath_;
-    change.name = name;
-    change.existedBefore = true;
-    change.before = CProductRecordRules::DescribeData(oldType, old);
-    changes_.Note(change);
-    return true;
+    changes_.Note({.kind = InstallChange::Kind::ValueDeleted, .path = notedPath_, .name = name, .existedBefore = true,
+                   .before = CProductRecordRules::DescribeData(oldType, old)});
+    return key_.DeleteValue(name);
 }
 
 bool CRegistryWriter::DeleteSubKeyTree(const HVString& name)
 {
     if (!key_.IsOpen() || !HVRegKey::KeyExists(key_.Get(), name))
         return true;
-    if (!key_.DeleteSubKeyTree(name))
-        return false;
     changes_.Note(InstallChange::Kind::KeyDeleted, notedPath_ + u"\\" + name);
-    return true;
+    return key_.DeleteSubKeyTree(name);
 }

@@ -1,9 +1,11 @@
 #include "changes/win/CShortcutWriter.h"
 
 #include "changes/CInstallChangeLog.h"
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVComPtr.h"
 #include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVSha256.h"
 
 #include <windows.h>
 #include <shlobj.h>
@@ -53,17 +55,43 @@ bool CShortcutWriter::Write(const Shortcut& shortcut)
         object = narrow.As<IUnknown>(IID_IUnknown);
     }
     const HVComPtr<IPersistFile> file = object.As<IPersistFile>(IID_IPersistFile);
+    if (!filled || !file) {
+        HVLog::Write(HVLog::kWarning, "CShortcutWriter::Write", u"%s -> %s %s: %s", shortcut.link, shortcut.target,
+                     shortcut.arguments, object ? u"not filled" : u"no link object");
+        return false;
+    }
     const bool existed = HVFileSystem::Exists(shortcut.link, false);
-    const bool saved = filled && file && SUCCEEDED(file->Save(Wide(shortcut.link).c_str(), TRUE));
+    // A link an earlier run of this installation made is the install's own: nothing to keep.
+    const bool ours = changes_.Noted(InstallChange::Kind::ShortcutCreated, shortcut.link);
+    const HVString kept = existed && !ours ? Keep(shortcut.link) : HVString();
+    changes_.NoteStarted(shortcut.link, existed);
+    const bool saved = SUCCEEDED(file->Save(Wide(shortcut.link).c_str(), TRUE));
     HVLog::Write(saved ? HVLog::kInfo : HVLog::kWarning, "CShortcutWriter::Write", u"%s -> %s %s: %s", shortcut.link,
-                 shortcut.target, shortcut.arguments, saved ? u"made" : object ? u"not saved" : u"no link object");
+                 shortcut.target, shortcut.arguments, saved ? u"made" : u"not saved");
     if (!saved)
         return false;
-    InstallChange change;
-    change.kind = InstallChange::Kind::ShortcutCreated;
-    change.path = shortcut.link;
-    change.name = shortcut.target;
-    change.existedBefore = existed;
-    changes_.Note(change);
+    changes_.Note({.kind = InstallChange::Kind::ShortcutCreated, .path = shortcut.link, .name = shortcut.target,
+                   .existedBefore = existed, .before = kept, .after = HVSha256::OfPath(shortcut.link)});
     return true;
+}
+
+HVString CShortcutWriter::Keep(const HVString& link)
+{
+    if (installFolder_.IsEmpty())
+        return HVString();
+    const HVString folder = installFolder_ + kKeptFolder;
+    HVString kept = folder + HVFileSystemPath::GetFileName(link);
+    if (!HVFileSystem::FolderExists(folder)) {
+        changes_.Note(InstallChange::Kind::FolderCreated, folder);
+        HVFileSystem::MakeDirectoryTree(folder);
+    }
+    if (!HVFileSystem::MakeUniqueName(kept))
+        return HVString();
+    changes_.NoteStarted(kept, false);
+    if (!HVFileSystem::CopyFile(link, kept, true)) {
+        HVLog::Write(HVLog::kWarning, "CShortcutWriter::Keep", u"%s could not be kept", link);
+        return HVString();
+    }
+    changes_.NoteFile(kept, false);
+    return kept;
 }

@@ -14,6 +14,7 @@
 #include "foundation/HVLogTimer.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
+#include "foundation/win/HVSha256.h"
 
 #include <string>
 
@@ -156,7 +157,9 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     if (placed) {
         if (sourceAttributes == kUnknownAttributes || (sourceAttributes & kBlockingAttributes))
             HVFileSystem::SetNormalAttributes(destination);
-        changes_.NoteFile(destination, existed);
+        // Outside the install folder the uninstall takes a file back only while it is as written.
+        changes_.NoteFile(destination, existed, false,
+                          IsInInstallFolder(destination) ? HVString() : HVSha256::OfPath(destination));
         ++filesCopied_;
         if (size == kUnknownSize && !HVFileSystem::GetFileSize(destination, size))
             size = 0;
@@ -188,22 +191,25 @@ void CFileInstaller::NoteStarted(const HVString& destination, bool existed)
     changes_.NoteStarted(destination, existed);
 }
 
+bool CFileInstaller::IsInInstallFolder(const HVString& path) const
+{
+    return !installFolder_.IsEmpty() && path.StartsWithNoCase(installFolder_.view());
+}
+
 void CFileInstaller::AddFont(const HVString& destination)
 {
+    // Noted first, and the font table's value through the writer: a run ended half way still
+    // names the font for the uninstall.
+    const HVString name = CCopyRules::FontTableName(destination);
+    changes_.Note({.kind = InstallChange::Kind::FontAdded, .path = destination, .name = name});
     if (::AddFontResourceW(destination.w()) == 0) {
         HVLog::Write(HVLog::kWarning, "CFileInstaller::AddFont", u"Could not add the font %s", destination);
         return;
     }
     // The font table makes the font stay after a restart; the uninstall takes both back.
-    const HVString name = CCopyRules::FontTableName(destination);
     CRegistryWriter fonts(changes_, HKEY_LOCAL_MACHINE, u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts");
     if (fonts.Open())
         fonts.SetString(name, HVFileSystemPath::GetFileName(destination));
-    InstallChange change;
-    change.kind = InstallChange::Kind::FontAdded;
-    change.path = destination;
-    change.name = name;
-    changes_.Note(change);
     HVLog::Write(HVLog::kInfo, "CFileInstaller::AddFont", u"%s added to the font table as \"%s\"", destination, name);
 }
 
@@ -211,6 +217,12 @@ void CFileInstaller::CountSharedFile(const HVString& destination, bool existed)
 {
     if (!CSharedFileRules::IsShared(destination, systemFolders_))
         return;
+    // One use per installation: a reinstall or repair of this one already counts.
+    if (changes_.Noted(InstallChange::Kind::SharedFileCounted, destination)) {
+        HVLog::Write(HVLog::kInfo, "CFileInstaller::CountSharedFile", u"%s is counted for this installation already",
+                     destination);
+        return;
+    }
     CRegistryWriter counts(changes_, HKEY_LOCAL_MACHINE, CSharedFileRules::kSharedDllsKey);
     if (!counts.Open())
         return;
@@ -220,14 +232,11 @@ void CFileInstaller::CountSharedFile(const HVString& destination, bool existed)
     if (counts.Key().QueryValueType(destination, type) && type == REG_DWORD && counts.Key().QueryDWORD(destination, count))
         before = count;
     const uint32_t raised = CSharedFileRules::RaisedCount(before, existed);
+    changes_.Note({.kind = InstallChange::Kind::SharedFileCounted, .path = destination, .existedBefore = before.has_value(),
+                   .before = before ? HVString::Format(u"%u", *before) : HVString(),
+                   .after = HVString::Format(u"%u", raised)});
     if (!counts.SetDWORD(destination, raised))
         return;
-    InstallChange change;
-    change.kind = InstallChange::Kind::SharedFileCounted;
-    change.path = destination;
-    change.existedBefore = before.has_value();
-    change.before = before ? HVString::Format(u"%u", *before) : HVString();
-    changes_.Note(change);
     HVLog::Write(HVLog::kInfo, "CFileInstaller::CountSharedFile", u"%s used by %u", destination, raised);
 }
 

@@ -84,6 +84,7 @@ private:
     // Noted before a copy starts: the file and its temporary sibling, so that a run ended during
     // the copy still names what it may have left.
     void NoteStarted(const HVString& destination, bool existed);
+    bool IsInInstallFolder(const HVString& path) const;
     // A font put in place: added to the running system and to the font table.
     void AddFont(const HVString& destination);
     // A file in a shared system folder: its use count raised (CSharedFileRules).

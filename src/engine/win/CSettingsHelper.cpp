@@ -80,12 +80,12 @@ void CSettingsHelper::ApplyShellIntegration(int32_t value)
     // Before the program files are copied (a first install) there is no package installer
     // yet: the plug-in step registers the extension once the files are in place.
     const HVString installer = context_.installFolder + u"PackageInstaller.exe";
-    const bool ran = HVFileSystem::Exists(installer, false) &&
-                     CComponentRegistration::RegisterWithPackageInstaller(
-                         context_.installFolder, context_.installFolder + kShellExtensionFile, !enable);
-    HVLog::Write(HVLog::kInfo, "CSettingsHelper::Set", u"RunPackageInstaller == %i", ran ? 1 : 0);
-    if (ran && enable)
+    const bool present = HVFileSystem::Exists(installer, false);
+    if (present && enable)
         context_.changes.NoteRegistered(context_.installFolder + kShellExtensionFile, InstallChange::kRegisteredByPackageInstaller);
+    const bool ran = present && CComponentRegistration::RegisterWithPackageInstaller(
+                                    context_.installFolder, context_.installFolder + kShellExtensionFile, !enable);
+    HVLog::Write(HVLog::kInfo, "CSettingsHelper::Set", u"RunPackageInstaller == %i", ran ? 1 : 0);
 
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");

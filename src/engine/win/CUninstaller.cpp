@@ -6,6 +6,8 @@
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
+#include "foundation/win/HVSha256.h"
+#include "foundation/win/HVUniqueResource.h"
 #include "product/CProductRecordRules.h"
 
 #include <algorithm>
@@ -14,18 +16,46 @@ namespace
 {
 const char* const kSource = "CUninstaller";
 constexpr const char16_t* kSharedDlls = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
-constexpr const char16_t* kFontTable = u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts";
 // Long enough for any uninstaller to end once it has started its copy.
 constexpr DWORD kWaitForExitMs = 60000;
 
 const char16_t* ActionName(UninstallStep::Action action)
 {
     static const char16_t* const names[] = {
-        u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Remove empty keys", u"Delete shortcut", u"Remove font",
+        u"Leave", u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Delete shortcut", u"Remove font",
         u"Release shared file", u"Delete file", u"Remove library and settings", u"Delete record key",
-        u"Delete install record", u"Remove folder",
+        u"Remove key if empty", u"Remove empty keys", u"Delete install record", u"Remove folder",
     };
     return names[static_cast<int>(action)];
+}
+
+// What a value holds now in the ".reg" form; empty when there is no such value.
+HVString CurrentData(HKEY root, const HVString& subKey, const HVString& name)
+{
+    HVRegKey key;
+    DWORD type = 0;
+    std::vector<uint8_t> data;
+    if (!key.Open(root, subKey, KEY_READ) || !key.QueryValue(name, type, data))
+        return HVString();
+    return CProductRecordRules::DescribeData(type, data);
+}
+
+// The step's thing is still what the install left there; otherwise it is someone else's now.
+bool StillOurs(const UninstallStep& step, const HVString& now, const char16_t* what)
+{
+    if (!step.check || now == step.expect)
+        return true;
+    HVLog::Write(HVLog::kInfo, kSource, u"%s %s%s%s is left: it changed since the install", what, step.path,
+                 step.name.IsEmpty() ? u"" : u" | ", step.name);
+    return false;
+}
+
+// A file outside the install folder goes only while its bytes are the ones written.
+bool FileStillOurs(const UninstallStep& step)
+{
+    if (!step.check || !HVFileSystem::Exists(step.path, false))
+        return true;
+    return StillOurs(step, HVSha256::OfPath(step.path), u"The file");
 }
 
 void SplitLast(const HVString& path, HVString& parent, HVString& name)
@@ -35,29 +65,32 @@ void SplitLast(const HVString& path, HVString& parent, HVString& name)
     name = slash == HVString::npos ? path : path.Mid(slash + 1);
 }
 
-// The key with everything below it, except the subtree `keep` (empty: nothing kept).
-bool DeleteTreeExcept(HKEY root, const HVString& subKey, const HVString& keep)
+// A key of the product's own with everything below it.
+bool DeleteTree(HKEY root, const HVString& subKey)
 {
     if (!HVRegKey::KeyExists(root, subKey))
         return true;
-    if (keep.IsEmpty() || !keep.StartsWithNoCase((subKey + u"\\").view())) {
-        HVString parentPath, name;
-        SplitLast(subKey, parentPath, name);
-        HVRegKey parent;
-        return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKeyTree(name);
-    }
+    HVString parentPath, name;
+    SplitLast(subKey, parentPath, name);
+    HVRegKey parent;
+    return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKeyTree(name);
+}
+
+// The key when it holds nothing: what others put there since keeps it.
+bool RemoveKeyIfEmpty(HKEY root, const HVString& subKey)
+{
     HVRegKey key;
-    if (!key.Open(root, subKey, KEY_READ | KEY_WRITE))
-        return false;
-    bool done = true;
-    for (const HVString& child : key.EnumSubKeys()) {
-        const HVString childPath = subKey + u"\\" + child;
-        if (!childPath.EqualsNoCase(keep.view()))
-            done &= DeleteTreeExcept(root, childPath, keep);
+    if (!key.Open(root, subKey, KEY_READ))
+        return true;
+    if (!key.EnumSubKeys().empty() || !key.EnumValueNames().empty()) {
+        HVLog::Write(HVLog::kInfo, kSource, u"%s stays: something else is in it", subKey);
+        return true;
     }
-    for (const HVString& value : key.EnumValueNames())
-        done &= key.DeleteValue(value);
-    return done;
+    key.Close();
+    HVString parentPath, name;
+    SplitLast(subKey, parentPath, name);
+    HVRegKey parent;
+    return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKey(name);
 }
 
 // The key and the keys below it that hold nothing: what others put there stays.
@@ -105,11 +138,17 @@ void CUninstaller::Run(const CUninstallPlan& plan, const Progress& progress)
     // The uninstaller in the install folder is the product's even when a run ended before the
     // record named it.
     ownFileLeft_ = CUninstallPlan::IsBelow(ownPath_, installFolder_);
+    HVFileSystem::ListFiles(installFolder_, filesAtStart_);
+    bool helpersDone = false;
     const std::vector<UninstallStep>& steps = plan.Steps();
     for (size_t i = 0; i < steps.size(); ++i) {
         const UninstallStep& step = steps[i];
         if (progress)
             progress(i, steps.size(), step.path);
+        if (!helpersDone && step.action >= UninstallStep::Action::DeleteRecordFile) {
+            RemoveWhatTheStepsLeft();
+            helpersDone = true;
+        }
         const bool record = step.action == UninstallStep::Action::DeleteRecordKey ||
                             step.action == UninstallStep::Action::DeleteRecordFile;
         if (record && failures_) {
@@ -132,6 +171,10 @@ bool CUninstaller::Do(const UninstallStep& step)
     HVString subKey;
     const HKEY root = SplitKey(step.path, subKey);
     switch (step.action) {
+    case Action::Leave:
+        HVLog::Write(HVLog::kInfo, kSource, u"%s%s%s is left: %s", step.path, step.name.IsEmpty() ? u"" : u" | ", step.name,
+                     step.data);
+        return true;
     case Action::Unregister: {
         if (!HVFileSystem::Exists(step.path, false)) {
             if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
@@ -158,26 +201,31 @@ bool CUninstaller::Do(const UninstallStep& step)
         uint32_t type = 0;
         std::vector<uint8_t> data;
         HVRegKey key;
-        return root && CProductRecordRules::ReadData(step.data, type, data) && key.Create(root, subKey) &&
-               key.SetValue(step.name, type, data.data(), data.size());
+        if (!root || !CProductRecordRules::ReadData(step.data, type, data))
+            return false;
+        if (!StillOurs(step, CurrentData(root, subKey, step.name), u"The value"))
+            return true;
+        return key.Create(root, subKey) && key.SetValue(step.name, type, data.data(), data.size());
     }
     case Action::DeleteValue: {
         HVRegKey key;
         if (!root || !key.Open(root, subKey, KEY_READ | KEY_WRITE))
             return root != nullptr;
-        return !key.HasValue(step.name) || key.DeleteValue(step.name);
+        if (!key.HasValue(step.name) || !StillOurs(step, CurrentData(root, subKey, step.name), u"The value"))
+            return true;
+        return key.DeleteValue(step.name);
     }
     case Action::DeleteKey:
-    case Action::DeleteRecordKey: {
-        HVString keep;
-        if (!step.keep.IsEmpty())
-            SplitKey(step.keep, keep);
-        return root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, keep);
-    }
+    case Action::DeleteRecordKey:
+        return root && !subKey.IsEmpty() && DeleteTree(root, subKey);
+    case Action::RemoveEmptyKey:
+        return root && !subKey.IsEmpty() && RemoveKeyIfEmpty(root, subKey);
     case Action::PruneKey:
         return root && !subKey.IsEmpty() && PruneEmptyKeys(root, subKey);
     case Action::DeleteShortcut:
+        return RemoveShortcut(step);
     case Action::RemoveFile:
+        return !FileStillOurs(step) || RemoveFile(step.path);
     case Action::DeleteRecordFile:
         return RemoveFile(step.path);
     case Action::RemoveFont:
@@ -185,7 +233,7 @@ bool CUninstaller::Do(const UninstallStep& step)
     case Action::ReleaseSharedFile:
         return ReleaseSharedFile(step);
     case Action::RemoveSettings: {
-        bool done = root && !subKey.IsEmpty() && DeleteTreeExcept(root, subKey, HVString());
+        bool done = root && !subKey.IsEmpty() && DeleteTree(root, subKey);
         if (!step.name.IsEmpty() && HVFileSystem::FolderExists(step.name))
             done &= HVFileSystem::DeleteFolderTree(step.name);
         // The maker's key and folder above them go too when no other product of the maker is
@@ -193,7 +241,7 @@ bool CUninstaller::Do(const UninstallStep& step)
         HVString vendorKey, name;
         SplitLast(subKey, vendorKey, name);
         if (done && vendorKey.Find(u'\\') != HVString::npos)
-            PruneEmptyKeys(root, vendorKey);
+            RemoveKeyIfEmpty(root, vendorKey);
         if (done && !step.name.IsEmpty())
             HVFileSystem::RemoveFolder(HVFileSystemPath::GetFolder(HVFileSystemPath::RemoveBackslash(step.name)));
         return done;
@@ -208,6 +256,20 @@ bool CUninstaller::Do(const UninstallStep& step)
         return true;
     }
     return false;
+}
+
+void CUninstaller::RemoveWhatTheStepsLeft()
+{
+    std::vector<HVString> now;
+    HVFileSystem::ListFiles(installFolder_, now);
+    for (const HVString& file : now) {
+        const bool old = std::any_of(filesAtStart_.begin(), filesAtStart_.end(),
+                                     [&](const HVString& was) { return was.EqualsNoCase(file.view()); });
+        if (!old && !file.EqualsNoCase(ownPath_.view())) {
+            HVLog::Write(HVLog::kInfo, kSource, u"%s was written while the uninstall ran: removed", file);
+            RemoveFile(file);
+        }
+    }
 }
 
 bool CUninstaller::RemoveFile(const HVString& path)
@@ -243,18 +305,26 @@ bool CUninstaller::ReleaseSharedFile(const UninstallStep& step)
     }
     if (key.IsOpen() && key.HasValue(step.path) && !key.DeleteValue(step.path))
         return false;
-    return !step.created || RemoveFile(step.path);
+    return !step.created || !FileStillOurs(step) || RemoveFile(step.path);
+}
+
+bool CUninstaller::RemoveShortcut(const UninstallStep& step)
+{
+    if (!FileStillOurs(step))
+        return true;
+    if (!RemoveFile(step.path))
+        return false;
+    // The link it replaced comes back, where the user had it.
+    if (!step.data.IsEmpty() && HVFileSystem::Exists(step.data, false) && !HVFileSystem::Exists(step.path, false))
+        return HVFileSystem::MoveFile(step.data, step.path, false, true);
+    return true;
 }
 
 bool CUninstaller::RemoveFont(const UninstallStep& step)
 {
-    if (!step.created)
+    if (!step.created || !FileStillOurs(step))
         return true;
     ::RemoveFontResourceW(reinterpret_cast<const wchar_t*>(step.path.c_str()));
-    HVRegKey fonts;
-    if (!step.name.IsEmpty() && fonts.Open(HKEY_LOCAL_MACHINE, kFontTable, KEY_READ | KEY_WRITE) &&
-        fonts.HasValue(step.name))
-        fonts.DeleteValue(step.name);
     return RemoveFile(step.path);
 }
 
@@ -279,13 +349,12 @@ void CUninstaller::FinishAfterExit(DWORD processId, const HVString& file, const 
 {
     // Waited for only while the id still names the uninstaller: an id is reused once its
     // process is gone.
-    if (HANDLE process = ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId)) {
+    if (const HVHandle process(::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId)); process) {
         wchar_t image[MAX_PATH + 1] = {};
         DWORD length = MAX_PATH;
-        if (::QueryFullProcessImageNameW(process, 0, image, &length) &&
+        if (::QueryFullProcessImageNameW(process.Get(), 0, image, &length) &&
             HVString(image, static_cast<int32_t>(length)).EqualsNoCase(file.view()))
-            ::WaitForSingleObject(process, kWaitForExitMs);
-        ::CloseHandle(process);
+            ::WaitForSingleObject(process.Get(), kWaitForExitMs);
     }
     // The file's handle can outlive the process by a moment.
     for (int attempt = 0; attempt < 100 && HVFileSystem::Exists(file, false) && !HVFileSystem::DeleteFile(file); ++attempt)

@@ -45,11 +45,16 @@ private:
     bool DeleteKey(const HVString& path, const HVString& keep);
     bool ReleaseSharedFile(const UninstallStep& step);
     bool RemoveFont(const UninstallStep& step);
+    bool RemoveShortcut(const UninstallStep& step);
+    // Files that appeared in the install folder while the uninstall ran (a helper's log):
+    // they would keep the folder from going.
+    void RemoveWhatTheStepsLeft();
 
     HVString installFolder_;
     HVString ownPath_;
     bool ownFileLeft_ = false;
     std::vector<HVString> foldersLeft_;
+    std::vector<HVString> filesAtStart_;
     bool restartNeeded_ = false;
     size_t failures_ = 0;
 };

@@ -344,6 +344,19 @@ bool HVFileSystem::EnumerateFolder(const HVString& folderPath, std::vector<Entry
     return true;
 }
 
+void HVFileSystem::ListFiles(const HVString& folderPath, std::vector<HVString>& files)
+{
+    std::vector<Entry> entries;
+    if (!EnumerateFolder(folderPath, entries))
+        return;
+    for (const Entry& entry : entries) {
+        if (!entry.isFolder)
+            files.push_back(folderPath + entry.name);
+        else if (!(entry.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+            ListFiles(folderPath + entry.name + u"\\", files);
+    }
+}
+
 bool HVFileSystem::RemoveFolder(const HVString& folderPath)
 {
     return !folderPath.IsEmpty() && ::RemoveDirectoryW(Path::ToLongPath(Path::RemoveBackslash(folderPath)).w());

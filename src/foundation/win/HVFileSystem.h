@@ -89,6 +89,9 @@ public:
     // folder can't be read; an existing folder with no match gives true and no entries.
     static bool EnumerateFolder(const HVString& folderPath, std::vector<Entry>& entries,
                                 const HVString& pattern = u"*");
+    // Every file below `folderPath` (with a backslash), folders searched in turn; appended to
+    // `files` with their full paths. Links to folders are not followed.
+    static void ListFiles(const HVString& folderPath, std::vector<HVString>& files);
     // An empty folder.
     static bool RemoveFolder(const HVString& folderPath);
     // A folder with everything in it. Links inside are removed, never followed.

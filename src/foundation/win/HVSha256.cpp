@@ -1,6 +1,7 @@
 #include "foundation/win/HVSha256.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVUniqueResource.h"
 
 #include <bcrypt.h>
@@ -77,4 +78,10 @@ bool HVSha256::Matches(const HVString& actual, const HVString& expected)
     HVString wanted = expected;
     wanted.Trim();
     return !actual.IsEmpty() && actual.GetLength() == static_cast<int32_t>(kDigestBytes * 2) && actual.EqualsNoCase(wanted);
+}
+
+HVString HVSha256::OfPath(const HVString& path)
+{
+    const HVFileHandle file = HVFileSystem::OpenFile(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
+    return file ? OfFile(file.Get()) : HVString();
 }

@@ -13,6 +13,9 @@ public:
     // when the file can't be read or the algorithm isn't there (logged). Reads through the
     // handle the caller holds, so the bytes hashed are the bytes that handle protects.
     static HVString OfFile(HANDLE file);
+    // The same for the file at `path`, opened for reading while others may read it too; empty
+    // when there is no such file or it can't be read.
+    static HVString OfPath(const HVString& path);
     // Two digests name the same bytes: hex digits compared without regard to case, blanks
     // around the expected one ignored. An empty digest never matches.
     static bool Matches(const HVString& actual, const HVString& expected);

@@ -93,7 +93,7 @@ bool CShortcutsPpg::NextPressed()
 bool CShortcutsPpg::LeaveCheck()
 {
     const HVString installFolder = HVFileSystem::NormalizeFolderPath(Options().destinationFolder);
-    CShortcutWriter writer(InstallWizard().Changes());
+    CShortcutWriter writer(InstallWizard().Changes(), installFolder);
     if (choice_.startMenu)
         MakeStartMenu(writer, installFolder);
     const HVString icon = Product().FindArt(installFolder, u"application.ico");

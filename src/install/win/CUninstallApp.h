@@ -25,7 +25,7 @@ private:
     int Uninstall();
     bool Confirm(bool& keepSettings);
     bool EnsureProductStopped();
-    CUninstallPlan::Places Places() const;
+    CUninstallPlan::Places Places(const CInstallRecord::Contents& record) const;
     // The run ends without removing anything: why, in the log and (unless silent) a box.
     int Refuse(const HVString& reason);
     int Report(size_t failures, bool restartNeeded);

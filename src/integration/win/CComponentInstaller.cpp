@@ -20,10 +20,8 @@
 
 bool CComponentInstaller::RegisterServer(const HVString& path)
 {
-    if (!CComponentRegistration::RegisterServer(path))
-        return false;
     context_.changes.NoteRegistered(path, InstallChange::kRegisteredByExport);
-    return true;
+    return CComponentRegistration::RegisterServer(path);
 }
 
 bool CComponentInstaller::InstallInputPlugin(const HVString& path)
@@ -58,11 +56,11 @@ void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)
         HVLog::Write(HVLog::kInfo, "CComponentInstaller::InstallShellIntegration", u"%s waits for the next logon", extension);
         return;
     }
+    context_.changes.NoteRegistered(extension, InstallChange::kRegisteredByPackageInstaller);
     if (!CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, extension, false)) {
         MarkPackageError(CSettingsHelper::kShellExtensionFile);
         return;
     }
-    context_.changes.NoteRegistered(extension, InstallChange::kRegisteredByPackageInstaller);
     CRegistryWriter extensions(context_.changes, context_.product.GetRegistryHive(),
                                context_.product.GetRegistryRoot() + u"\\Shell Extensions");
     if (extensions.Open())
@@ -84,8 +82,8 @@ void CComponentInstaller::InstallSystemPlugins(IInstallProgress& progress)
         const int32_t dot = plugin.name.ReverseFind(u'.');
         progress.SetStatusText(HVString::Format(HVTranslator::Translate(u"Installing plug-in '%s'").c_str(),
                                                 dot > 0 ? plugin.name.Left(dot) : plugin.name));
+        context_.changes.NoteRegistered(folder + plugin.name, InstallChange::kRegisteredByPackageInstaller);
         if (CComponentRegistration::RegisterWithPackageInstaller(context_.installFolder, folder + plugin.name, false)) {
-            context_.changes.NoteRegistered(folder + plugin.name, InstallChange::kRegisteredByPackageInstaller);
             SetSetting(CComponentRules::SystemPluginMark(plugin.name), u"installed");
         } else
             MarkPackageError(plugin.name);
@@ -117,8 +115,8 @@ void CComponentInstaller::InstallDriver(IInstallProgress& progress)
     // The older driver goes first: two versions of one audio device confuse Windows.
     if (!installed.IsEmpty())
         CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/RemoveWDMDriver", description);
+    context_.changes.NoteRegistered(description, InstallChange::kRegisteredAsDriver);
     if (CComponentRegistration::RunPackageInstaller(context_.installFolder, u"/InstallWDMDriver", description)) {
-        context_.changes.NoteRegistered(description, InstallChange::kRegisteredAsDriver);
         SetSetting(kDriverVersionSetting, version);
     } else
         MarkPackageError(u"HalvardWDMDriver.inf");
@@ -130,10 +128,13 @@ void CComponentInstaller::InstallServerService(IInstallProgress& progress)
         return;
     progress.SetStatusText(u"Installing Dynamo Server as system service");
     const HVString control = context_.installFolder + u"DynamoControl.exe";
-    if (!HVFileSystem::Exists(control, false) || !CComponentRegistration::RunServiceControl(control, false))
+    if (!HVFileSystem::Exists(control, false)) {
         MarkPackageError(u"DynamoControl.exe");
-    else
-        context_.changes.NoteRegistered(control, InstallChange::kRegisteredAsService);
+        return;
+    }
+    context_.changes.NoteRegistered(control, InstallChange::kRegisteredAsService);
+    if (!CComponentRegistration::RunServiceControl(control, false))
+        MarkPackageError(u"DynamoControl.exe");
 }
 
 void CComponentInstaller::MarkPackageError(const HVString& name)

@@ -437,9 +437,9 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
                 HVFileSystem::DeleteFolderTree(target))
                 context_.changes.Note(InstallChange::Kind::FolderDeleted, target);
         } else if (word == u"REGISTER") {
+            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
-            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
         } else if (word == u"EXECUTE") {
             int exitCode = -1;
             if (!RunProgram(current, param, SW_SHOWNORMAL, wait, true, &exitCode)) {
@@ -466,9 +466,9 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
                     return false;
                 current = plugins + HVFileSystemPath::GetFileName(current);
             }
+            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
             if (!CComponentRegistration::RegisterServer(current))
                 return Fail(TF(u"Failed to register object.\r\n%s", current));
-            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
         } else if (word == u"REGISTRY") {
             const HVString lines = command.param.IsEmpty() ? current : unpacked + HVFileSystemPath::GetFileName(param);
             if (!ApplyRegistryFile(lines))

@@ -71,7 +71,7 @@ protected:
     std::optional<CInstallContext> context_;
 };
 
-TEST_F(CProductRecordsTest, TheWriterNotesTheTopmostNewKeyAndWhatEachValueHeldBefore)
+TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeAndAfter)
 {
     ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer", L"Old", 7));
     CRegistryWriter writer(changes_, HKEY_CURRENT_USER, u"Software\\Halvard\\IW Test Writer\\A\\B");
@@ -81,15 +81,22 @@ TEST_F(CProductRecordsTest, TheWriterNotesTheTopmostNewKeyAndWhatEachValueHeldBe
     ASSERT_TRUE(parent.OpenExisting());
     ASSERT_TRUE(parent.DeleteValue(u"Old") && parent.DeleteValue(u"Never There") && parent.DeleteSubKeyTree(u"A"));
 
-    ASSERT_EQ(changes_.Changes().size(), 5u);
+    ASSERT_EQ(changes_.Changes().size(), 6u);
     EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
-    EXPECT_FALSE(changes_.Changes()[1].existedBefore);
-    EXPECT_EQ(changes_.Changes()[2].before, u"\"one\"");
+    EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B"), nullptr);
+    EXPECT_FALSE(changes_.Changes()[2].existedBefore);
+    EXPECT_EQ(changes_.Changes()[2].after, u"\"one\"");
+    EXPECT_EQ(changes_.Changes()[3].before, u"\"one\"");
+    EXPECT_EQ(changes_.Changes()[3].after, u"\"two\"");
     const InstallChange* deleted = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer", L"Old");
     ASSERT_NE(deleted, nullptr);
     EXPECT_EQ(deleted->before, u"dword:00000007");
     EXPECT_NE(Noted(InstallChange::Kind::KeyDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer\\A"));
+    // Noted before it is made: a write that never happens still leaves its note, which an
+    // uninstall checks against the machine.
+    EXPECT_FALSE(writer.SetString(u"Late", u"x"));
+    EXPECT_NE(Noted(InstallChange::Kind::ValueWritten, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B", L"Late"), nullptr);
 }
 
 TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)

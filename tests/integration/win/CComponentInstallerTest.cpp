@@ -83,9 +83,14 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
                          [](const InstallChange& c) { return c.kind == InstallChange::Kind::ModuleRegistered; });
     const CUninstallPlan plan = CUninstallPlan::Make(record, {.installFolder = install.c_str()}, true);
     ASSERT_FALSE(plan.Refused()) << plan.Reason().ToUtf8();
+    // The helper's log beside itself goes with the uninstall: its copy in the temporary folder
+    // tells what it was asked.
+    const std::wstring lasting = e2e::Expand(L"%TEMP%\\Sample Package Installer.log");
+    DeleteFileW(lasting.c_str());
     DeleteFileW(log.c_str());
     CUninstaller(install.c_str(), (install + L"HVMediaUninstall.exe").c_str()).Run(plan);
-    const std::string removal = e2e::ReadFileText(log);
+    EXPECT_FALSE(e2e::PathExists(log));
+    const std::string removal = e2e::ReadFileText(lasting);
     for (const std::string& call : {"/UnRegDLL \"" + e2e::Utf8(install) + "HVShellExt.dll\"",
                                     "/RemoveWDMDriver \"" + e2e::Utf8(folder) + "Drivers\\WDM\\Win",
                                     std::string("DynamoControl.exe\" /Uninstall")})
