@@ -188,8 +188,10 @@ CInstallRecord::Contents CInstallRecord::Parse(std::string_view text)
 {
     Contents contents;
     std::vector<std::string_view> lines;
+    std::vector<size_t> offsets;
     for (size_t start = 0; start < text.size();) {
         const size_t end = text.find('\n', start);
+        offsets.push_back(start);
         if (end == std::string_view::npos) {
             // No line end: the write of this line may not have finished; its check tells.
             lines.push_back(text.substr(start));
@@ -227,6 +229,7 @@ CInstallRecord::Contents CInstallRecord::Parse(std::string_view text)
                 return contents;
             }
             runVersion = *version;
+            contents.runs.push_back({.offset = offsets[i], .firstChange = contents.changes.size()});
             for (const HVString& folder : folders)
                 if (std::none_of(contents.userFolders.begin(), contents.userFolders.end(),
                                  [&](const HVString& known) { return known.EqualsNoCase(folder.view()); }))
@@ -235,6 +238,7 @@ CInstallRecord::Contents CInstallRecord::Parse(std::string_view text)
         }
         std::optional<InstallChange> change = DecodeLine(lines[i], runVersion);
         if (change) {
+            contents.runs.back().ended |= change->kind == InstallChange::Kind::InstallEnded;
             contents.changes.push_back(*change);
             continue;
         }

@@ -26,14 +26,23 @@ public:
 
     struct Contents
     {
-        std::vector<InstallChange> changes;
+        std::vector<InstallChange> changes = {};
         // The user folders that the headers name, each once.
-        std::vector<HVString> userFolders;
+        std::vector<HVString> userFolders = {};
         // Lines whose check failed or that could not be read (a torn last line after a kill).
         size_t damagedLines = 0;
         // Why the record can't be trusted at all (no header, an unknown version, damage before
         // the last line); empty when it can.
-        HVString problem;
+        HVString problem = {};
+        // Each run that wrote to the record: where its header begins in the text, its first
+        // change, and whether it came to its end (an InstallEnded line) rather than being stopped.
+        struct Run
+        {
+            size_t offset = 0;
+            size_t firstChange = 0;
+            bool ended = false;
+        };
+        std::vector<Run> runs = {};
     };
     static Contents Parse(std::string_view text);
 };

@@ -98,8 +98,11 @@ struct FileNotes
     bool font = false;
     bool shortcut = false;
     // The latest confirmation's digest; known only from records that keep one.
-    HVString after;
+    HVString after = {};
     bool afterKnown = false;
+    // Where the file that was there before was kept, until the install ended well.
+    HVString kept = {};
+    bool deferred = false;
 };
 
 // A value as the record tells it: the earliest note holds what the machine had before the
@@ -123,7 +126,10 @@ struct ShortcutNotes
 class Planner
 {
 public:
-    Planner(const CUninstallPlan::Places& places, bool keepSettings) : places_(places), keepSettings_(keepSettings) {}
+    Planner(const CUninstallPlan::Places& places, bool keepSettings, bool rollback)
+        : places_(places), keepSettings_(keepSettings || rollback), rollback_(rollback)
+    {
+    }
 
     HVString Check(const InstallChange& change) const
     {
@@ -149,9 +155,16 @@ public:
             return IsPlainPath(path, false) ? HVString() : path;
         if (change.kind == Kind::FolderCreated || change.kind == Kind::FolderDeleted)
             return IsFolderPlace(path) ? HVString() : path;
-        // A replaced shortcut is kept in the install folder, and put back from there.
+        // A replaced shortcut is kept in the install folder, and put back from there; a file
+        // or folder the run replaced or removed is kept beside it until the run has ended well.
         if (change.kind == Kind::ShortcutCreated && !change.before.IsEmpty() &&
             !(IsPlainPath(change.before, false) && IsBelow(change.before, places_.installFolder)))
+            return change.before;
+        const bool fileKind = change.kind == Kind::FileWritten || change.kind == Kind::FileStarted ||
+                              change.kind == Kind::FileDeleted || change.kind == Kind::FolderDeleted;
+        if (fileKind && !change.before.IsEmpty() &&
+            !(IsPlainPath(change.before, change.kind == Kind::FolderDeleted) &&
+              (change.kind == Kind::FolderDeleted ? IsFolderPlace(change.before) : IsFilePlace(change.before))))
             return change.before;
         return IsPlainPath(path, false) && IsFilePlace(path) ? HVString() : path;
     }
@@ -171,13 +184,24 @@ public:
                 it->second.confirmed = true;
                 it->second.after = change.after;
                 it->second.afterKnown = change.afterKnown && !change.after.IsEmpty();
+                it->second.deferred |= change.deferred;
             }
+            if (it->second.kept.IsEmpty())
+                it->second.kept = change.before;
             it->second.gone = false;
             break;
         }
         case Kind::FileDeleted:
-            if (auto it = files_.find(key); it != files_.end())
+        case Kind::FolderDeleted:
+            if (auto it = files_.find(key); it != files_.end()) {
                 it->second.gone = true;
+            } else if (rollback_ && !change.before.IsEmpty()) {
+                // Removed by this run, but kept: it comes back.
+                FileNotes& notes = files_[key];
+                notes.existedBefore = notes.gone = true;
+                notes.kept = change.before;
+                order_.push_back(change.path);
+            }
             break;
         case Kind::SharedFileCounted:
             if (sharedSeen_.insert(key).second)
@@ -201,8 +225,10 @@ public:
             break;
         }
         case Kind::ModuleRegistered:
-            if (modulesSeen_.insert(key).second)
+            if (modulesSeen_.insert(key).second) {
                 Add(Action::Unregister, change.path, change.name);
+                modules_.push_back(change);
+            }
             break;
         case Kind::FolderCreated:
             if (!IsSettings(change.path) && foldersSeen_.insert(key).second)
@@ -238,8 +264,9 @@ public:
             PlanKey(key);
         for (const HVString& id : valueOrder_)
             PlanValue(values_[id]);
-        for (const HVString& record : places_.recordKeys)
-            Add(Action::DeleteRecordKey, record);
+        if (!rollback_)
+            for (const HVString& record : places_.recordKeys)
+                Add(Action::DeleteRecordKey, record);
         if (keepSettings_)
             for (const auto& [key, name] : places_.forgetValues)
                 Add(Action::DeleteValue, key, name);
@@ -260,8 +287,17 @@ public:
             step.created = !notes.existedBefore && (notes.afterKnown || !notes.confirmed);
             Expect(step, notes);
         }
+        std::set<HVString> kept;
+        for (const auto& [key, notes] : files_)
+            if (!notes.kept.IsEmpty())
+                kept.insert(Folded(notes.kept));
         for (const HVString& path : order_) {
             const FileNotes& notes = files_[Folded(path)];
+            // What was kept goes back in its place, or (by the uninstall) with the install folder.
+            if (rollback_ && kept.count(Folded(path)))
+                continue;
+            if (rollback_ && PlanRollbackOf(path, notes))
+                continue;
             if (notes.gone || notes.counted || notes.font || notes.shortcut || IsSettings(path))
                 continue;
             // In a shared folder only what a copy cut short left: nothing counts on it yet.
@@ -275,10 +311,12 @@ public:
         }
         if (!keepSettings_)
             Add(Action::RemoveSettings, places_.settingsKey, places_.dataFolder);
-        Add(Action::DeleteRecordFile, places_.installFolder + CInstallRecord::kFileName);
-        // The install folder goes when nothing is left in it, whoever made it.
-        if (foldersSeen_.insert(Folded(places_.installFolder)).second)
-            folders_.push_back(places_.installFolder);
+        if (!rollback_) {
+            Add(Action::DeleteRecordFile, places_.installFolder + CInstallRecord::kFileName);
+            // The install folder goes when nothing is left in it, whoever made it.
+            if (foldersSeen_.insert(Folded(places_.installFolder)).second)
+                folders_.push_back(places_.installFolder);
+        }
         // Deepest first, so that a folder is empty when its turn comes.
         std::stable_sort(folders_.begin(), folders_.end(),
                          [](const HVString& a, const HVString& b) { return a.GetLength() > b.GetLength(); });
@@ -293,12 +331,32 @@ public:
         return std::move(steps_);
     }
 
+    // What an uninstall leaves to its settings choice; a rollback undoes this run there too.
     bool IsSettings(const HVString& path) const
     {
-        return IsKeyBelowOrEqual(path, places_.settingsKey) || IsBelowOrEqual(path, places_.dataFolder);
+        return !rollback_ && (IsKeyBelowOrEqual(path, places_.settingsKey) || IsBelowOrEqual(path, places_.dataFolder));
     }
 
 private:
+    // A file this run replaced, removed or left to the next restart: back as it was. True when
+    // that is all there is to do for it.
+    bool PlanRollbackOf(const HVString& path, const FileNotes& notes)
+    {
+        if (notes.deferred)
+            Add(Action::CancelRestart, path);
+        if (!notes.existedBefore)
+            return notes.deferred;
+        if (notes.kept.IsEmpty()) {
+            Add(Action::Leave, path).data = u"what was there before was not kept";
+            return true;
+        }
+        Add(Action::RestoreFile, path).data = notes.kept;
+        for (const InstallChange& module : modules_)
+            if (module.path.EqualsNoCase(path.view()))
+                Add(Action::Reregister, path, module.name);
+        return true;
+    }
+
     UninstallStep& Add(Action action, const HVString& path, const HVString& name = HVString())
     {
         UninstallStep step;
@@ -318,9 +376,10 @@ private:
 
     bool IsOwnKey(const HVString& key) const { return IsRegistryPlace(key, places_.ownKeys); }
 
+    // The product's records go whole at an uninstall; a rollback undoes only what its run did there.
     bool IsRecordKey(const HVString& key) const
     {
-        return std::any_of(places_.recordKeys.begin(), places_.recordKeys.end(),
+        return !rollback_ && std::any_of(places_.recordKeys.begin(), places_.recordKeys.end(),
                            [&](const HVString& record) { return IsKeyBelowOrEqual(key, record); });
     }
 
@@ -423,6 +482,8 @@ private:
 
     const CUninstallPlan::Places& places_;
     bool keepSettings_;
+    bool rollback_;
+    std::vector<InstallChange> modules_;
     std::vector<UninstallStep> steps_;
     std::map<HVString, FileNotes> files_;
     std::map<HVString, ValueNotes> values_;
@@ -446,6 +507,19 @@ bool CUninstallPlan::IsKeyBelowOrEqual(const HVString& key, const HVString& pare
 
 CUninstallPlan CUninstallPlan::Make(const CInstallRecord::Contents& record, const Places& places, bool keepSettings)
 {
+    return Plan(record, places, keepSettings, false);
+}
+
+CUninstallPlan CUninstallPlan::Rollback(const std::vector<InstallChange>& run, const Places& places)
+{
+    CInstallRecord::Contents record;
+    record.changes = run;
+    return Plan(record, places, true, true);
+}
+
+CUninstallPlan CUninstallPlan::Plan(const CInstallRecord::Contents& record, const Places& places, bool keepSettings,
+                                    bool rollback)
+{
     CUninstallPlan plan;
     if (!record.problem.IsEmpty()) {
         plan.reason_ = u"The install record is damaged: " + record.problem;
@@ -455,7 +529,7 @@ CUninstallPlan CUninstallPlan::Make(const CInstallRecord::Contents& record, cons
         plan.reason_ = u"The install folder can't be told from its path: " + places.installFolder;
         return plan;
     }
-    Planner planner(places, keepSettings);
+    Planner planner(places, keepSettings, rollback);
     for (const InstallChange& change : record.changes) {
         const HVString outside = planner.Check(change);
         if (!outside.IsEmpty()) {

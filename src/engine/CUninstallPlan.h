@@ -21,6 +21,9 @@ struct UninstallStep
         RemoveFont,        // path: the font file; name: its value in the font table; created: the file is ours
         ReleaseSharedFile, // path: a file of a shared system folder; created: the install made it
         RemoveFile,        // path
+        RestoreFile,       // path: a file or folder the install replaced or removed; data: where it was kept
+        Reregister,        // path: a module the install replaced, registered again once it is back; name: how
+        CancelRestart,     // path: a file the install left to the next restart: that restart's move is taken back
         RemoveSettings,    // path: the user's settings key; name: the library data folder
         DeleteRecordKey,   // path: the uninstall entry or the installation's record, gone last
         RemoveEmptyKey,    // path: a key the install made, removed only when nothing is left in it
@@ -89,6 +92,11 @@ public:
     };
 
     static CUninstallPlan Make(const CInstallRecord::Contents& record, const Places& places, bool keepSettings);
+    // The undoing of one run that did not end well (`run`: its changes, in order), by the same
+    // rules: what it replaced or removed comes back from where it was kept, what it made goes,
+    // values go back while they hold what it wrote. Unlike an uninstall it touches no record
+    // or setting as a whole: an earlier installation's stay as they were.
+    static CUninstallPlan Rollback(const std::vector<InstallChange>& run, const Places& places);
 
     bool Refused() const { return !reason_.IsEmpty(); }
     // Why nothing may be removed (for the log and the user); empty when the plan stands.
@@ -101,6 +109,9 @@ public:
     static bool IsKeyBelowOrEqual(const HVString& key, const HVString& parent);
 
 private:
+    static CUninstallPlan Plan(const CInstallRecord::Contents& record, const Places& places, bool keepSettings,
+                               bool rollback);
+
     HVString reason_;
     std::vector<UninstallStep> steps_;
 };

@@ -9,8 +9,9 @@ namespace
 using Kind = InstallChange::Kind;
 
 const char16_t* const kActions[] = {u"leave", u"unregister", u"restore", u"delete-value", u"delete-key", u"shortcut",
-                                    u"font", u"shared", u"file", u"settings", u"record-key", u"key-if-empty",
-                                    u"prune-key", u"", u"folder"};
+                                    u"font", u"shared", u"file", u"put-back", u"register", u"cancel-restart",
+                                    u"settings", u"record-key", u"key-if-empty", u"prune-key", u"", u"folder"};
+static_assert(std::size(kActions) == static_cast<size_t>(UninstallStep::Action::RemoveFolder) + 1);
 const char16_t* const kDir = u"C:\\Program Files\\Halvard\\Sonora 32\\";
 const char16_t* const kRecord = u"HKLM\\Software\\Halvard\\Corvale\\Installations\\Sonora 32";
 const char16_t* const kEntry = u"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora 32";
@@ -147,10 +148,47 @@ TEST(CUninstallPlanTest, RecordsBecomeOrderedStepsThatTouchOnlyWhatIsStillOurs)
           "file C:\\Program Files\\Halvard\\Sonora 32\\Sonora 32.exe", "prune-key HKLM\\Software\\Halvard"}},
     };
     for (const auto& row : rows) {
-        const CUninstallPlan plan = CUninstallPlan::Make({row.changes, {}, 0, {}}, Places(), row.keepSettings);
+        const CUninstallPlan plan = CUninstallPlan::Make({.changes = row.changes}, Places(), row.keepSettings);
         EXPECT_FALSE(plan.Refused()) << row.what << ": " << plan.Reason().ToUtf8();
         EXPECT_EQ(Render(plan), row.expected) << row.what;
     }
+}
+
+// A run that did not end well comes undone: what it replaced or removed is put back from where it
+// was kept, what it made goes, and nothing of an earlier installation's records or settings.
+TEST(CUninstallPlanTest, ARunIsRolledBackFromWhatItKept)
+{
+    const HVString exe = HVString(kDir) + u"Sonora 32.exe", dll = HVString(kDir) + u"Shell.dll";
+    const HVString old = HVString(kDir) + u"Old.dll", data = HVString(kDir) + u"Data\\";
+    const std::vector<InstallChange> run = {
+        C(Kind::FileDeleted, old.c_str(), u"", true, (old + u".iwold").c_str()),
+        C(Kind::FolderDeleted, data.c_str(), u"", true, (HVString(kDir) + u"Data.iwold\\").c_str()),
+        C(Kind::FileStarted, (exe + u".iwnew").c_str()), C(Kind::FileStarted, exe.c_str(), u"", true, (exe + u".iwold").c_str()),
+        C(Kind::FileWritten, exe.c_str(), u"", true, (exe + u".iwold").c_str()),
+        C(Kind::FileWritten, dll.c_str(), u"", true, (dll + u".iwold").c_str()), C(Kind::ModuleRegistered, dll.c_str(), u"DllRegisterServer"),
+        C(Kind::FileWritten, (HVString(kDir) + u"New.dll").c_str()),
+        InstallChange{.kind = Kind::FileWritten, .path = u"C:\\Windows\\system32\\s.dll", .existedBefore = true, .deferred = true},
+        C(Kind::KeyCreated, kRecord), C(Kind::ValueWritten, kRecord, u"Path", false, u"", u"\"x\""),
+        C(Kind::ValueWritten, u"HKCU\\Software\\Halvard\\Sonora 32\\Properties", u"a", true, u"\"mine\"", u"\"1\""),
+    };
+    const CUninstallPlan plan = CUninstallPlan::Rollback(run, Places());
+    ASSERT_FALSE(plan.Refused()) << plan.Reason().ToUtf8();
+    const std::vector<std::string> all = Render(plan);
+    for (const UninstallStep& step : plan.Steps())
+        EXPECT_NE(step.action, UninstallStep::Action::DeleteRecordKey);
+    EXPECT_EQ(all, (std::vector<std::string>{
+                       "leave C:\\Windows\\system32\\s.dll=what was there before was not kept",
+                       "unregister C:\\Program Files\\Halvard\\Sonora 32\\Shell.dll|DllRegisterServer",
+                       "restore HKCU\\Software\\Halvard\\Sonora 32\\Properties|a=\"mine\" if \"1\"",
+                       "delete-value HKLM\\Software\\Halvard\\Corvale\\Installations\\Sonora 32|Path if \"x\"",
+                       "file C:\\Program Files\\Halvard\\Sonora 32\\Sonora 32.exe.iwnew", "file C:\\Program Files\\Halvard\\Sonora 32\\New.dll",
+                       "put-back C:\\Program Files\\Halvard\\Sonora 32\\Old.dll=C:\\Program Files\\Halvard\\Sonora 32\\Old.dll.iwold",
+                       "put-back C:\\Program Files\\Halvard\\Sonora 32\\Data\\=C:\\Program Files\\Halvard\\Sonora 32\\Data.iwold\\",
+                       "put-back C:\\Program Files\\Halvard\\Sonora 32\\Sonora 32.exe=C:\\Program Files\\Halvard\\Sonora 32\\Sonora 32.exe.iwold",
+                       "put-back C:\\Program Files\\Halvard\\Sonora 32\\Shell.dll=C:\\Program Files\\Halvard\\Sonora 32\\Shell.dll.iwold",
+                       "register C:\\Program Files\\Halvard\\Sonora 32\\Shell.dll|DllRegisterServer",
+                       "cancel-restart C:\\Windows\\system32\\s.dll",
+                       "key-if-empty HKLM\\Software\\Halvard\\Corvale\\Installations\\Sonora 32"}));
 }
 
 TEST(CUninstallPlanTest, ForeignPlacesOrDamageRefuseEverything)
@@ -174,7 +212,8 @@ TEST(CUninstallPlanTest, ForeignPlacesOrDamageRefuseEverything)
     };
     for (const auto& row : rows) {
         const CUninstallPlan plan =
-            CUninstallPlan::Make({{C(Kind::FileWritten, u"C:\\Program Files\\Halvard\\Sonora 32\\ok.dll"), row.change}, {}, 0, row.problem},
+            CUninstallPlan::Make({.changes = {C(Kind::FileWritten, u"C:\\Program Files\\Halvard\\Sonora 32\\ok.dll"), row.change},
+                                  .problem = row.problem},
                                  Places(), true);
         EXPECT_TRUE(plan.Refused()) << row.change.path.ToUtf8();
         EXPECT_TRUE(plan.Steps().empty()) << row.change.path.ToUtf8();
@@ -224,7 +263,7 @@ TEST(CUninstallPlanTest, RandomRecordsNeverReachOutsideTheProductsPlaces)
                 change.path += u"\\";
             changes.push_back(change);
         }
-        const CUninstallPlan plan = CUninstallPlan::Make({changes, {}, 0, {}}, places, random() % 2 == 0);
+        const CUninstallPlan plan = CUninstallPlan::Make({.changes = changes}, places, random() % 2 == 0);
         if (plan.Refused())
             continue;
         ++planned;

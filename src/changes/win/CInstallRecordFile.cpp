@@ -56,3 +56,17 @@ void CInstallRecordFile::Finish()
                      static_cast<int>(::GetLastError()), path_);
     file_.Reset();
 }
+
+bool CInstallRecordFile::CutBack(const HVString& installFolder, uint64_t size)
+{
+    const HVString path = PathIn(installFolder);
+    if (size == 0)
+        return !HVFileSystem::Exists(path, false) || HVFileSystem::DeleteFile(path);
+    const HVFileHandle file = HVFileSystem::OpenFile(path, GENERIC_WRITE, 0, OPEN_EXISTING);
+    LARGE_INTEGER at;
+    at.QuadPart = static_cast<LONGLONG>(size);
+    const bool cut = file && ::SetFilePointerEx(file.Get(), at, nullptr, FILE_BEGIN) && ::SetEndOfFile(file.Get());
+    HVLog::Write(cut ? HVLog::kInfo : HVLog::kError, "CInstallRecordFile::CutBack", u"%s cut back to %I64u bytes: %s", path,
+                 size, cut ? u"done" : u"failed");
+    return cut;
+}

@@ -35,6 +35,9 @@ public:
     bool Append(const InstallChange& change) override;
     // At the end of the run, after its InstallEnded: the flush, and the file is closed.
     void Finish();
+    // The record in `installFolder` cut back to its first `size` bytes (0: the record goes),
+    // once the run after them was undone. The file must not be open.
+    static bool CutBack(const HVString& installFolder, uint64_t size);
 
 private:
     bool Write(const std::string& bytes);

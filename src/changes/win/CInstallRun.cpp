@@ -36,6 +36,10 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
         CInstallRecord::Contents found =
             CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
         if (found.problem.IsEmpty()) {
+            if (!found.runs.empty() && !found.runs.back().ended)
+                HVLog::Write(HVLog::kWarning, "CInstallRun::StartRecord",
+                             u"The last install run did not come to its end (%d changes noted): this run completes it",
+                             static_cast<int32_t>(found.changes.size() - found.runs.back().firstChange));
             changes_.SetEarlier(std::move(found.changes));
         } else {
             // Its "before" data may be all that is left of what the machine had: never lost.
@@ -53,9 +57,23 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
     if (!record_.Open(folder, changes_.Changes(), UserShortcutFolders(), !bytes.empty() && bytes.back() != '\n'))
         return false;
     installFolder_ = folder;
+    recordLengthBefore_ = bytes.size();
     HVFileSystem::ListFiles(folder, filesAtStart_);
     changes_.SetSink(&record_);
     return true;
+}
+
+std::vector<InstallChange> CInstallRun::InstallChanges() const
+{
+    const std::vector<InstallChange>& all = changes_.Changes();
+    return InstallBegun() ? std::vector<InstallChange>(all.begin() + static_cast<std::ptrdiff_t>(installStart_), all.end())
+                          : std::vector<InstallChange>();
+}
+
+void CInstallRun::AbandonRecord()
+{
+    changes_.SetSink(nullptr);
+    record_.Finish();
 }
 
 void CInstallRun::EndRecord(int exitCode)

@@ -27,6 +27,18 @@ public:
     // the installation's earlier runs; one that can't be read is never written over but kept
     // beside the new one, renamed (DamagedRecordName). False when there is no record to write to.
     bool StartRecord(const HVString& installFolder);
+    // The record as it was before this run (its length in bytes; 0: there was none), to which a
+    // rollback of this run cuts it back.
+    uint64_t RecordLengthBefore() const { return recordLengthBefore_; }
+    const HVString& InstallFolder() const { return installFolder_; }
+    // Closes the record without an end: the run is being undone.
+    void AbandonRecord();
+    // The install itself begins (the wizard's pages only noted the user's choices so far): from
+    // here on a failure or a cancel undoes what the run changed.
+    void BeginInstall() { installStart_ = changes_.Changes().size(); }
+    bool InstallBegun() const { return installStart_ != kNotBegun; }
+    // What the install changed since it began, in order.
+    std::vector<InstallChange> InstallChanges() const;
     // The name a damaged record is kept under, in the install folder ("Install Record
     // (damaged).txt", numbered when taken).
     static constexpr const char16_t* kDamagedRecordName = u"Install Record (damaged).txt";
@@ -44,4 +56,7 @@ private:
     CInstallRecordFile record_;
     HVString installFolder_;
     std::vector<HVString> filesAtStart_;
+    uint64_t recordLengthBefore_ = 0;
+    static constexpr size_t kNotBegun = static_cast<size_t>(-1);
+    size_t installStart_ = kNotBegun;
 };

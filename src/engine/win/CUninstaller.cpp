@@ -23,9 +23,11 @@ const char16_t* ActionName(UninstallStep::Action action)
 {
     static const char16_t* const names[] = {
         u"Leave", u"Unregister", u"Restore value", u"Delete value", u"Delete key", u"Delete shortcut", u"Remove font",
-        u"Release shared file", u"Delete file", u"Remove library and settings", u"Delete record key",
+        u"Release shared file", u"Delete file", u"Put back file", u"Register again", u"Take back restart move",
+        u"Remove library and settings", u"Delete record key",
         u"Remove key if empty", u"Remove empty keys", u"Delete install record", u"Remove folder",
     };
+    static_assert(std::size(names) == static_cast<size_t>(UninstallStep::Action::RemoveFolder) + 1);
     return names[static_cast<int>(action)];
 }
 
@@ -175,28 +177,25 @@ bool CUninstaller::Do(const UninstallStep& step)
         HVLog::Write(HVLog::kInfo, kSource, u"%s%s%s is left: %s", step.path, step.name.IsEmpty() ? u"" : u" | ", step.name,
                      step.data);
         return true;
-    case Action::Unregister: {
+    case Action::Unregister:
+    case Action::Reregister: {
+        const bool undo = step.action == Action::Unregister;
         if (!HVFileSystem::Exists(step.path, false)) {
             if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
                 HVLog::Write(HVLog::kWarning, kSource, u"The driver stays: its description %s is gone", step.path);
             return true;
         }
-        bool unregistered = false;
-        if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
-            unregistered = CComponentRegistration::RunPackageInstaller(installFolder_, u"/RemoveWDMDriver", step.path);
-        else if (step.name.EqualsNoCase(InstallChange::kRegisteredAsService))
-            unregistered = CComponentRegistration::RunServiceControl(step.path, true);
-        else if (step.name.EqualsNoCase(InstallChange::kRegisteredByRegSvr32))
-            unregistered = CComponentRegistration::RegisterWithRegSvr32(step.path, u"/u ");
-        else if (step.name.EqualsNoCase(InstallChange::kRegisteredByPackageInstaller))
-            unregistered = CComponentRegistration::RegisterWithPackageInstaller(installFolder_, step.path, true);
-        else
-            unregistered = CComponentRegistration::UnregisterServer(step.path);
-        // A module that won't unregister still goes: leaving its file would not undo its entries.
-        if (!unregistered)
-            HVLog::Write(HVLog::kWarning, kSource, u"%s did not unregister", step.path);
+        // A module that won't unregister still goes: leaving its file would not undo its entries;
+        // one given back registers as well as it can.
+        if (!Register(step, undo))
+            HVLog::Write(HVLog::kWarning, kSource, undo ? u"%s did not unregister" : u"%s did not register again", step.path);
         return true;
     }
+    case Action::RestoreFile:
+        return RestoreFile(step);
+    case Action::CancelRestart:
+        HVFileSystem::CancelMoveAtRestart(step.path, installFolder_);
+        return true;
     case Action::RestoreValue: {
         uint32_t type = 0;
         std::vector<uint8_t> data;
@@ -258,6 +257,13 @@ bool CUninstaller::Do(const UninstallStep& step)
     return false;
 }
 
+void CUninstaller::RemoveFoldersOf(const CUninstallPlan& plan)
+{
+    for (const UninstallStep& step : plan.Steps())
+        if (step.action == UninstallStep::Action::RemoveFolder && HVFileSystem::FolderExists(step.path))
+            HVFileSystem::RemoveFolder(step.path);
+}
+
 void CUninstaller::RemoveWhatTheStepsLeft()
 {
     std::vector<HVString> now;
@@ -270,6 +276,44 @@ void CUninstaller::RemoveWhatTheStepsLeft()
             RemoveFile(file);
         }
     }
+}
+
+bool CUninstaller::Register(const UninstallStep& step, bool undo)
+{
+    if (step.name.EqualsNoCase(InstallChange::kRegisteredAsDriver))
+        return CComponentRegistration::RunPackageInstaller(installFolder_, undo ? u"/RemoveWDMDriver" : u"/InstallWDMDriver",
+                                                           step.path);
+    if (step.name.EqualsNoCase(InstallChange::kRegisteredAsService))
+        return CComponentRegistration::RunServiceControl(step.path, undo);
+    if (step.name.EqualsNoCase(InstallChange::kRegisteredByRegSvr32))
+        return CComponentRegistration::RegisterWithRegSvr32(step.path, undo ? u"/u " : u"");
+    if (step.name.EqualsNoCase(InstallChange::kRegisteredByPackageInstaller))
+        return CComponentRegistration::RegisterWithPackageInstaller(installFolder_, step.path, undo);
+    return undo ? CComponentRegistration::UnregisterServer(step.path) : CComponentRegistration::RegisterServer(step.path);
+}
+
+bool CUninstaller::RestoreFile(const UninstallStep& step)
+{
+    const bool folder = step.data.EndsWith(u"\\");
+    if (folder ? !HVFileSystem::FolderExists(step.data) : !HVFileSystem::Exists(step.data, false)) {
+        HVLog::Write(HVLog::kWarning, kSource, u"%s can't come back: %s is gone", step.path, step.data);
+        return false;
+    }
+    if (folder) {
+        // A folder that was removed whole: what the run put there since goes first.
+        if (HVFileSystem::FolderExists(step.path) && !HVFileSystem::DeleteFolderTree(step.path))
+            return false;
+        return HVFileSystem::MoveFile(HVFileSystemPath::RemoveBackslash(step.data), HVFileSystemPath::RemoveBackslash(step.path),
+                                      false, false);
+    }
+    if (HVFileSystem::MoveFile(step.data, step.path, true, false))
+        return true;
+    DWORD error = 0;
+    if (!HVFileSystem::MoveFileAtRestart(step.data, step.path, &error))
+        return false;
+    HVLog::Write(HVLog::kWarning, kSource, u"%s is in use: it comes back at the next restart", step.path);
+    restartNeeded_ = true;
+    return true;
 }
 
 bool CUninstaller::RemoveFile(const HVString& path)

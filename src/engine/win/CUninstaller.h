@@ -8,7 +8,8 @@
 #include <functional>
 #include <vector>
 
-// Carries out an uninstall plan on this machine, a step at a time, each one in the log. A step
+// Carries out an uninstall plan on this machine, or the plan that rolls back an install that did
+// not end well: the one undo of each kind of change. A step at a time, each one in the log. A step
 // that finds nothing left to do has done it; a file in use is deleted at the next restart. The
 // records (the uninstall entry and the install record) stay when a step failed, so that the
 // uninstall can be run again; the uninstaller's own file, and the folders it keeps from being
@@ -23,6 +24,9 @@ public:
     CUninstaller(const HVString& installFolder, const HVString& ownPath);
 
     void Run(const CUninstallPlan& plan, const Progress& progress = {});
+
+    // The plan's empty folders once more: a rollback runs them again after the record is gone.
+    void RemoveFoldersOf(const CUninstallPlan& plan);
 
     bool RestartNeeded() const { return restartNeeded_; }
     size_t Failures() const { return failures_; }
@@ -46,6 +50,9 @@ private:
     bool ReleaseSharedFile(const UninstallStep& step);
     bool RemoveFont(const UninstallStep& step);
     bool RemoveShortcut(const UninstallStep& step);
+    bool RestoreFile(const UninstallStep& step);
+    // Registers (undo false) or unregisters a module the way the record says it was registered.
+    bool Register(const UninstallStep& step, bool undo);
     // Files that appeared in the install folder while the uninstall ran (a helper's log):
     // they would keep the folder from going.
     void RemoveWhatTheStepsLeft();

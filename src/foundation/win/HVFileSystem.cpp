@@ -1,6 +1,7 @@
 #include "foundation/win/HVFileSystem.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/win/HVRegKey.h"
 
 namespace
 {
@@ -298,6 +299,40 @@ bool HVFileSystem::MoveFileAtRestart(const HVString& source, const HVString& tar
         HVLog::Write(HVLog::kWarning, "HVFileSystem::MoveFileAtRestart", u"Error %d scheduling %s for restart", code,
                      source);
     return code == ERROR_SUCCESS;
+}
+
+void HVFileSystem::CancelMoveAtRestart(const HVString& target, const HVString& sourceFolder)
+{
+    constexpr const char16_t* kSessionManager = u"SYSTEM\\CurrentControlSet\\Control\\Session Manager";
+    constexpr const char16_t* kPending = u"PendingFileRenameOperations";
+    HVRegKey key;
+    std::vector<HVString> pairs;
+    if (sourceFolder.IsEmpty() || !key.Open(HKEY_LOCAL_MACHINE, kSessionManager, KEY_READ | KEY_WRITE) ||
+        !key.QueryMultiString(kPending, pairs))
+        return;
+    // The system writes "\??\C:\..." for a source and "!\??\C:\..." for a target it may replace.
+    const auto plain = [](HVString path) {
+        if (path.StartsWith(u"!"))
+            path = path.Mid(1);
+        return path.StartsWith(u"\\??\\") ? path.Mid(4) : path;
+    };
+    std::vector<HVString> kept;
+    size_t dropped = 0;
+    for (size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        const HVString source = plain(pairs[i]);
+        const bool ours = source.StartsWithNoCase(sourceFolder.view());
+        if (ours && ((!target.IsEmpty() && plain(pairs[i + 1]).EqualsNoCase(target.view())) || !Exists(source, false))) {
+            ++dropped;
+            continue;
+        }
+        kept.push_back(pairs[i]);
+        kept.push_back(pairs[i + 1]);
+    }
+    if (dropped == 0)
+        return;
+    const bool written = kept.empty() ? key.DeleteValue(kPending) : key.SetMultiString(kPending, kept);
+    HVLog::Write(written ? HVLog::kInfo : HVLog::kWarning, "HVFileSystem::CancelMoveAtRestart",
+                 u"%d move(s) at the next restart taken back (%s)", static_cast<int32_t>(dropped), target);
 }
 
 bool HVFileSystem::GetFreeDiskSpace(const HVString& path, uint64_t& freeBytes)

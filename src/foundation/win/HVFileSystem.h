@@ -79,6 +79,10 @@ public:
     // Replaces `target` by `source` at the next restart; an empty target deletes `source` then.
     // Fails with ERROR_CALL_NOT_IMPLEMENTED where CanMoveFileAtRestart is false.
     static bool MoveFileAtRestart(const HVString& source, const HVString& target, DWORD* error = nullptr);
+    // Takes back the moves at the next restart onto `target` whose source lies below
+    // `sourceFolder` (with a backslash), and every move whose source below it is gone: a
+    // rerun's own earlier moves, and moves that would find nothing. Moves of others stay.
+    static void CancelMoveAtRestart(const HVString& target, const HVString& sourceFolder);
 
     // Free bytes for the caller on the drive of a path. The path need not exist yet: the
     // nearest existing parent is asked. False when the drive can't be read, which callers

@@ -40,6 +40,7 @@ void CCopyAndInstallPpg::ExtraAction()
     InstallOptions& options = Options();
     const HVString installFolder = HVFileSystem::NormalizeFolderPath(options.destinationFolder);
     wizard.Deferred().SetInstallFolder(installFolder);
+    wizard.InstallRun().BeginInstall();
     context_.emplace(CInstallContext{options, wizard.Description(), Product(), wizard.SetupFolder(), installFolder,
                                      wizard.Changes(), wizard.Deferred(), *this, wizard.Hwnd()});
     shell_ = std::make_unique<CShellIntegration>(*context_);

@@ -1,10 +1,12 @@
 #include "install/win/CInstallApp.h"
 
+#include "engine/win/CInstallRollback.h"
 #include "install/CInstallSettings.h"
 #include "install/win/CInstallWizard.h"
 #include "install/win/CLanguageSelectionDlg.h"
 #include "install/win/CNeedInternetExplorerDlg.h"
 #include "install/win/CStartupProbe.h"
+#include "install/win/MachinePlaces.h"
 #include "product/CCommandLineParser.h"
 #include "product/CSetupFolders.h"
 #include "product/InstallExitCode.h"
@@ -345,5 +347,31 @@ void CInstallApp::RunWizard()
         SetExitCode(kExitFatalError);
         break;
     }
-    wizard.InstallRun().EndRecord(GetExitCode());
+    if (GetExitCode() == kExitCancelled || GetExitCode() == kExitFatalError)
+        RollBack(wizard.InstallRun());
+    else
+        wizard.InstallRun().EndRecord(GetExitCode());
+}
+
+void CInstallApp::RollBack(CInstallRun& run)
+{
+    const std::vector<InstallChange> changes = run.InstallChanges();
+    if (changes.empty()) {
+        run.EndRecord(GetExitCode());
+        return;
+    }
+    run.AbandonRecord();
+    const HVString folder = run.InstallFolder().IsEmpty() ? HVFileSystem::NormalizeFolderPath(options_.destinationFolder)
+                                                          : run.InstallFolder();
+    const CInstallRollback::Outcome outcome =
+        CInstallRollback::Run(changes, MachinePlaces(folder, CInstallRun::UserShortcutFolders()),
+                              run.RecordLengthBefore(), GetModulePath());
+    const HVString text = outcome.complete
+                              ? HVTranslator::Translate(CInstallRollback::kReturnedText)
+                              : HVTranslator::Translate(u"Setup did not complete, and some of its changes could not be undone. "
+                                                        u"The log names them.");
+    HVLog::Write(outcome.complete ? HVLog::kInfo : HVLog::kError, "CInstallApp::RollBack", u"%s", text);
+    if (!options_.silent)
+        HVMessageBox::Show(nullptr, text, HVTranslator::Translate(u"Install Wizard"),
+                           MB_OK | (outcome.complete ? MB_ICONINFORMATION : MB_ICONERROR));
 }

@@ -19,6 +19,8 @@
 // product and then runs the wizard. Start-up always reports failure to the framework, so the
 // process ends as soon as the wizard has closed; the exit code says how it went
 // (InstallExitCode.h).
+class CInstallRun;
+
 class CInstallApp : public HVExecutableApp
 {
 public:
@@ -50,6 +52,8 @@ protected:
     virtual void PrepareLanguage();
     // Runs the wizard modally; sets the exit code from how it ended.
     virtual void RunWizard();
+    // An install that failed or was cancelled is undone, and the user told so.
+    void RollBack(CInstallRun& run);
 
 private:
     void SuppressMessagesIfAsked(bool suppress);
