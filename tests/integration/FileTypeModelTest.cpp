@@ -54,17 +54,6 @@ TEST(FileTypeModelTest, ListsMediaTypesOverridesPluginsAndMime)
     EXPECT_EQ(model.SelectedMediaTypes({}), u"NONE");
 }
 
-TEST(FileTypeModelTest, TenThousandTypesLoad)
-{
-    HVString list;
-    for (int i = 0; i < 10000; ++i)
-        list += HVString::Format(u".x%d;", i);
-    FileTypeModel model;
-    ASSERT_EQ(Load(model, (u"<LWFA version=\"1.0\"><OTTypes>" + list + u"</OTTypes></LWFA>").c_str()),
-              FileTypeModel::LoadResult::Loaded);
-    EXPECT_EQ(model.KnownExtensions().size(), 10000u);
-}
-
 TEST(FileTypeModelTest, ProgIdsAndBackupNames)
 {
     struct Case { const char16_t* extension; const char16_t* progId; };
