@@ -73,7 +73,7 @@ TEST(CInstallRecordTest, DamageIsToleratedOnlyAtTheEnd)
         {"stray bytes in the middle", header + a + "junk\r\n" + b, 2, 1, true},
         {"no header", a + b, 0, 0, true},
         {"empty", "", 0, 0, true},
-        {"unknown version", "Install Wizard install record\t2\r\n" + a, 0, 0, true},
+        {"unknown version", "HVInstallRecord\t2\r\n" + a, 0, 0, true},
         {"lines ended by LF alone", header + a.substr(0, a.size() - 2) + "\n" + b, 2, 0, false},
     };
     for (const Case& c : cases) {
