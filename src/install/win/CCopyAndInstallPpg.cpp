@@ -35,6 +35,12 @@ void DeleteFolder(CInstallChangeLog& changes, const HVString& folder)
 
 HVString SystemFolder(UINT (WINAPI* get)(LPWSTR, UINT))
 {
+    // Test-only: IW_TEST_ONLY_NO_SYSTEM_PATH=1 (the system folders) and IW_TEST_ONLY_NO_FONT_PATH=1
+    // (the Windows folder, which holds the fonts) make the folder unobtainable, as a system can
+    // answer, so that the boxes that say so can be tested end to end.
+    const wchar_t* unobtainable = get == &::GetWindowsDirectoryW ? L"IW_TEST_ONLY_NO_FONT_PATH" : L"IW_TEST_ONLY_NO_SYSTEM_PATH";
+    if (const wchar_t* value = ::_wgetenv(unobtainable); value && *value == L'1')
+        return HVString();
     wchar_t buffer[MAX_PATH + 1] = {};
     const UINT length = get(buffer, MAX_PATH + 1);
     if (length == 0 || length > MAX_PATH)
