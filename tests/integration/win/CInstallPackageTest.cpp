@@ -94,8 +94,8 @@ TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
         // START_SN doesn't wait for the product: its line may come a moment later.
         EXPECT_EQ(e2e::WaitForLines(StartedLog(), static_cast<int>(std::count(c.started.begin(), c.started.end(), '\n'))),
                   c.started);
-        EXPECT_EQ(e2e::ReadFileText(program + L"PackageInstaller.log").find(c.installer) != std::string::npos,
-                  !c.installer.empty());
+        const std::string asked = e2e::ReadFileText(program + L"PackageInstaller.log");
+        EXPECT_EQ(!asked.empty() && asked.find(c.installer) != std::string::npos, !c.installer.empty()) << asked;
         EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRegistered, L"SampleShell.dll").has_value(), !c.installer.empty());
     }
     e2e::DeleteTree(UnpackFolder());
