@@ -106,11 +106,13 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         wchar_t system[MAX_PATH] = {};
         ::GetSystemDirectoryW(system, MAX_PATH);
         const std::wstring d3dx = std::wstring(system) + L"\\d3dx9_43.dll";
-        if (c.withoutDirectX)
+        if (c.withoutDirectX) {
             ASSERT_TRUE(::MoveFileW(d3dx.c_str(), (d3dx + L".aside").c_str()));
+        }
         const e2e::SetupRun run = Install({}, c.more);
-        if (c.withoutDirectX)
+        if (c.withoutDirectX) {
             ASSERT_TRUE(::MoveFileW((d3dx + L".aside").c_str(), d3dx.c_str()));
+        }
         ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
         EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 2 : 0) << label;
         // Run from its temporary file with the silent switches (DirectX's setup has none), then removed.
@@ -147,7 +149,12 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         // A broken connection, or (as the reset may reach the reader) an early end: either way
         // fewer bytes than announced, never run.
         {"reset half way", {.body = program_, .resetAfter = program_.size() / 2}, L"Internet error.", false, kDamaged},
-        {"ten times the announced size", {.body = program_, .announced = program_.size() / 10}, kDamaged, true, {}, false, {}, false},
+        // More than announced: the client stops at the announced length, so only the digest can
+        // tell the tenth that came from the program.
+        {"ten times the announced size", {.body = program_, .announced = program_.size() / 10}, kDamaged, true},
+        // Unpinned: the length alone must refuse these.
+        {"half of what was announced", {.body = program_.substr(0, program_.size() / 2), .announced = program_.size()},
+         kDamaged, true, {}, false, {}, false},
         {"empty", {.body = ""}, kDamaged, true, {}, false, {}, false},
         {"tampered", {.body = tampered}, kDamaged, true, {}, false,
          L"SHA-256 expected " + e2e::Wide(sha256_) + L", got "},
@@ -171,8 +178,9 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         EXPECT_TRUE(LeftDownloads().empty()) << c.label;
         // Went on: the product is in place.
         EXPECT_TRUE(e2e::PathExists(e2e::DefaultDestination() + L"Sonora.exe")) << c.label;
-        if (!c.logged.empty())
+        if (!c.logged.empty()) {
             EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
+        }
         EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
     }
 }
