@@ -122,7 +122,7 @@ failed=()
 shot() {   # name, the title of the window it shows, and a text that window shows (a page header)
   # Only once that window is there: under load a key may take seconds to have its effect, and
   # a picture of the page before is a picture under the wrong name.
-  if ! wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Timeout 60000 >"$out/wait.txt" 2>/dev/null; then
+  if ! wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 60000 >"$out/wait.txt" 2>/dev/null; then
     echo "pictures: $1-$label: the window \"$2\" ${3:+showing \"$3\" }did not come" >&2
     cat "$out/wait.txt" >&2
     failed+=("$1-$label")
