@@ -119,15 +119,17 @@ wait_log() {   # text the log must hold before the next picture
 key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
 failed=()
-shot() {   # name, the title of the window it shows, and a text that window shows (a page header)
-  # Only once that window is there: under load a key may take seconds to have its effect, and
-  # a picture of the page before is a picture under the wrong name.
-  if ! wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 60000 >"$out/wait.txt" 2>/dev/null; then
-    echo "pictures: $1-$label: the window \"$2\" ${3:+showing \"$3\" }did not come" >&2
-    cat "$out/wait.txt" >&2
-    failed+=("$1-$label")
-    return
-  fi
+await() {   # what the wait is for, the window's title, and a text it shows (a page header)
+  # Under load a key may take seconds to have its effect: the next key, or a picture, waits
+  # for the window it is meant for.
+  wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 60000 >"$out/wait.txt" 2>/dev/null && return 0
+  echo "pictures: $1-$label: the window \"$2\" ${3:+showing \"$3\" }did not come" >&2
+  cat "$out/wait.txt" >&2
+  failed+=("$1-$label")
+  return 1
+}
+shot() {   # name, the title of the window it shows, and a text that window shows
+  await "$@" || return
   sleep 0.5
   import -display "$DISPLAY" -window root "$out/raw.png" 2>/dev/null
   convert "$out/raw.png" -trim +repage "$out/$1-$label.png" 2>/dev/null && echo "   $1-$label.png"
@@ -218,7 +220,7 @@ for dpi in $scales; do
   key Escape
   key Return
   key Return
-  wait_log 'CFinishPpg::Prepare'
+  await 09-finish-restart "$wizard" "File Associations" && key Return
   shot 09-finish-restart "$wizard" "Windows must be restarted"
   key Return
   shot 21-confirm-restart "Confirm Restart" "Please save your work"
