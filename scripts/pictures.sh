@@ -120,9 +120,9 @@ key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearm
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
 failed=()
 await() {   # what the wait is for, the window's title, and a text it shows (a page header)
-  # Under load a key may take seconds to have its effect: the next key, or a picture, waits
-  # for the window it is meant for.
-  wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 60000 >"$out/wait.txt" 2>/dev/null && return 0
+  # Under load a key or an install step may take many seconds to have its effect: the next
+  # key, or a picture, waits (two minutes at most) for the window it is meant for.
+  wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 120000 >"$out/wait.txt" 2>/dev/null && return 0
   echo "pictures: $1-$label: the window \"$2\" ${3:+showing \"$3\" }did not come" >&2
   cat "$out/wait.txt" >&2
   failed+=("$1-$label")
@@ -220,7 +220,7 @@ for dpi in $scales; do
   key Escape
   key Return
   key Return
-  await 09-finish-restart "$wizard" "File Associations" && key Return
+  wait_log 'CFinishPpg::Prepare'
   shot 09-finish-restart "$wizard" "Windows must be restarted"
   key Return
   shot 21-confirm-restart "Confirm Restart" "Please save your work"
