@@ -8,8 +8,8 @@ packages=(
   mingw-w64 g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake make
   # the faster linker for the Windows test programs
   lld
-  # run and test
-  wine wine64 googletest
+  # run and test; Wine's own fonts draw the title bars' minimize, maximize and close glyphs
+  wine wine64 fonts-wine googletest
   # pictures and key input
   xvfb xdotool imagemagick
   # native core, fuzzing, benchmarks

@@ -78,6 +78,8 @@ iw_current_webview2
 # Another program's folder, so that the destination page has one to refuse.
 wine reg add "$other_key" /v InstallLocation /d 'C:\Program Files\Other Vendor\Tool' /f >/dev/null 2>&1
 
+# The wizard's window title; each page is told by its header.
+wizard="Install Wizard"
 desk=
 start_setup() {   # extra arguments for the setup program
   forget_install
@@ -116,7 +118,18 @@ wait_log() {   # text the log must hold before the next picture
 }
 key() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool key --clearmodifiers "$@"; sleep 1; }
 typed() { xdotool windowfocus --sync "$desk" >/dev/null 2>&1; xdotool type --delay 30 "$1"; sleep 0.3; }
-shot() {   # name
+failed=()
+await() {   # what the wait is for, the window's title, and a text it shows (a page header)
+  # Under load a key or an install step may take many seconds to have its effect: the next
+  # key, or a picture, waits (two minutes at most) for the window it is meant for.
+  wine "$build/win/bin/WaitForWindow.exe" "$2" "${3:-}" /Desktop Setup /Timeout 120000 >"$out/wait.txt" 2>/dev/null && return 0
+  echo "pictures: $1-$label: the window \"$2\" ${3:+showing \"$3\" }did not come" >&2
+  cat "$out/wait.txt" >&2
+  failed+=("$1-$label")
+  return 1
+}
+shot() {   # name, the title of the window it shows, and a text that window shows
+  await "$@" || return
   sleep 0.5
   import -display "$DISPLAY" -window root "$out/raw.png" 2>/dev/null
   convert "$out/raw.png" -trim +repage "$out/$1-$label.png" 2>/dev/null && echo "   $1-$label.png"
@@ -136,29 +149,33 @@ for dpi in $scales; do
   # The language question, then every page of a Custom install and every refusal of the
   # destination page.
   start_setup
-  shot 00-language-selection
+  shot 00-language-selection "Install Wizard" "Please select a language:"
   key Escape
-  shot 01-welcome
+  shot 01-welcome "$wizard" "Welcome"
   key Return
-  shot 02-setup-type
+  shot 02-setup-type "$wizard" "Setup Type"
   key Down
   key Return
-  shot 03-custom-setup-type
+  shot 03-custom-setup-type "$wizard" "Normal install to a computer"
   key Return
-  shot 04-destination
+  shot 04-destination "$wizard" "Destination Folder"
   key Escape
-  shot 10-confirm-cancellation
+  shot 10-confirm-cancellation "Confirm Cancellation" "Are you sure"
   key n
   refusal=11
   for folder in "" 'C:\' 'C:\windows\Sonora' 'C:\Program Files' 'C:\Program Files\Other Vendor\Tool\Sonora' 'Q:\Sonora'; do
     key ctrl+a BackSpace
     [ -n "$folder" ] && typed "$folder"
     key Return
+    box="Invalid Destination Folder"
     case $refusal in
-      11) name=empty-folder ;; 12) name=drive-root ;; 13) name=windows-folder ;;
-      14) name=program-files-folder ;; 15) name=other-program-folder ;; *) name=cannot-create ;;
+      11) name=empty-folder; says="to an empty folder" ;; 12) name=drive-root; says="to the root of a drive" ;;
+      13) name=windows-folder; says="in the Windows folder" ;;
+      14) name=program-files-folder; says="to the root program files folder" ;;
+      15) name=other-program-folder; says="where a pre-existing program is installed" ;;
+      *) name=cannot-create; box="Error"; says="Failed to create" ;;
     esac
-    shot "$refusal-refused-$name"
+    shot "$refusal-refused-$name" "$box" "$says"
     key Return
     refusal=$((refusal + 1))
   done
@@ -166,16 +183,16 @@ for dpi in $scales; do
   key ctrl+a BackSpace
   typed 'C:\Program Files\Halvard\Sonora'
   key Return
-  shot 06-copying
+  shot 06-copying "$wizard" "Please wait while Install Wizard"
   key Escape
-  shot 20-cancel-unavailable
+  shot 20-cancel-unavailable "Cancel Unavailable" "can no longer be canceled"
   key Return
   wait_log 'CCopyAndInstallPpg::Finish'
-  shot 07-file-associations
+  shot 07-file-associations "$wizard" "File Associations"
   key Return
-  shot 08-shortcuts
+  shot 08-shortcuts "$wizard" "Create Shortcuts"
   key Return
-  shot 09-finish
+  shot 09-finish "$wizard" "Install Complete"
   key Return
   end_setup
 
@@ -184,16 +201,16 @@ for dpi in $scales; do
   mkdir -p "$norecord"
   cp "$WINEPREFIX/drive_c/Program Files/Halvard/Sonora/HVMediaUninstall.exe" "$norecord/"
   start_uninstall "$(winepath -w "$norecord" 2>/dev/null)"
-  shot 30-uninstall-question
+  shot 30-uninstall-question "Uninstall Sonora" "Keep my library and settings"
   key Return
-  shot 31-uninstall-refused
+  shot 31-uninstall-refused "Uninstall Sonora" "can't be removed safely"
   key Return
   end_setup
   rm -rf "$norecord"
   start_uninstall 'C:\Program Files\Halvard\Sonora'
   key Return
   wait_log 'Delete install record'
-  shot 32-uninstall-done
+  shot 32-uninstall-done "Uninstall Sonora" "was removed from your computer"
   key Return
   end_setup
 
@@ -204,9 +221,9 @@ for dpi in $scales; do
   key Return
   key Return
   wait_log 'CFinishPpg::Prepare'
-  shot 09-finish-restart
+  shot 09-finish-restart "$wizard" "Windows must be restarted"
   key Return
-  shot 21-confirm-restart
+  shot 21-confirm-restart "Confirm Restart" "Please save your work"
   key Return
   end_setup
   release_lock
@@ -215,11 +232,15 @@ for dpi in $scales; do
   preset=1 start_setup
   key Escape
   sleep 2
-  shot 05-auto-install-countdown
+  shot 05-auto-install-countdown "Auto Install in" "Welcome"
   key Escape
   key y
   end_setup
 done
-rm -f "$out/run.log"
+rm -f "$out/run.log" "$out/wait.txt"
 ls "$out"/*.png >/dev/null 2>&1 || { echo "pictures: none made" >&2; exit 1; }
+if [ ${#failed[@]} -gt 0 ]; then
+  echo "pictures: ${#failed[@]} picture(s) not taken, their window never came: ${failed[*]}" >&2
+  exit 1
+fi
 echo "== $(ls "$out"/*.png | wc -l) pictures in $out"

@@ -15,9 +15,22 @@ own_user_folders() {
   done
 }
 
+# Wine's own fonts (the fonts-wine package: Tahoma, Marlett's title-bar glyphs, ...) are not
+# found where this Wine build looks for them; in the prefix's font folder they are, so windows
+# look as on Windows instead of showing letters where the minimize and close glyphs belong.
+wine_fonts() {
+  local fonts="$WINEPREFIX/drive_c/windows/Fonts" font
+  [ -d /usr/share/wine/fonts ] || return 0
+  mkdir -p "$fonts"
+  for font in /usr/share/wine/fonts/*; do
+    [ -e "$fonts/$(basename "$font")" ] || cp "$font" "$fonts/"
+  done
+}
+
 ready="$WINEPREFIX/.iw-ready"
 if [ -f "$ready" ]; then
   own_user_folders
+  wine_fonts
   exit 0
 fi
 echo "Making the Wine prefix $WINEPREFIX (once)..."
@@ -27,6 +40,7 @@ wineboot -i >/dev/null 2>&1 || true
 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
 wineserver -w
 own_user_folders
+wine_fonts
 mkdir -p "$WINEPREFIX/.snapshot"
 cp "$WINEPREFIX"/system.reg "$WINEPREFIX"/user.reg "$WINEPREFIX"/userdef.reg "$WINEPREFIX/.snapshot/"
 touch "$ready"

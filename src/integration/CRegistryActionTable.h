@@ -14,6 +14,7 @@ class CRegistryActionTable
 public:
     // withLauncher: the Applications\<launcher> lines are in only when a launcher is known.
     static std::vector<HVString> Lines(bool withLauncher);
-    // The number of rows (not counting root markers) of the full table.
-    static constexpr size_t kRowCount = 104;
+    // The extension of the product's own MIME type (application/x-listenwell-lwa, row 41): what
+    // a browser hands over under that type opens through the ".Mime" ProgID.
+    static constexpr const char16_t* kMimeExtension = u".lwa";
 };

@@ -1,6 +1,7 @@
 #include "integration/FileTypeModel.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/HVTranslator.h"
 #include "foundation/HVXMLDocument.h"
 
 #include <unordered_set>
@@ -32,8 +33,9 @@ bool CanBeKeyName(const HVString& extension)
             return false;
     return true;
 }
+}
 
-std::vector<FileTypeModel::MimeAssociation> ReadMime(HVXMLDocument& document)
+std::vector<FileTypeModel::MimeAssociation> FileTypeModel::ReadMime(const HVXMLDocument& document)
 {
     std::vector<FileTypeModel::MimeAssociation> mime;
     const auto parent = document.Select(u"/*/MimeAssociations");
@@ -47,7 +49,6 @@ std::vector<FileTypeModel::MimeAssociation> ReadMime(HVXMLDocument& document)
         mime.push_back(pair);
     }
     return mime;
-}
 }
 
 const char16_t* FileTypeModel::ListElement(List list) { return kListElements[list]; }
@@ -101,7 +102,8 @@ HVString FileTypeModel::Description(const HVString& extension) const
 {
     HVString name = extension.Mid(1);
     name.MakeUpper();
-    const HVString description = HVString::Format(u"%s %s file", name, MediaType(extension));
+    const HVString description = HVString::Format(HVTranslator::Translate(u"%s %s file").c_str(), name,
+                                                  HVTranslator::Translate(MediaType(extension)));
     const auto plugin = pluginOf_.find(Lower(extension));
     return plugin == pluginOf_.end() ? description : HVString::Format(u"%s (%s)", description, plugin->second);
 }

@@ -66,6 +66,9 @@ public:
     // items, duplicates and names that can't be a registry key are left out (and logged).
     static std::vector<HVString> SplitList(const HVString& text);
     static HVString JoinList(const std::vector<HVString>& extensions);
+    // The pairs under "/*/MimeAssociations" (<Mime Type=".." Extension=".."/>), an extension
+    // given a "." where it has none; a pair without a type is left out.
+    static std::vector<MimeAssociation> ReadMime(const HVXMLDocument& document);
     static bool ContainsNoCase(const std::vector<HVString>& list, const HVString& extension);
     // The ProgID of this product for an extension.
     static HVString ProgIdFor(const HVString& extension, const HVString& productWithVersion, const HVString& mimeExtension);

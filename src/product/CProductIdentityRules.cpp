@@ -4,7 +4,11 @@
 
 bool CProductIdentityRules::IsServerEdition(std::u16string_view launcherName)
 {
-    return launcherName.find(u"Dynamo") != std::u16string_view::npos;
+    // A distributor may spell the launcher "DYNAMO.EXE" or "dynamo.exe": it is the same edition.
+    constexpr std::u16string_view kWord = u"dynamo";
+    const auto lower = [](char16_t ch) { return ch >= u'A' && ch <= u'Z' ? char16_t(ch - u'A' + u'a') : ch; };
+    return std::search(launcherName.begin(), launcherName.end(), kWord.begin(), kWord.end(),
+                       [&](char16_t a, char16_t b) { return lower(a) == b; }) != launcherName.end();
 }
 
 std::vector<int32_t> CProductIdentityRules::DefaultFeatures(std::u16string_view launcherName)

@@ -21,7 +21,7 @@ public:
     static constexpr int32_t kFeaturePortableInstall = 173;
     static constexpr int32_t kFeatureFileAssociations = 176;
 
-    // The server edition is the one whose launcher name contains "Dynamo" (as written).
+    // The server edition is the one whose launcher name contains "Dynamo", in any case.
     static bool IsServerEdition(std::u16string_view launcherName);
 
     // 24, 173 and 176, and 104 for the server edition; sorted.

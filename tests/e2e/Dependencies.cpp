@@ -81,11 +81,17 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         std::optional<std::wstring> pv;  // the rest of the version rules: CDependencyRulesTest
         bool downloads;
         const wchar_t* more = L"";
+        bool withoutDirectX = false;  // Wine's d3dx9_43.dll moved aside: DirectX is fetched instead
     } cases[] = {{L"119.0.2151.39", true}, {L"119.0.2151.40", false}, {L"120.0.0.0", false}, {std::nullopt, true},
-                 {std::nullopt, false, L" /NoDependencies"}};
+                 {std::nullopt, false, L" /NoDependencies"}, {L"120.0.0.0", true, L"", true}};
+    // Every file is where the server first sends the client elsewhere: each download follows
+    // one redirect.
     e2e::LocalHttpServer server([&](const std::string& path) {
-        return path == "/" + kEdgeSetup ? e2e::HttpReply{.body = program_}
-                                        : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
+        if (path == "/" + kEdgeSetup || path == "/d3dx943.exe")
+            return e2e::HttpReply{.status = 302, .statusText = "Found", .headers = {{"Location", "/moved" + path}}};
+        return path == "/moved/" + kEdgeSetup || path == "/moved/d3dx943.exe"
+                   ? e2e::HttpReply{.body = program_}
+                   : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
     PointAt(server, sha256_);
     // A file someone else put where the first download would go is passed by, untouched.
@@ -97,13 +103,22 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         DeleteFileW(MarkerPath().c_str());
         SetEdgeVersion(c.pv);
         const int requestsBefore = server.Requests();
+        wchar_t system[MAX_PATH] = {};
+        ::GetSystemDirectoryW(system, MAX_PATH);
+        const std::wstring d3dx = std::wstring(system) + L"\\d3dx9_43.dll";
+        if (c.withoutDirectX) {
+            ASSERT_TRUE(::MoveFileW(d3dx.c_str(), (d3dx + L".aside").c_str()));
+        }
         const e2e::SetupRun run = Install({}, c.more);
+        if (c.withoutDirectX) {
+            ASSERT_TRUE(::MoveFileW((d3dx + L".aside").c_str(), d3dx.c_str()));
+        }
         ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
-        EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 1 : 0) << label;
-        // Run from its temporary file with the silent switches, then removed.
-        const char* marker = c.downloads ? "HV Download (2).dat|/silent /install\r\n" : "";
+        EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 2 : 0) << label;
+        // Run from its temporary file with the silent switches (DirectX's setup has none), then removed.
+        const char* marker = !c.downloads ? "" : c.withoutDirectX ? "HV Download (2).dat|\r\n" : "HV Download (2).dat|/silent /install\r\n";
         EXPECT_EQ(e2e::ReadFileText(MarkerPath()), marker) << label;
-        EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads) << run.Describe();
+        EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads && !c.withoutDirectX) << run.Describe();
         EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
     EXPECT_EQ(e2e::ReadFileText(e2e::TempFolder() + planted), "someone else's");
@@ -126,6 +141,7 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         std::wstring orWholeText = {};
         bool offline = false;      // the server is never asked
         std::wstring logged = {};  // a line the log holds besides
+        bool pinned = true;        // unpinned, the length check alone must refuse the file
     } cases[] = {
         {"404", {.status = 404, .statusText = "Not Found"}, L"Server returned: 404 Not Found", false},
         {"500", {.status = 500, .statusText = "Internal Server Error"}, L"Server returned: 500 Internal Server Error", false},
@@ -133,8 +149,13 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         // A broken connection, or (as the reset may reach the reader) an early end: either way
         // fewer bytes than announced, never run.
         {"reset half way", {.body = program_, .resetAfter = program_.size() / 2}, L"Internet error.", false, kDamaged},
+        // More than announced: the client stops at the announced length, so only the digest can
+        // tell the tenth that came from the program.
         {"ten times the announced size", {.body = program_, .announced = program_.size() / 10}, kDamaged, true},
-        {"empty", {.body = ""}, kDamaged, true},
+        // Unpinned: the length alone must refuse these.
+        {"half of what was announced", {.body = program_.substr(0, program_.size() / 2), .announced = program_.size()},
+         kDamaged, true, {}, false, {}, false},
+        {"empty", {.body = ""}, kDamaged, true, {}, false, {}, false},
         {"tampered", {.body = tampered}, kDamaged, true, {}, false,
          L"SHA-256 expected " + e2e::Wide(sha256_) + L", got "},
         {"silent", {.silent = true}, L"Internet error.", false},
@@ -144,7 +165,7 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
     for (const auto& c : cases) {
         SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", c.offline ? L"1" : nullptr);
         e2e::LocalHttpServer server([&](const std::string&) { return c.reply; });
-        PointAt(server, sha256_);
+        PointAt(server, c.pinned ? sha256_ : "");
         const std::wstring address = e2e::Wide(server.BaseUrl() + kEdgeSetup);
         const std::wstring text = c.wholeText ? c.text : L"Failed to download from \n" + address + L"\n" + c.text;
         std::vector<e2e::DialogRule> rules = {{.title = L"Download Error", .text = text, .button = IDOK, .times = 1}};
@@ -157,7 +178,9 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         EXPECT_TRUE(LeftDownloads().empty()) << c.label;
         // Went on: the product is in place.
         EXPECT_TRUE(e2e::PathExists(e2e::DefaultDestination() + L"Sonora.exe")) << c.label;
-        EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
+        if (!c.logged.empty()) {
+            EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
+        }
         EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
     }
 }

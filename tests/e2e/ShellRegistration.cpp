@@ -66,6 +66,8 @@ TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"");
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc\\shell\\open\\command", L""),
               L"\"" + dest + L"Sonora.exe\" /Protocol \"%L\"");
+    // What a browser hands over as the product's own MIME type opens through the .Mime ProgID.
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".lwa", L""), L"Sonora32.Mime");
 }
 
 TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBackupStays)
@@ -77,12 +79,21 @@ TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBa
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kFileExts + L".flac", L"Progid", L"OtherPlayer.flac"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Set", L".mp3;flac;.ogg;.DAT"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID", L"{other}"));
+    // Another program's URL protocol, and a Default Programs list from an earlier install.
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"itpc", L"", L"OtherPlayer itpc"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol", L"other"));
+    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\FileAssociations", L".ogg", L"Sonora32.File"));
 
-    // /NoAssociations leaves them alone; the product's own type is there all the same.
+    // /NoAssociations leaves every opener alone; the product's own types are there all the same.
     e2e::RunResult run = RunSilent(L"/NoAssociations");
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L".mp3", L""), L"OtherPlayer.mp3");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L".mp3", L"Sonora32.Default.BAK"));
+    EXPECT_FALSE(e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".flac") || e2e::RegKeyExists(HKEY_CLASSES_ROOT, L".lwa"));
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L""), L"OtherPlayer itpc");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"other");
+    EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kClient + L"\\Capabilities\\FileAssociations"),
+              std::vector<std::wstring>{L".ogg"});
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"Sonora32.File", L""), L"Sonora file");
 
     run = RunSilent();
@@ -99,6 +110,9 @@ TEST_F(ShellRegistrationTest, AnotherProgramsTypesAreKeptBesideOursAndTheFirstBa
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"CLSID"));
     EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"MIME\\Database\\Content Type\\audio/flac", L"Sonora32.CLSID.BAK"),
               L"{other}");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"Sonora32.Default.BAK"), L"OtherPlayer itpc");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"Sonora32.URLProtocol.BAK"), L"other");
+    EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, L"itpc", L"URL Protocol"), L"");
 
     // A third program took .mp3 in between: the second install takes it back but keeps the
     // first backup, the one that gives the user's original player back.
@@ -174,7 +188,10 @@ TEST_F(ShellRegistrationTest, AMissingOrBrokenFileTypesDescriptionIsFatal)
                                                                      L"Please reinstall the latest version of the program to fix this problem.",
                                     .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1}});
         EXPECT_TRUE(run.ExitedWith(1603)) << run.Describe();
-        EXPECT_EQ(run.dialogs.size(), 1u) << run.Describe();
+        ASSERT_EQ(run.dialogs.size(), 1u) << run.Describe();
+        // Found or not, the file is named by where the installed product keeps it.
+        EXPECT_NE(run.dialogs[0].text.find(L"Path: " + e2e::DefaultDestination() + L"FileAssociations.xml\r\n"),
+                  std::wstring::npos) << e2e::Utf8(run.dialogs[0].text);
     }
 }
 }

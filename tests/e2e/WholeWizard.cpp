@@ -89,7 +89,8 @@ TEST_F(WholeWizardTest, ASilentInstallMakesTheShortcutsItsFeaturesAskFor)
         EXPECT_EQ(desktop->icon, Dest() + L"Data\\Default Art\\application.ico");
         // Wine reports Windows 10: the taskbar, not Quick Launch.
         EXPECT_FALSE(e2e::PathExists(e2e::QuickLaunchLink()));
-        EXPECT_TRUE(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version").has_value());
+        // The sample program's version, 32.1.0.100, as major, minor and build.
+        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version"), (32u << 24) | (1u << 16));
         TearDown();
     }
 }

@@ -124,7 +124,6 @@ TEST(CInstallSequenceTest, AStoppedDependencyStepEndsTheChain)
     EXPECT_FALSE(page.copied);
     EXPECT_EQ(page.finishedAt, -1);
     EXPECT_FALSE(sequence.SequenceFinished());
-    EXPECT_FALSE(sequence.OnTimer(6));
 }
 
 TEST(CInstallSequenceTest, MulDivRoundsHalfAwayFromZero)
@@ -147,12 +146,5 @@ TEST(CInstallSequenceTest, OnlyANewerInstalledProgramIsKept)
     for (const auto& r : rows)
         EXPECT_EQ(CInstallSequence::SkipInstall(r.allowDowngrade, r.found, r.installed, setup), r.skip)
             << r.allowDowngrade << r.found << r.installed.GetText().ToUtf8();
-}
-
-TEST(CInstallSequenceTest, PicturesInTheLanguageComeFirst)
-{
-    const std::vector<HVString> expected = {u"S:\\Setup\\Promo2 - Deutsch.png", u"S:\\Setup\\Promo2 - Deutsch.jpg",
-                                            u"S:\\Setup\\Promo2.png", u"S:\\Setup\\Promo2.jpg"};
-    EXPECT_EQ(CInstallSequence::PromoCandidates(u"S:\\", 2, u"Deutsch"), expected);
 }
 } // namespace

@@ -13,14 +13,4 @@ TEST(CSharedFileRulesTest, OnlyFilesInTheSystemFoldersAreShared)
     EXPECT_FALSE(CSharedFileRules::IsShared(u"C:\\Windows\\System32\\", system));
     EXPECT_FALSE(CSharedFileRules::IsShared(u"C:\\Program Files\\Halvard\\a.dll", system));
 }
-
-TEST(CSharedFileRulesTest, EachInstallRaisesTheCountByOne)
-{
-    // A file found there without a count has one user already, who must keep it.
-    EXPECT_EQ(CSharedFileRules::RaisedCount(std::nullopt, false), 1u);
-    EXPECT_EQ(CSharedFileRules::RaisedCount(std::nullopt, true), 2u);
-    EXPECT_EQ(CSharedFileRules::RaisedCount(0u, true), 1u);
-    EXPECT_EQ(CSharedFileRules::RaisedCount(1u, true), 2u);
-    EXPECT_EQ(CSharedFileRules::RaisedCount(0xFFFFFFFFu, true), 0xFFFFFFFFu);
-}
 }

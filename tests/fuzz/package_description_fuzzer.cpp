@@ -1,10 +1,10 @@
-// The package description reader on arbitrary text, and the macro expansion on what it read.
+// The package description reader on arbitrary text, and the macro expansion on what it read,
+// under the sanitizers: no crash, no read out of bounds, no undefined behaviour.
 #include "foundation/HVTextDecoder.h"
 #include "integration/CPackageDescription.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -14,8 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (!description.Parse(text))
         return 0;
     for (const CPackageDescription::FileEntry& entry : description.files) {
-        if (entry.file.IsEmpty())
-            std::abort();
         for (const CPackageDescription::Command& command : entry.commands)
             CPackageDescription::ExpandMacros(command.param, u"Sonora32", u"C:\\P\\");
     }

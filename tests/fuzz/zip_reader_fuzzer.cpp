@@ -6,7 +6,33 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string_view>
 #include <vector>
+
+namespace
+{
+// Told apart from the reader's own test: no part of the name climbs out (Windows also takes a
+// part of dots and blanks such as ".. ." for ".."), none names a drive or a stream, and the name
+// is not rooted, so joined to the unpack folder it can lead nowhere else.
+bool StaysInside(std::u16string_view name)
+{
+    if (name.empty() || name.front() == u'\\' || name.front() == u'/')
+        return false;
+    size_t start = 0;
+    for (size_t i = 0; i <= name.size(); ++i) {
+        if (i < name.size() && name[i] != u'\\' && name[i] != u'/') {
+            if (name[i] == u':' || name[i] < 0x20)
+                return false;
+            continue;
+        }
+        const std::u16string_view part = name.substr(start, i - start);
+        if (part.find_first_not_of(u". ") == std::u16string_view::npos && part.find(u"..") != std::u16string_view::npos)
+            return false;
+        start = i + 1;
+    }
+    return true;
+}
+}   // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
@@ -20,8 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::vector<uint8_t> bytes;
     for (size_t i = 0; i < reader.Members().size(); ++i) {
         const HVZipReader::Member& member = reader.Members()[i];
-        const HVString bare = member.isFolder ? member.name.Left(member.name.GetLength() - 1) : member.name;
-        if (!HVZipReader::IsSafeName(bare.view()))
+        if (!StaysInside(member.name.view()))
             std::abort();
         if (reader.Extract(i, bytes) && bytes.size() != member.size)
             std::abort();

@@ -56,12 +56,14 @@ TEST(CRegistryActionLineTest, DwordDataIsItsLeadingNumber)
 TEST(CRegistryMacrosTest, ExpandsInOrderAndOnlyTheFirstArt)
 {
     CRegistryMacros macros;
-    macros.installDir = u"C:\\P\\";
+    // Values that hold other macros: one expanded later is expanded in them, one expanded
+    // earlier stays as written.
+    macros.installDir = u"C:\\[PRODUCTNAME]\\";
     macros.productName = u"Sonora";
     macros.productWithVersion = u"Sonora32";
     macros.exePath = u"C:\\P\\Sonora 32.exe";
     macros.launcherPath = u"C:\\P\\Sonora.exe";
-    macros.launcherName = u"Sonora.exe";
+    macros.launcherName = u"[INSTALLDIR]Sonora.exe";
     macros.findArt = [](const HVString& name) { return u"C:\\Art\\" + name; };
     struct Case { const char16_t* line; const char16_t* expanded; };
     const Case cases[] = {
@@ -71,6 +73,7 @@ TEST(CRegistryMacrosTest, ExpandsInOrderAndOnlyTheFirstArt)
         {u"\"[CUSTOMART]a.ico\",\"[CUSTOMART]b.ico\"", u"\"C:\\Art\\a.ico\",\"[CUSTOMART]b.ico\""},
         {u"[CUSTOMART]x.ico", u"C:\\Art\\x.ico"},
         {u"[exepath] [EXEPATH]", u"[exepath] C:\\P\\Sonora 32.exe"},
+        {u"[INSTALLDIR]|[LAUNCHERNAME]", u"C:\\Sonora\\|[INSTALLDIR]Sonora.exe"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(macros.Expand(c.line), c.expanded) << HVString(c.line).ToUtf8();
@@ -82,13 +85,14 @@ TEST(CRegistryActionTableTest, LauncherLinesOnlyWithALauncher)
 {
     const std::vector<HVString> full = CRegistryActionTable::Lines(true);
     const std::vector<HVString> without = CRegistryActionTable::Lines(false);
-    ASSERT_EQ(full.size(), CRegistryActionTable::kRowCount + 5);
+    // 104 rows under five root markers.
+    ASSERT_EQ(full.size(), 109u);
     ASSERT_EQ(without.size(), full.size() - 5);
     for (const HVString& line : without)
         EXPECT_FALSE(line.StartsWith(u"Applications\\")) << line.ToUtf8();
     size_t parsed = 0;
     for (const HVString& line : full)
         parsed += CRegistryActionLine::Parse(line).has_value() ? 1 : 0;
-    EXPECT_EQ(parsed, CRegistryActionTable::kRowCount);
+    EXPECT_EQ(parsed, 104u);
 }
 }

@@ -45,7 +45,6 @@ TEST(CCopyRulesTest, SpecialNames)
         EXPECT_TRUE(c.test(c.yes)) << HVString(c.yes).ToUtf8();
         EXPECT_FALSE(c.test(c.no)) << HVString(c.no).ToUtf8();
     }
-    EXPECT_TRUE(CCopyRules::IsFontMode(kCopyFont | kCopyAlwaysOverwrite) && !CCopyRules::IsFontMode(kCopyAlwaysOverwrite));
 }
 
 TEST(CCopyRulesTest, FontTableNames)

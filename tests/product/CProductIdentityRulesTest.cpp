@@ -10,8 +10,8 @@ TEST(CProductIdentityRulesTest, DefaultFeaturesDependOnTheEdition)
 {
     EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u"Sonora.exe"), (Features{24, 173, 176}));
     EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u"Sonora Dynamo.exe"), (Features{24, 104, 173, 176}));
-    // The word is looked for as written, as the running-copy check does.
-    EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u"dynamo.exe"), (Features{24, 173, 176}));
+    EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u"SONORA DYNAMO.EXE"), (Features{24, 104, 173, 176}));
+    EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u"Dynam.exe"), (Features{24, 173, 176}));
     EXPECT_EQ(CProductIdentityRules::DefaultFeatures(u""), (Features{24, 173, 176}));
 }
 

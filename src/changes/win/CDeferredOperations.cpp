@@ -24,22 +24,43 @@ HVString CDeferredOperations::StagingFolder() const
     return installFolder_ + u"Setup\\";
 }
 
-HVString CDeferredOperations::Stage(const HVString& source)
+HVString CDeferredOperations::StagedPath(const HVString& source, const HVString& destination)
 {
-    const HVString folder = StagingFolder();
+    // One numbered folder per destination folder: two files of one name bound for different
+    // folders never share a staged copy, and the staged file keeps its own name.
+    const HVString folder = HVFileSystemPath::GetFolder(destination);
+    size_t number = 0;
+    while (number < stagedFor_.size() && !stagedFor_[number].EqualsNoCase(folder))
+        ++number;
+    if (number == stagedFor_.size())
+        stagedFor_.push_back(folder);
+    return HVString::Format(u"%s%d\\", StagingFolder(), static_cast<int32_t>(number + 1)) +
+           HVFileSystemPath::GetFileName(source);
+}
+
+HVString CDeferredOperations::Stage(const HVString& source, const HVString& destination)
+{
     if (installFolder_.IsEmpty())
         return HVString();
-    const bool folderExisted = HVFileSystem::FolderExists(folder);
-    if (!folderExisted && !HVFileSystem::MakeDirectoryTree(folder))
-        return HVString();
-    if (!folderExisted && changes_)
-        changes_->Note(InstallChange::Kind::FolderCreated, folder);
+    const HVString staged = StagedPath(source, destination);
+    const HVString folder = HVFileSystemPath::GetFolder(staged);
+    for (const HVString& made : {StagingFolder(), folder}) {
+        if (HVFileSystem::FolderExists(made))
+            continue;
+        if (!HVFileSystem::MakeDirectoryTree(made))
+            return HVString();
+        if (changes_)
+            changes_->Note(InstallChange::Kind::FolderCreated, made);
+    }
 
-    const HVString staged = folder + HVFileSystemPath::GetFileName(source);
+    // Whole under a temporary name first: a pending rename must never find a part of the file.
+    const HVString temporary = staged + u".iwnew";
     const bool existed = HVFileSystem::Exists(staged, false);
-    if (changes_)
+    if (changes_) {
+        changes_->NoteStarted(temporary, HVFileSystem::Exists(temporary, false));
         changes_->NoteStarted(staged, existed);
-    if (!HVFileSystem::CopyFileWhole(source, staged)) {
+    }
+    if (!HVFileSystem::CopyFileByRename(source, staged, temporary, false)) {
         HVLog::Write(HVLog::kWarning, "CDeferredOperations::Stage", u"Could not stage %s", source);
         return HVString();
     }
@@ -52,7 +73,7 @@ bool CDeferredOperations::ReplaceAtRestart(const HVString& source, const HVStrin
 {
     if (!replaceAtRestartAvailable_ || !HVFileSystem::CanMoveFileAtRestart())
         return false;
-    const HVString staged = Stage(source);
+    const HVString staged = Stage(source, destination);
     if (staged.IsEmpty() || !HVFileSystem::MoveFileAtRestart(staged, destination))
         return false;
     if (changes_)
@@ -62,7 +83,7 @@ bool CDeferredOperations::ReplaceAtRestart(const HVString& source, const HVStrin
 
 bool CDeferredOperations::DeferInstall(const HVString& source, const HVString& destination)
 {
-    const HVString staged = Stage(source);
+    const HVString staged = Stage(source, destination);
     if (staged.IsEmpty())
         return false;
     pendingFiles_.push_back(CJournalFormat::InstallEntry(staged, destination));

@@ -25,8 +25,8 @@ public:
     HVString StagingFolder() const;
 
     // MoveFileExW looked up in kernel32 at run time (flags 5: replace existing, delay until
-    // reboot) on a copy of `source` staged under its own name. False when the function is
-    // missing, the staging copy fails or Windows refuses.
+    // reboot) on a staged copy of `source`. False when the function is missing, the staging
+    // copy fails or Windows refuses.
     bool ReplaceAtRestart(const HVString& source, const HVString& destination);
     // Stages the file and appends the install entry; nothing is recorded when staging fails.
     bool DeferInstall(const HVString& source, const HVString& destination);
@@ -61,14 +61,17 @@ public:
     static bool WriteFinishFile(const HVString& setupFolder, const HVString& installFolder, const HVString& launcherName);
 
 private:
-    // A whole copy of `source` in the staging folder under its own name; empty when that
-    // can't be made (nothing partial is left).
-    HVString Stage(const HVString& source);
+    // "Setup\<n>\<source's name>": n numbers the destination folders staged for in this run.
+    HVString StagedPath(const HVString& source, const HVString& destination);
+    // A whole copy of `source` at the staged path of `destination`, made under a temporary
+    // name and renamed when whole; empty when that can't be made (nothing partial is left).
+    HVString Stage(const HVString& source, const HVString& destination);
 
     HVString installFolder_;
     CInstallChangeLog* changes_ = nullptr;
     std::vector<HVString> pendingFiles_;
     std::vector<HVString> pendingRegistrations_;
+    std::vector<HVString> stagedFor_;  // destination folders, in the order of their staging folders
     bool restartNeeded_ = false;
     bool shellExtensionRegistered_ = true;
     bool replaceAtRestartAvailable_ = true;

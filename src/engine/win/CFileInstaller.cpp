@@ -167,7 +167,13 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     } else {
         if (inUse)
             *inUse = IsInUseError(error);
-        result = allowDeferral && deferred_.DeferCopy(source, destination) ? CopyResult::Deferred : CopyResult::Failed;
+        // Deferred even when neither Windows nor the journal could take the new file: the old
+        // one stays in use, and a module's registration still waits for the next logon.
+        result = CopyResult::Failed;
+        if (allowDeferral) {
+            deferred_.DeferCopy(source, destination);
+            result = CopyResult::Deferred;
+        }
     }
     if (result == CopyResult::Failed)
         return result;
@@ -245,15 +251,8 @@ bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destinat
 {
     // The new file is whole beside the old one before the old one goes, and a rename within one
     // folder replaces it in one step: whenever the process ends, the destination is old or new.
-    const HVString temporary = TemporaryName(destination);
-    if (!HVFileSystem::CopyFileWhole(source, temporary, &error))
-        return false;
-    if (destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes))
-        HVFileSystem::SetNormalAttributes(destination);
-    if (HVFileSystem::MoveFile(temporary, destination, true, false, &error))
-        return true;
-    HVFileSystem::DeleteFile(temporary);
-    return false;
+    const bool blocked = destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes);
+    return HVFileSystem::CopyFileByRename(source, destination, TemporaryName(destination), blocked, &error);
 }
 
 void CFileInstaller::MakeFolderFor(const HVString& destination)

@@ -28,7 +28,7 @@ public:
     {
         Copied,    // the new file is in place
         Skipped,   // version check: the installed file is as new or newer; or the same file
-        Deferred,  // in use: replaced at restart or journaled
+        Deferred,  // in use: replaced at restart or journaled (or, when neither could take it, left)
         Failed,    // neither copied nor deferred (the old file, if any, is untouched)
     };
 

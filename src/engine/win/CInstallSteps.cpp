@@ -20,6 +20,17 @@
 namespace
 {
 const char16_t* const kCopyFailed = u"Install Wizard could not copy necessary files to the destination folder.";
+
+HVString StepsSystemFolder(UINT (WINAPI* get)(LPWSTR, UINT))
+{
+    // Test-only: IW_TEST_ONLY_NO_SYSTEM_PATH=1 (the system folders) and IW_TEST_ONLY_NO_FONT_PATH=1
+    // (the Windows folder, which holds the fonts) make the folder unobtainable, as a system can
+    // answer, so that the boxes that say so can be tested end to end.
+    const wchar_t* unobtainable = get == &::GetWindowsDirectoryW ? L"IW_TEST_ONLY_NO_FONT_PATH" : L"IW_TEST_ONLY_NO_SYSTEM_PATH";
+    if (const wchar_t* value = ::_wgetenv(unobtainable); value && *value == L'1')
+        return HVString();
+    return HVFileSystem::SystemFolder(get);
+}
 }
 
 CInstallSteps::CInstallSteps(const CInstallContext& context, CInstallRun& run, IInstallPage& page,
@@ -193,7 +204,7 @@ void CInstallSteps::CopySystemFiles()
         return;
     const CInstallContext& context = context_;
     for (auto getFolder : {&::GetSystemDirectoryW, &::GetSystemWow64DirectoryW}) {
-        const HVString system = HVFileSystem::SystemFolder(getFolder);
+        const HVString system = StepsSystemFolder(getFolder);
         if (system.IsEmpty()) {
             ShowError(HVTranslator::Translate(u"The install wizard can not obtain the Windows system path. System files will not be installed."),
                       u"Error");
@@ -202,7 +213,7 @@ void CInstallSteps::CopySystemFiles()
         files_.CopyTree(context.setupFolder + u"System\\Check Version\\", system, kCopyVersionCheck, page_);
         files_.CopyTree(context.setupFolder + u"System\\Always Overwrite\\", system, kCopyAlwaysOverwrite, page_);
         // Fonts go with each pass, so they are copied and added to the font table twice.
-        const HVString windows = HVFileSystem::SystemFolder(&::GetWindowsDirectoryW);
+        const HVString windows = StepsSystemFolder(&::GetWindowsDirectoryW);
         if (windows.IsEmpty()) {
             ShowError(HVTranslator::Translate(u"The install wizard can not obtain the system font path. Custom fonts will not be installed."),
                       u"Error");

@@ -36,19 +36,29 @@ void DispatchPlain(const MSG& msg, const HVApp::OwnHandling& ownHandling)
 }
 }
 
-void HVApp::DispatchTracked(const MSG& msg, const OwnHandling& ownHandling)
+MSG HVApp::GetCurrent() const
 {
-    const UINT outerMessage = currentMessage_;
-    const WPARAM outerWParam = currentWParam_;
-    const LPARAM outerLParam = currentLParam_;
+    MSG msg = {};
+    msg.message = currentMessage_;
+    msg.wParam = currentWParam_;
+    msg.lParam = currentLParam_;
+    return msg;
+}
+
+void HVApp::SetCurrent(const MSG& msg)
+{
     currentMessage_ = msg.message;
     currentWParam_ = msg.wParam;
     currentLParam_ = msg.lParam;
+}
+
+void HVApp::DispatchTracked(const MSG& msg, const OwnHandling& ownHandling)
+{
+    const MSG outer = GetCurrent();
+    SetCurrent(msg);
     DispatchPlain(msg, ownHandling);
     // Dispatching may pump nested loops (modal boxes): the outer message is current again.
-    currentMessage_ = outerMessage;
-    currentWParam_ = outerWParam;
-    currentLParam_ = outerLParam;
+    SetCurrent(outer);
 }
 
 void HVApp::Dispatch(const MSG& msg, const OwnHandling& ownHandling)

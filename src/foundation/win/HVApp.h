@@ -28,6 +28,10 @@ public:
     UINT GetCurrentMessage() const { return currentMessage_; }
     WPARAM GetCurrentWParam() const { return currentWParam_; }
     LPARAM GetCurrentLParam() const { return currentLParam_; }
+    // The same as one record, and its setter for loops the program doesn't run itself
+    // (HVTrackedModalLoop).
+    MSG GetCurrent() const;
+    void SetCurrent(const MSG& msg);
 
     // A message loop's own handling of a message (a dialog's keyboard navigation), tried
     // before the plain dispatch; true: handled.

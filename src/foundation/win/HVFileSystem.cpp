@@ -260,6 +260,19 @@ bool HVFileSystem::CopyFileWhole(const HVString& source, const HVString& target,
     return code == ERROR_SUCCESS;
 }
 
+bool HVFileSystem::CopyFileByRename(const HVString& source, const HVString& target, const HVString& temporary,
+                                    bool clearTarget, DWORD* error)
+{
+    if (!CopyFileWhole(source, temporary, error))
+        return false;
+    if (clearTarget)
+        SetNormalAttributes(target);
+    if (MoveFile(temporary, target, true, false, error))
+        return true;
+    DeleteFile(temporary);
+    return false;
+}
+
 bool HVFileSystem::IsSameFile(const HVString& first, const HVString& second)
 {
     BY_HANDLE_FILE_INFORMATION info[2];

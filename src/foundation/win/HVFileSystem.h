@@ -67,6 +67,11 @@ public:
     // that fails part way (a full disk) removes what it wrote, and a read-only leftover at the
     // target is removed and the copy tried once more.
     static bool CopyFileWhole(const HVString& source, const HVString& target, DWORD* error = nullptr);
+    // A whole copy at `temporary` first, then one rename over `target` (its read-only, hidden
+    // and system attributes cleared first when `clearTarget`): whenever the process ends,
+    // `target` is the old file or the new one, never a part. No temporary is left on failure.
+    static bool CopyFileByRename(const HVString& source, const HVString& target, const HVString& temporary,
+                                 bool clearTarget, DWORD* error = nullptr);
     // Whether two paths name one file (the same volume and file index), through links,
     // short names and different spellings. False when either can't be opened.
     static bool IsSameFile(const HVString& first, const HVString& second);

@@ -1,6 +1,7 @@
 #include "foundation/win/HVThread.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/win/HVApp.h"
 
 #include <process.h>
 
@@ -19,7 +20,10 @@ HVThread::~HVThread()
 
 unsigned __stdcall HVThread::Entry(void* self)
 {
-    static_cast<HVThread*>(self)->Run();
+    HVThread* thread = static_cast<HVThread*>(self);
+    thread->Run();
+    // A body that ends by itself leaves a thread that can be started again.
+    thread->running_ = false;
     return 0;
 }
 
@@ -55,13 +59,8 @@ bool HVThread::WaitForEnd(int32_t timeoutMs)
     while (thread_) {
         if (::WaitForSingleObject(thread_.Get(), 0) == WAIT_OBJECT_0)
             return true;
-        if (pumpMessages_) {
-            MSG msg;
-            while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-                ::TranslateMessage(&msg);
-                ::DispatchMessageW(&msg);
-            }
-        }
+        if (pumpMessages_)
+            HVApp::PumpWaitingMessages();
         ::Sleep(static_cast<DWORD>(pollMs_));
         const ULONGLONG elapsed = ::GetTickCount64() - start;
         // A handle whose thread is gone in a way the wait doesn't see (ended by someone else).

@@ -2,6 +2,7 @@
 
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVTrackedModalLoop.h"
 #include "toolkit/win/HVMessageBox.h"
 
 #include <cstddef>
@@ -185,6 +186,7 @@ int CLanguageSelectionDlg::Show(HWND owner, const std::vector<CLanguageInfo>& la
     DialogState state;
     state.languages = &languages;
     state.preselect = preselected;
+    const HVTrackedModalLoop tracked;
     const INT_PTR result = ::DialogBoxIndirectParamW(::GetModuleHandleW(nullptr), tpl.Get(), owner, DialogProc,
                                                      reinterpret_cast<LPARAM>(&state));
     if (result == -1 || result == 0) {

@@ -80,7 +80,8 @@ bool IsProcessUnderWow64()
     return known == 1;
 }
 
-void ApplyRegistryLines(const ShellRegistration& record, const std::vector<HVString>& lines, const CShellContext& context)
+void ApplyRegistryLines(const ShellRegistration& record, const std::vector<HVString>& lines, const CShellContext& context,
+                        bool underWow64)
 {
     CRegistryMacros macros;
     macros.installDir = context.installFolder;
@@ -101,7 +102,7 @@ void ApplyRegistryLines(const ShellRegistration& record, const std::vector<HVStr
             root = RootKey(*marker);
             continue;
         }
-        const bool bothViews = CRegistryMacros::NeedsBothViews(text) && IsProcessUnderWow64();
+        const bool bothViews = underWow64 && CRegistryMacros::NeedsBothViews(text);
         const auto line = CRegistryActionLine::Parse(macros.Expand(text));
         if (!line)
             continue;

@@ -10,6 +10,8 @@ void BuildRegistryActionTable(const ShellRegistration& record, const CShellConte
 {
     HVLogTimer timer("BuildRegistryActionTable");
     ApplyRegistryLines(record, CRegistryActionTable::Lines(!record.launcherPath.IsEmpty()), context);
+    if (!record.associate)
+        return;
     CFileAssociations(context, record).RegisterChosen();
     RegisterDefaultPrograms(record, context);
 }

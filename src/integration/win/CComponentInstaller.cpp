@@ -41,7 +41,8 @@ void CComponentInstaller::RunPluginStep(IInstallProgress& progress)
 
 void CComponentInstaller::InstallPluginsAndPackages(IInstallProgress&)
 {
-    CInstallPackage::InstallListed(context_);
+    for (const HVString& location : CInstallPackage::InstallListed(context_))
+        MarkPackageError(location);
 }
 
 void CComponentInstaller::InstallShellIntegration(IInstallProgress& progress)

@@ -25,8 +25,13 @@ bool ReadText(const HVRegKey& key, const HVString& name, HVString& text)
 
 void CFileAssociations::RegisterChosen()
 {
-    for (const HVString& extension : FileTypeModel::SplitList(record_.fileTypes))
+    const std::vector<HVString> chosen = FileTypeModel::SplitList(record_.fileTypes);
+    for (const HVString& extension : chosen)
         AssociateExtension(extension, HVString());
+    // The product's own MIME type is no choice of the user's: without it what a browser hands
+    // over under that type would find no opener.
+    if (!record_.mimeExtension.IsEmpty() && !FileTypeModel::ContainsNoCase(chosen, record_.mimeExtension))
+        AssociateExtension(record_.mimeExtension, HVString());
     for (const HVString& protocol : FileTypeModel::SplitList(record_.protocols))
         RegisterProtocol(protocol.Mid(1));  // the list's items come with a "." in front
 }
@@ -40,12 +45,17 @@ void CFileAssociations::KeepForeign(CRegistryWriter& key, const HVString& name, 
     key.SetString(backup, value);
 }
 
-void CFileAssociations::SetKeepingForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const
+void CFileAssociations::KeepIfForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const
 {
     HVString present;
     if (key.Key().QueryString(name, present) && present != value &&
         FileTypeModel::IsForeign(present, record_.productWithVersion))
         KeepForeign(key, name, present);
+}
+
+void CFileAssociations::SetKeepingForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const
+{
+    KeepIfForeign(key, name, value);
     if (value.IsEmpty())
         key.DeleteValue(name);
     else
@@ -129,6 +139,8 @@ void CFileAssociations::RegisterProtocol(const HVString& protocol)
     CRegistryWriter key(context_.changes, HKEY_CLASSES_ROOT, protocol);
     if (key.Open()) {
         SetKeepingForeign(key, HVString(), u"URL: " + protocol + u" Protocol");
+        // Its data is no ProgID, yet another program's text there is kept like any other value.
+        KeepIfForeign(key, u"URL Protocol", HVString());
         HVString present;
         if (!key.Key().QueryString(u"URL Protocol", present) || !present.IsEmpty())
             key.SetString(u"URL Protocol", HVString());

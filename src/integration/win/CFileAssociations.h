@@ -15,7 +15,8 @@ public:
     CFileAssociations(const CShellContext& context, const ShellRegistration& record)
         : context_(context), record_(record) {}
 
-    // The protocol-and-extension step: every chosen extension, then every chosen protocol.
+    // The protocol-and-extension step: every chosen extension and the MIME extension, then
+    // every chosen protocol.
     void RegisterChosen();
     // progId empty: the product's ProgID for the extension.
     void AssociateExtension(const HVString& extension, const HVString& progId);
@@ -33,6 +34,8 @@ private:
     // string beside it.
     void SetKeepingForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const;
     void KeepForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const;
+    // Keeps the present string beside the value when it is another program's and `value` differs.
+    void KeepIfForeign(CRegistryWriter& key, const HVString& name, const HVString& value) const;
     void RegisterMimeTypes(const HVString& extension);
     void OverridePerUserChoice(const HVString& extension, const HVString& progId);
 

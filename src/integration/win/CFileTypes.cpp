@@ -1,5 +1,6 @@
 #include "integration/win/CFileTypes.h"
 
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/HVXMLDocument.h"
@@ -16,19 +17,6 @@ namespace
 std::mutex gLock;
 std::unique_ptr<FileTypeModel> gModel;
 
-std::vector<FileTypeModel::MimeAssociation> DescriptionMime(const HVInstallDescription& description)
-{
-    std::vector<FileTypeModel::MimeAssociation> mime;
-    const HVXMLDocument& document = description.GetDocument();
-    const auto parent = description.FindElement(u"/*/MimeAssociations");
-    for (auto child = parent ? document.GetFirstChild(parent) : 0; child; child = document.GetNextSibling(child)) {
-        FileTypeModel::MimeAssociation pair{document.GetElemAttrib(child, u"Type").Trim(),
-                                            document.GetElemAttrib(child, u"Extension").Trim()};
-        if (!pair.type.IsEmpty())
-            mime.push_back(pair);
-    }
-    return mime;
-}
 }
 
 HVString CFileTypes::FatalText(const HVString& path, const HVString& version)
@@ -59,15 +47,19 @@ const FileTypeModel* CFileTypes::Get(const CProductIdentity& product, const HVIn
     HVXMLDocument document;
     auto model = std::make_unique<FileTypeModel>();
     FileTypeModel::Overrides overrides{description.GetText(u"/*/Product/DefaultFileTypes"),
-                                       description.GetText(u"/*/Product/DefaultAssocFileTypes"), DescriptionMime(description)};
+                                       description.GetText(u"/*/Product/DefaultAssocFileTypes"),
+                                       FileTypeModel::ReadMime(description.GetDocument())};
     const FileTypeModel::LoadResult result = path.IsEmpty() || !document.Load(path)
                                                  ? FileTypeModel::LoadResult::NotParsed
                                                  : model->Load(document, overrides, InputPlugins());
     if (result != FileTypeModel::LoadResult::Loaded) {
-        HVLog::Write(HVLog::kError, "CFileTypes::Get", u"Cannot load %s (result %d, version \"%s\")",
-                     path.IsEmpty() ? HVString(kFileName) : path, static_cast<int32_t>(result), model->Version());
-        HVMessageBox::Show(owner, FatalText(path.IsEmpty() ? HVString(kFileName) : path, model->Version()),
-                           HVTranslator::Translate(u"Information"), MB_OK | MB_ICONERROR);
+        // A file found nowhere is named where the installed product keeps it: that is where a
+        // support person would look.
+        const HVString shown = path.IsEmpty() ? HVFileSystemPath::AddBackslash(installFolder) + kFileName : path;
+        HVLog::Write(HVLog::kError, "CFileTypes::Get", u"Cannot load %s (result %d, version \"%s\")", shown,
+                     static_cast<int32_t>(result), model->Version());
+        HVMessageBox::Show(owner, FatalText(shown, model->Version()), HVTranslator::Translate(u"Information"),
+                           MB_OK | MB_ICONERROR);
         return nullptr;
     }
     HVLog::Write(HVLog::kInfo, "CFileTypes::Get", u"%s version %s: %d file types, %d MIME types", path, model->Version(),

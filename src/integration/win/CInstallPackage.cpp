@@ -20,7 +20,10 @@
 #include "integration/win/CInstallWAPlugin.h"
 #include "integration/win/CRunningProduct.h"
 #include "product/HVInstallDescription.h"
+#include "product/HVInstallDescription.h"
 #include "product/InstallOptions.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 #include "product/win/CProductIdentity.h"
 #include "toolkit/win/HVMessageBox.h"
 
@@ -217,8 +220,14 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
         return Fail(TF(u"Failed to unzip file '%s'.", archiveName));
     }
     CPackageDescription description;
-    if (!ReadDescription(reader, description) || !description.HasActions())
-        return FailPackage(Translated(u"The package holds no description of what to install."), location);
+    if (!ReadDescription(reader, description) || !description.HasActions()) {
+        // Nothing says what to do with it: a plain archive, its files put into the program
+        // folder as they lie in it, after the same question.
+        HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s has no description: installed as plain files",
+                     archiveName);
+        description = CPackageDescription();
+        description.actions = Description::kUnzipDir;
+    }
     // Without a name of its own the package is called by its file name, less the extension.
     const int32_t dot = archiveName.ReverseFind(u'.');
     const HVString name = !description.name.IsEmpty() ? description.name : dot > 0 ? archiveName.Left(dot) : archiveName;
@@ -455,20 +464,13 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
                 const int32_t error = exitCode != -1 ? exitCode : static_cast<int32_t>(::GetLastError());
                 return Fail(TF(u"Failed to install using Package Installer.\r\nParameters: %s\r\nError: %d", parameters, error));
             }
-        } else if (word == u"REG_WA_IN" || word == u"REG_WA_DSP" || word == u"REG_WA_VIS" || word == u"REG_WA_PLUGIN") {
+        } else if (word == u"REG_WA_IN" || word == u"REG_WA_DSP" || word == u"REG_WA_VIS" || word == u"REG_WA_PLUGIN" ||
+                   word == u"REG_PLUGIN") {
+            // The plug-in installer copies it to its kind's folder and writes the record the
+            // player finds it by; a product plug-in is whatever kind the file turns out to be.
             if (!CInstallWAPlugin(context_.changes, context_.installFolder, context_.owner, !context_.interactive)
                      .Install(current, PluginKind(word)))
                 return false;
-        } else if (word == u"REG_PLUGIN") {
-            const HVString plugins = context_.installFolder + u"Plugins\\";
-            if (!HVFileSystem::IsSameFile(current, plugins + HVFileSystemPath::GetFileName(current))) {
-                if (!CopyEntry(current, plugins, move))
-                    return false;
-                current = plugins + HVFileSystemPath::GetFileName(current);
-            }
-            context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
-            if (!CComponentRegistration::RegisterServer(current))
-                return Fail(TF(u"Failed to register object.\r\n%s", current));
         } else if (word == u"REGISTRY") {
             const HVString lines = command.param.IsEmpty() ? current : unpacked + HVFileSystemPath::GetFileName(param);
             if (!ApplyRegistryFile(lines))
@@ -481,8 +483,9 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
     return true;
 }
 
-void CInstallPackage::InstallListed(const CInstallContext& context)
+std::vector<HVString> CInstallPackage::InstallListed(const CInstallContext& context)
 {
+    std::vector<HVString> failed;
     const HVString list = context.description.GetText(u"/*/Installer/Packages");
     Context packageContext{context.changes,
                            context.installFolder,
@@ -503,10 +506,8 @@ void CInstallPackage::InstallListed(const CInstallContext& context)
         const HVString location =
             IsUrl(entry) || HVFileSystemPath::IsAbsolute(entry.view()) ? entry : context.setupFolder + entry;
         context.progress.SetStatusText(TF(u"Installing package '%s'", HVFileSystemPath::GetFileName(location)));
-        if (CInstallPackage(packageContext).Install(location))
-            continue;
-        CRegistryWriter installer(context.changes, context.product.GetRegistryHive(), context.product.GetInstallerKey());
-        if (installer.Open())
-            installer.SetString(u"InstallPackageError", location);
+        if (!CInstallPackage(packageContext).Install(location))
+            failed.push_back(location);
     }
+    return failed;
 }

@@ -18,7 +18,8 @@ class HVZipReader;
 // asked or written (HVZipReader); the user confirms; the package is unpacked into a folder of
 // its own under the temporary folder; the package-level actions run in their fixed order, then
 // each file's commands in document order; the temporary folder goes unless the package keeps it.
-// A file that is no archive but a module is installed as a plug-in of whatever kind it is.
+// A file that is no archive but a module is installed as a plug-in of whatever kind it is; an
+// archive without a description is a plain one, unpacked into the program folder as it lies.
 // Failures are told in "Information" boxes and the result is false; the user's "No" at the
 // confirmation is no failure.
 class CInstallPackage
@@ -45,9 +46,8 @@ public:
 
     // The packages the install description names ("/*/Installer/Packages": ";"-separated, each
     // a path relative to the setup folder, a full path or an address), for the plug-in step. A
-    // package that fails is marked with "InstallPackageError" in the installer's key and the
-    // next one still runs.
-    static void InstallListed(const CInstallContext& context);
+    // package that fails doesn't stop the next one; the locations that failed come back.
+    static std::vector<HVString> InstallListed(const CInstallContext& context);
 
     // The folder a COPY_ word puts files in; empty for a word that is no copy.
     HVString CopyFolder(const HVString& word) const;

@@ -10,8 +10,10 @@
 #include "foundation/win/HVRegKey.h"
 #include "integration/win/CRunningProduct.h"
 #include "integration/win/PluginEntryPoints.h"
+#include "product/win/CProductIdentity.h"
 #include "toolkit/win/HVMessageBox.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -181,7 +183,19 @@ bool CInstallWAPlugin::Examine(const HVString& path, Kind expected, Examined& fo
     } else if (path.EndsWithNoCase(u".vst3") && proc(PE::kVst3Export)) {
         found.kind = Kind::DSP;
         found.vst = true;
-        found.record.pluginDescription = found.record.fileDescription;
+        // The effect's name is the one its factory gives its audio class; a module may hold
+        // several classes (editors, controllers), of which the first effect counts.
+        PE::Vst3Factory* factory = reinterpret_cast<PE::GetPluginFactory>(proc(PE::kVst3Export))();
+        if (!factory || !factory->methods)
+            return cannotLoad(HVTranslator::Translate(u"The VST 3 module gave no factory."));
+        const int32_t classes = factory->methods->countClasses(factory);
+        for (int32_t i = 0; i < classes && i < 256 && found.record.pluginDescription.IsEmpty(); ++i) {
+            PE::Vst3ClassInfo info{};
+            if (factory->methods->getClassInfo(factory, i, &info) == 0 &&
+                std::strncmp(info.category, PE::kVst3EffectCategory, sizeof(info.category)) == 0)
+                found.record.pluginDescription = PluginText(info.name, sizeof(info.name));
+        }
+        factory->methods->release(factory);
     } else {
         PE::VstMain vstMain = nullptr;
         for (const char* name : PE::kVstExports)
@@ -217,6 +231,12 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
 {
     const HVString folder = installFolder_ + u"Plugins\\" + KindFolder(found.kind) + u"\\";
     const HVString target = folder + HVFileSystemPath::GetFileName(path);
+    const HVString recordPath = HVString(kPluginsKey) + KindFolder(found.kind) + u"\\" + KeyName(found.record.name);
+    // The record's key first: a plug-in the player could never find must not be copied either.
+    CRegistryWriter record(changes_, HKEY_LOCAL_MACHINE, recordPath);
+    if (!record.Open())
+        return Refuse(HVString::Format(HVTranslator::Translate(u"Cannot record plug-in.\r\n\r\nHKEY_LOCAL_MACHINE\\%s").c_str(),
+                                       recordPath));
     if (!HVFileSystem::IsSameFile(path, target)) {
         if (!HVFileSystem::FolderExists(folder)) {
             HVFileSystem::MakeDirectoryTree(folder);
@@ -234,10 +254,6 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
         changes_.NoteFile(target, existed);
     }
 
-    CRegistryWriter record(changes_, HKEY_LOCAL_MACHINE,
-                           HVString(kPluginsKey) + KindFolder(found.kind) + u"\\" + KeyName(found.record.name));
-    if (!record.Open())
-        return false;
     record.SetString(u"Path", target);
     record.SetString(u"Plugin Description", found.record.pluginDescription);
     record.SetString(u"File Description", found.record.fileDescription);
@@ -256,6 +272,12 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
     }
     record.SetDWORD(u"IVersion", kRecordVersion);
     record.DeleteValue(u"strPath");
+    // What the player's plug-in manager offers to remove, and where its record is.
+    CRegistryWriter removal(changes_, HKEY_LOCAL_MACHINE, HVString(kPluginsKey) + u"Uninstall\\" + KeyName(found.record.name));
+    if (removal.Open()) {
+        removal.SetString(u"Path", target);
+        removal.SetString(u"Record", HVString(KindFolder(found.kind)) + u"\\" + KeyName(found.record.name));
+    }
     HVLog::Write(HVLog::kInfo, "CInstallWAPlugin::Install", u"%s installed as %s plug-in '%s'", target,
                  KindFolder(found.kind), found.record.name);
     CRunningProduct::Tell(CRunningProduct::kPluginInstalled, target);
@@ -264,9 +286,27 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
 
 std::optional<CInstallWAPlugin::Record> CInstallWAPlugin::Find(Kind kind, const HVString& name)
 {
+    for (const Store& store : Stores())
+        if (auto record = Read(store, kind, name))
+            return record;
+    return std::nullopt;
+}
+
+const std::vector<CInstallWAPlugin::Store>& CInstallWAPlugin::Stores()
+{
+    // The player's own list comes first: what it keeps there is what it actually loads.
+    static const std::vector<Store> stores = {
+        {HKEY_CURRENT_USER, HVString(CProductIdentity::kRegistryRoot) + u"\\Plugins\\"},
+        {HKEY_LOCAL_MACHINE, kPluginsKey},
+    };
+    return stores;
+}
+
+std::optional<CInstallWAPlugin::Record> CInstallWAPlugin::Read(const Store& store, Kind kind, const HVString& name)
+{
     HVRegKey key;
     DWORD layout = 0;
-    if (!key.Open(HKEY_LOCAL_MACHINE, HVString(kPluginsKey) + KindFolder(kind) + u"\\" + KeyName(name)) ||
+    if (!key.Open(store.root, store.path + KindFolder(kind) + u"\\" + KeyName(name)) ||
         !key.QueryDWORD(u"IVersion", layout) || layout != kRecordVersion)
         return std::nullopt;
     Record record;
@@ -282,12 +322,19 @@ std::optional<CInstallWAPlugin::Record> CInstallWAPlugin::Find(Kind kind, const 
 std::vector<CInstallWAPlugin::Record> CInstallWAPlugin::List(Kind kind)
 {
     std::vector<Record> records;
-    HVRegKey folder;
-    if (!folder.Open(HKEY_LOCAL_MACHINE, HVString(kPluginsKey) + KindFolder(kind)))
-        return records;
-    for (const HVString& name : folder.EnumSubKeys()) {
-        if (auto record = Find(kind, name))
+    std::vector<HVString> seen;
+    for (const Store& store : Stores()) {
+        HVRegKey folder;
+        if (!folder.Open(store.root, store.path + KindFolder(kind)))
+            continue;
+        for (const HVString& name : folder.EnumSubKeys()) {
+            const bool known = std::any_of(seen.begin(), seen.end(), [&](const HVString& s) { return s.EqualsNoCase(name); });
+            auto record = known ? std::nullopt : Read(store, kind, name);
+            if (!record)
+                continue;
+            seen.push_back(name);
             records.push_back(std::move(*record));
+        }
     }
     return records;
 }

@@ -15,7 +15,8 @@ class CInstallChangeLog;
 // is loaded to learn its kind, name and version (only those entry points are called, and it is
 // unloaded again), copied into the kind's folder under the program folder and recorded under
 // HKEY_LOCAL_MACHINE "SOFTWARE\Halvard\Listenwell\Plugins\<kind>\<name>", where the player
-// finds it. A refusal is told in an "Information" box; nothing is then copied or recorded.
+// finds it, with a removal record under "Plugins\Uninstall\<name>". A refusal is told in an
+// "Information" box; nothing is then copied or recorded.
 class CInstallWAPlugin
 {
 public:
@@ -43,14 +44,24 @@ public:
     // expected: the kind the caller asks for; Any takes whatever the file turns out to be.
     bool Install(const HVString& path, Kind expected = Kind::Any);
 
-    // The record of an installed plug-in; none when it is missing or of another layout.
+    // The record of an installed plug-in, from the player's own list ("Plugins" under the
+    // product's registry root) or else the machine's; none when it is missing or of another
+    // layout.
     static std::optional<Record> Find(Kind kind, const HVString& name);
-    // Every valid record of a kind, in the registry's order.
+    // Every valid record of a kind, the player's own list first; a name once only.
     static std::vector<Record> List(Kind kind);
     // "Input", "DSP" or "RemoteControl": the key and the folder under "Plugins\".
     static const char16_t* KindFolder(Kind kind);
 
 private:
+    struct Store
+    {
+        HKEY root;
+        HVString path;  // ends in "Plugins\"
+    };
+    static const std::vector<Store>& Stores();
+    static std::optional<Record> Read(const Store& store, Kind kind, const HVString& name);
+
     struct Examined;
     bool Examine(const HVString& path, Kind expected, Examined& found);
     bool Refuse(const HVString& text);

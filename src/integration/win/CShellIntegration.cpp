@@ -1,14 +1,19 @@
 #include "integration/win/CShellIntegration.h"
 
 #include "foundation/HVLog.h"
+#include "integration/CRegistryActionTable.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CAssociationChoice.h"
 #include "integration/win/CFileTypes.h"
 #include "integration/win/CShellContext.h"
 #include "integration/win/CompleteShellRegistration.h"
 #include "product/CProductIdentityRules.h"
+#include "product/CProductIdentityRules.h"
+#include "product/CWizardRules.h"
 #include "product/CWizardRules.h"
 #include "product/InstallOptions.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 #include "product/win/CProductIdentity.h"
 
 ShellRegistration CShellIntegration::RecordFor(const CShellContext& context)
@@ -18,6 +23,7 @@ ShellRegistration CShellIntegration::RecordFor(const CShellContext& context)
     record.launcherName = context.product.GetLauncherName();
     record.launcherPath = context.installFolder + record.launcherName;
     record.protocols = FileTypeModel::JoinList(context.fileTypes.Protocols());
+    record.mimeExtension = CRegistryActionTable::kMimeExtension;
     return record;
 }
 
@@ -36,6 +42,7 @@ bool CShellIntegration::ApplyRegistryActions()
     const CShellContext shell{context_.changes, context_.product, context_.installFolder, context_.setupFolder, *model};
     ShellRegistration record = RecordFor(shell);
     const InstallOptions& options = context_.options;
+    record.associate = !options.noAssociations;
     const bool pageAsks =
         context_.product.HasFeature(CProductIdentityRules::kFeatureFileAssociations) && CWizardRules::FileAssociationPageAsks(options);
     if (!options.noAssociations && !pageAsks) {
@@ -45,7 +52,9 @@ bool CShellIntegration::ApplyRegistryActions()
     }
     HVLog::Write(HVLog::kInfo, "CShellIntegration::ApplyRegistryActions", u"File types %s%s",
                  record.fileTypes.IsEmpty() ? HVString(u"none") : record.fileTypes,
-                 pageAsks ? u" (the file-association page asks)" : u"");
+                 options.noAssociations ? u" (NoAssociations: no association changes)"
+                 : pageAsks             ? u" (the file-association page asks)"
+                                        : u"");
     CompleteShellRegistration(record, shell);
     return true;
 }

@@ -42,6 +42,32 @@ constexpr int32_t kVstMagic = ('V' << 24) | ('s' << 16) | ('t' << 8) | 'P';
 constexpr int32_t kVstClose = 1;
 constexpr int32_t kVstGetEffectName = 45;
 
+// VST 3: GetPluginFactory returns the factory (a COM-style object); its classes name the
+// effects. Only the leading methods of the published interfaces, in their order.
+struct Vst3ClassInfo
+{
+    char cid[16];
+    int32_t cardinality;
+    char category[32];  // "Audio Module Class" for an effect
+    char name[64];
+};
+struct Vst3Factory;
+struct Vst3FactoryMethods
+{
+    int32_t(__stdcall* queryInterface)(Vst3Factory*, const char* iid, void** object);
+    uint32_t(__stdcall* addRef)(Vst3Factory*);
+    uint32_t(__stdcall* release)(Vst3Factory*);
+    int32_t(__stdcall* getFactoryInfo)(Vst3Factory*, void* info);
+    int32_t(__stdcall* countClasses)(Vst3Factory*);
+    int32_t(__stdcall* getClassInfo)(Vst3Factory*, int32_t index, Vst3ClassInfo* info);
+};
+struct Vst3Factory
+{
+    const Vst3FactoryMethods* methods;
+};
+using GetPluginFactory = Vst3Factory*(__stdcall*)();
+constexpr const char* kVst3EffectCategory = "Audio Module Class";
+
 // Girder: each text export fills a buffer of the given size.
 using GirderText = void(__stdcall*)(char* buffer, int size);
 

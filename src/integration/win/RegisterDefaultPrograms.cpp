@@ -2,8 +2,10 @@
 
 #include "changes/win/CRegistryWriter.h"
 #include "foundation/HVSystemIdentity.h"
+#include "foundation/HVTranslator.h"
 #include "integration/FileTypeModel.h"
 #include "integration/win/CShellContext.h"
+#include "product/win/CProductIdentity.h"
 #include "product/win/CProductIdentity.h"
 
 void RegisterDefaultPrograms(const ShellRegistration& record, const CShellContext& context)
@@ -30,7 +32,9 @@ void RegisterDefaultPrograms(const ShellRegistration& record, const CShellContex
         if (!key.Open())
             return;
         key.SetString(u"ApplicationName", name);
-        key.SetString(u"ApplicationDescription", HVString::Format(u"%s plays and organizes your music, videos and pictures.", name));
+        // Windows shows it in Default Programs, in the user's language.
+        key.SetString(u"ApplicationDescription",
+                      HVString::Format(HVTranslator::Translate(u"%s plays and organizes your music, videos and pictures.").c_str(), name));
         // Written anew: types the user no longer chose must not stay offered as ours.
         key.DeleteSubKeyTree(u"FileAssociations");
     }

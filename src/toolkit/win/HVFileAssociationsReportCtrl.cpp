@@ -1,5 +1,7 @@
 #include "toolkit/win/HVFileAssociationsReportCtrl.h"
 
+#include "foundation/HVTranslator.h"
+
 #include <commctrl.h>
 
 bool HVFileAssociationsReportCtrl::Create(HVLayoutWnd& parent, const HVPlacement& place, int id)
@@ -13,12 +15,13 @@ bool HVFileAssociationsReportCtrl::Create(HVLayoutWnd& parent, const HVPlacement
     ListView_SetExtendedListViewStyle(hwnd_, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH;
-    column.cx = 90;
-    column.pszText = const_cast<wchar_t*>(L"Type");
-    ListView_InsertColumn(hwnd_, 0, &column);
-    column.cx = 260;
-    column.pszText = const_cast<wchar_t*>(L"Description");
-    ListView_InsertColumn(hwnd_, 1, &column);
+    const HVString headers[] = {HVTranslator::Translate(u"Type"), HVTranslator::Translate(u"Description")};
+    const int widths[] = {90, 260};
+    for (int i = 0; i < 2; ++i) {
+        column.cx = widths[i];
+        column.pszText = const_cast<wchar_t*>(headers[i].w());
+        ListView_InsertColumn(hwnd_, i, &column);
+    }
     ListView_EnableGroupView(hwnd_, TRUE);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "toolkit/win/HVMessageBox.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/win/HVTrackedModalLoop.h"
 
 #include <commctrl.h>
 
@@ -104,6 +105,7 @@ int HVMessageBox::Show(HWND owner, const HVString& text, const HVString& title, 
     // installer shows.
     if (!owner)
         type |= MB_SETFOREGROUND;
+    const HVTrackedModalLoop tracked;
     const int result = ::MessageBoxW(owner, text.w(), title.w(), type);
     HVLog::Write(HVLog::kInfo, "HVMessageBox::Show", u"Answer: %d", result);
     return result;
@@ -154,6 +156,7 @@ int HVMessageBox::ShowButtons(HWND owner, const HVString& text, const HVString& 
     config.nDefaultButton = defaultId;
 
     int pressed = 0;
+    const HVTrackedModalLoop tracked;
     const HRESULT hr = ::TaskDialogIndirect(&config, &pressed, nullptr, nullptr);
     if (FAILED(hr)) {
         HVLog::Write(HVLog::kError, "HVMessageBox::ShowButtons", u"TaskDialogIndirect failed (0x%08x)", static_cast<uint32_t>(hr));

@@ -66,6 +66,11 @@ TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
     deferred.DeferDelete(folder + u"a.dll");
     ASSERT_TRUE(deferred.DeferInstall(folder + u"new.exe", folder + u"Sonora.exe"));
     deferred.DeferDelete(folder + u"b.dll");
+    // One name bound for another folder: a staged copy of its own, none left half made.
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"Old\\"));
+    Write(folder + u"Old\\new.exe", "o");
+    ASSERT_TRUE(deferred.DeferInstall(folder + u"Old\\new.exe", folder + u"Plugins\\new.exe"));
+    EXPECT_FALSE(HVFileSystem::Exists(folder + u"Setup\\1\\new.exe.iwnew", true));
     deferred.DeferRegistration(folder + u"HVShellExt.dll");
     ASSERT_TRUE(deferred.WriteJournal(kProductRoot));
 
@@ -74,13 +79,17 @@ TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
     struct Expected { const char16_t* name; HVString data; };
     for (const Expected& e : {Expected{u"Delete File (0)", folder + u"a.dll|_DELETEFILE"},
                               Expected{u"Delete File (1)", folder + u"b.dll|_DELETEFILE"},
-                              Expected{u"Install File (0)", folder + u"Setup\\new.exe|" + folder + u"Sonora.exe"},
+                              Expected{u"Install File (0)", folder + u"Setup\\1\\new.exe|" + folder + u"Sonora.exe"},
+                              Expected{u"Install File (1)", folder + u"Setup\\2\\new.exe|" + folder + u"Plugins\\new.exe"},
                               Expected{u"Register File (0)", folder + u"HVShellExt.dll|_REGISTERFILE"}}) {
         HVString data;
         EXPECT_TRUE(journal.QueryString(e.name, data)) << HVString(e.name).ToUtf8();
         EXPECT_EQ(data, e.data);
     }
-    EXPECT_EQ(journal.EnumValueNames().size(), 4u);
+    EXPECT_EQ(journal.EnumValueNames().size(), 5u);
+    std::vector<uint8_t> staged;
+    ASSERT_TRUE(HVFileSystem::ReadFile(folder + u"Setup\\1\\new.exe", staged));
+    EXPECT_EQ(staged, std::vector<uint8_t>{'n'});
     HVString command;
     EXPECT_TRUE(runOnce.QueryString(u"Install Wizard Completion", command));
     EXPECT_EQ(command, u"\"" + folder + u"PackageInstaller.exe\" \"/FinishInstall\"");

@@ -260,6 +260,7 @@ const std::vector<MachineTrace>& InstallerTraces()
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.cue"},
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lwp"},
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lws"},
+            {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.lwa"},
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.DAT"},
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\.mp4"},
             {Kind::RegistryKey, HKEY_LOCAL_MACHINE, L"Software\\Classes\\itpc"},

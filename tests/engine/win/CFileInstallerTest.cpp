@@ -137,7 +137,7 @@ TEST_F(CFileInstallerTest, FileInUseIsReplacedAtRestartOrJournaledAndNeverLost)
         EXPECT_EQ(Read(c.target), "old");
         EXPECT_EQ(e2e::PendingRenames::Names(c.target), c.atRestart) << c.target.ToUtf8();
         EXPECT_EQ(deferral.RestartNeeded(), c.restart) << c.target.ToUtf8();
-        const HVString staged = deferral.StagingFolder() + u"Sonora.exe";
+        const HVString staged = deferral.StagingFolder() + u"1\\Sonora.exe";
         EXPECT_EQ(Read(staged), "new");
         EXPECT_EQ(deferral.PendingFiles(), c.atRestart ? std::vector<HVString>{}
                                                        : std::vector<HVString>{staged + u"|" + c.target});
@@ -145,18 +145,23 @@ TEST_F(CFileInstallerTest, FileInUseIsReplacedAtRestartOrJournaledAndNeverLost)
     EXPECT_TRUE(NoTemporaryIn(root));
 }
 
-TEST_F(CFileInstallerTest, ACopyThatCannotBeWrittenLeavesTheOldFile)
+TEST_F(CFileInstallerTest, ACopyThatCannotBeWrittenLeavesTheOldFileYetCountsAsDeferred)
 {
     // Folders hold the names of the temporary and of the staged copy, so neither can be
-    // written, as on a full disk: the installed file stays whole and nothing is journaled.
-    Write(source + u"Sonora.exe", "new");
-    Write(destination + u"Sonora.exe", "old");
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(CFileInstaller::TemporaryName(destination + u"Sonora.exe")));
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(destination + u"Setup\\Sonora.exe"));
+    // written, as on a full disk: the installed file stays whole and no file is journaled,
+    // but the module's registration still waits for the next logon.
+    const HVString module = destination + u"HVShellExt.dll";
+    Write(source + u"HVShellExt.dll", Read(media + u"Listenwell\\HVShellExt.dll"));
+    Write(module, "old");
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(CFileInstaller::TemporaryName(module)));
+    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(destination + u"Setup\\1\\HVShellExt.dll"));
     e2e::PendingRenames renames;
-    EXPECT_EQ(installer.CopyFile(source + u"Sonora.exe", destination + u"Sonora.exe", 1), Result::Failed);
-    EXPECT_EQ(Read(destination + u"Sonora.exe"), "old");
-    EXPECT_FALSE(e2e::PendingRenames::Names(destination + u"Sonora.exe") || deferred.HasPending());
+    EXPECT_EQ(installer.CopyFile(source + u"HVShellExt.dll", module, 1), Result::Deferred);
+    EXPECT_EQ(Read(module), "old");
+    EXPECT_FALSE(e2e::PendingRenames::Names(module) || !deferred.PendingFiles().empty());
+    EXPECT_EQ(deferred.PendingRegistrations(), std::vector<HVString>{module + u"|_REGISTERFILE"});
+    EXPECT_TRUE(installer.FilesToRegister().empty());
+    EXPECT_TRUE(NoTemporaryIn(root));
 }
 
 TEST_F(CFileInstallerTest, CleaningRemovesRetiredObsoleteAndStagedThings)

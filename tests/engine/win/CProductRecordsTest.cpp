@@ -139,12 +139,19 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k31 + L"\\Dependencies\\WebView2", L"Version", L"1.0"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kRun, L"Sonora 31", L"\"C:\\old\\Sonora.exe\" /Boot"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, k30 + L"\\Properties", L"From 30", L"x"));
+    // The earlier version's zoom and start page: the user's own zoom of this version stays, the
+    // first-run default of the start page gives way.
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, earlier, L"View - Zoom", 150));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, earlier, L"Startup - Page", 1));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kPropertiesKey, L"View - Zoom", 120));
 
     CProductRecords records(Context());
     records.LoadDefaultSettings();
     records.UpgradeFromPreviousVersion();
 
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, imageFolder), L"D:\\Pictures\\");
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"View - Zoom"), 120u);
+    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 1u);
     EXPECT_FALSE(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Install - Start Version"));  // not carried over
     EXPECT_EQ(e2e::RegMultiString(HKEY_CURRENT_USER, kPropertiesKey, L"Odd"), (std::vector<std::wstring>{L"a", L"b"}));
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"From 30"));

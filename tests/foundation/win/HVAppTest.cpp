@@ -1,5 +1,6 @@
 #include "foundation/win/HVApp.h"
 #include "foundation/win/HVFileLogger.h"
+#include "foundation/win/HVTrackedModalLoop.h"
 #include "foundation/win/HVUniqueResource.h"
 
 #include "foundation/HVLog.h"
@@ -51,7 +52,7 @@ HWND MakeWindow()
 
 }
 
-TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
+TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnlyAlsoInABoxsOwnLoop)
 {
     HVApp app;
     g_app = &app;
@@ -63,6 +64,25 @@ TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnly)
     EXPECT_TRUE(app.PumpWaitingMessages());
     EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP, 11, 12}, {WM_APP + 1, 21, 22}, {WM_APP + 2, 5, 6}, {WM_APP + 1, 21, 22}}));
     EXPECT_EQ(app.GetCurrentMessage(), 0u);
+
+    // The system's own loop of a message box, tracked: what it dispatches is current meanwhile,
+    // and the message that opened the box is current again afterwards.
+    g_seen.clear();
+    app.SetCurrent(MSG{nullptr, WM_APP + 9, 1, 2, 0, {}});
+    std::thread user([&] {
+        HWND box = nullptr;
+        for (int i = 0; i < 1000 && !box; ++i, ::Sleep(10))
+            box = ::FindWindowW(L"#32770", L"HVTrackedModalLoop");
+        ::PostMessageW(window.Get(), WM_APP + 3, 13, 14);
+        ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+    });
+    {
+        const HVTrackedModalLoop tracked;
+        ::MessageBoxW(nullptr, L"A box", L"HVTrackedModalLoop", MB_OK);
+    }
+    user.join();
+    EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP + 3, 13, 14}}));
+    EXPECT_EQ(app.GetCurrentMessage(), WM_APP + 9u);
     g_app = nullptr;
 }
 

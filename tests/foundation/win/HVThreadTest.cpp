@@ -8,19 +8,24 @@
 
 namespace
 {
-// A worker that either leaves when asked or, stubborn, never looks at the request.
+// A worker that either leaves when asked, or, stubborn, never looks at the request, or, brief,
+// ends by itself at once.
 class Worker : public HVThread
 {
 public:
-    explicit Worker(bool stubborn) : stubborn_(stubborn) {}
+    explicit Worker(bool stubborn, bool brief = false) : stubborn_(stubborn), brief_(brief) {}
     ~Worker() override { Stop(200); }
     std::atomic<int> stoppedCalls{0};
+    std::atomic<int> runs{0};
     std::atomic<bool> started{false};
 
 protected:
     void Run() override
     {
+        ++runs;
         started = true;
+        if (brief_)
+            return;
         if (stubborn_) {
             for (;;)
                 ::Sleep(1000);
@@ -31,6 +36,7 @@ protected:
 
 private:
     bool stubborn_;
+    bool brief_;
 };
 }   // namespace
 
@@ -53,6 +59,19 @@ TEST(HVThreadTest, StopEndsAThreadThatListensAndOneThatNeverStarted)
     // It can run again after a stop.
     ASSERT_TRUE(worker.StartThread());
     EXPECT_TRUE(worker.Stop(-1));
+}
+
+TEST(HVThreadTest, AWorkerThatEndedByItselfIsNoLongerRunningAndStartsAgain)
+{
+    Worker brief(false, true);
+    for (int run = 1; run <= 2; ++run) {
+        ASSERT_TRUE(brief.StartThread());
+        for (int i = 0; i < 1000 && brief.IsRunning(); ++i)
+            ::Sleep(5);
+        EXPECT_FALSE(brief.IsRunning());
+        EXPECT_EQ(brief.runs, run);
+    }
+    EXPECT_TRUE(brief.Stop(-1));
 }
 
 TEST(HVThreadTest, AThreadThatIgnoresTheStopIsEndedAfterTheTimeOutWithItsLogLine)

@@ -56,7 +56,6 @@ TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
     EXPECT_TRUE(e2e::RegKeyExists(HKEY_CURRENT_USER, kKey + L"\\New"));
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kKey, L"Marker"));
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kKey, L"Still"), L"user");
-    EXPECT_FALSE(IsProcessUnderWow64());
 
     // What an uninstall undoes: each write with what was there before.
     size_t written = 0;
@@ -66,6 +65,18 @@ TEST(ApplyRegistryLinesTest, ActionsOnWinesRegistry)
     EXPECT_EQ(written, 1u);
     EXPECT_EQ(changes.Count(InstallChange::Kind::ValueDeleted), 1u);
     EXPECT_EQ(changes.Count(InstallChange::Kind::KeyCreated), 1u);
+
+    // Under WOW64 an AutoPlay line is written a second time, into the 64-bit view; others once.
+    for (const bool wow64 : {false, true}) {
+        CInstallChangeLog twice;
+        const CShellContext other{twice, product, u"C:\\P\\", u"C:\\S\\", model};
+        ApplyRegistryLines(record, {u"HKEY_CURRENT_USER", u"[AUTOPLAYKEY]IWTest|Seen|1|DWORD|MODIFY", key + u"|Once|1|DWORD|MODIFY"},
+                           other, wow64);
+        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\AutoplayHandlers\\IWTest",
+                                L"Seen", HVRegView::Key64), 1u);
+        EXPECT_EQ(twice.Count(InstallChange::Kind::ValueWritten), wow64 ? 3u : 2u);
+        e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\AutoplayHandlers\\IWTest");
+    }
     e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kKey);
 }
 }

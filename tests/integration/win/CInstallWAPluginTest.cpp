@@ -12,16 +12,21 @@ namespace
 {
 using Kind = CInstallWAPlugin::Kind;
 const std::wstring kPlugins = L"SOFTWARE\\Halvard\\Listenwell\\Plugins";
+const std::wstring kOwnPlugins = L"Software\\Halvard\\Sonora 32\\Plugins";
 
 class CInstallWAPluginTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins);
+        TearDown();
         folder_ = e2e::ScratchFolder(L"WAPlugin");
     }
-    void TearDown() override { e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins); }
+    void TearDown() override
+    {
+        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins);
+        e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kOwnPlugins);
+    }
 
     HVString Folder() const { return HVString(folder_.c_str()); }
     HVString Sample(const wchar_t* name) const { return HVString((e2e::TestProgramFolder() + name).c_str()); }
@@ -41,6 +46,8 @@ TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
         {L"in_sampletracker.dll", Kind::Input, L"Input", L"Sample Tracker Input"},
         {L"dsp_sampleecho.dll", Kind::Any, L"DSP", L"Sample Echo DSP"},
         {L"SampleReverb.dll", Kind::DSP, L"DSP", L"Sample Reverb (VST Plugin)"},
+        // Named by its factory's effect class, not by its version resource ("Sample Chorus Module").
+        {L"SampleChorus.vst3", Kind::Any, L"DSP", L"Sample Chorus (VST Plugin)"},
         {L"SampleRemote.dll", Kind::Any, L"RemoteControl", L"Sample Remote"},
     };
     // A running player is told about each new plug-in.
@@ -57,12 +64,20 @@ TEST_F(CInstallWAPluginTest, EachKindGoesToItsFolderAndRecord)
         EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Path"), installed);
         EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, record, L"Name"), c.name);
         EXPECT_FALSE(e2e::RegValueExists(HKEY_LOCAL_MACHINE, record, L"strPath"));
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kPlugins + L"\\Uninstall\\" + c.name, L"Record"),
+                  std::wstring(c.kind) + L"\\" + c.name);
         expected += "1|" + e2e::Utf8(installed) + "\n";
     }
-    EXPECT_EQ(e2e::WaitForLines(told, 4), expected);
+    EXPECT_EQ(e2e::WaitForLines(told, 5), expected);
     const auto input = CInstallWAPlugin::Find(Kind::Input, u"Sample Tracker Input");
     ASSERT_TRUE(input.has_value());
     EXPECT_EQ(input->extensions, u"trk;trx;smp");
+    // The player's own list is asked first, and names a plug-in once.
+    ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kOwnPlugins + L"\\Input\\Sample Tracker Input", L"Extensions", L"own"));
+    ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kOwnPlugins + L"\\Input\\Sample Tracker Input", L"IVersion", 4));
+    EXPECT_EQ(CInstallWAPlugin::Find(Kind::Input, u"Sample Tracker Input")->extensions, u"own");
+    ASSERT_EQ(CInstallWAPlugin::List(Kind::Input).size(), 1u);
+    EXPECT_EQ(CInstallWAPlugin::List(Kind::Input)[0].extensions, u"own");
     const std::wstring girder = kPlugins + L"\\RemoteControl\\Sample Remote";
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, girder, L"Version"), L"1.2");
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, girder, L"Plugin Description"), L"Sample infrared receiver");
