@@ -10,18 +10,21 @@
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 src="$(cd "$here/.." && pwd)"
-out="$1"
+out="$(cd "$1" && pwd)"
 media="$out/media"
 
-# The fixed file information of a version resource: its signature, then FileVersionMS and LS.
+# The fixed file information of a version resource: its signature and structure version
+# (which code bytes may match by chance, but not both), then FileVersionMS and LS.
 main="$media/Listenwell/Sonora 32.exe"
 version=32.0.0.0
 if [ -f "$main" ]; then
-  offset=$(LC_ALL=C grep -obUaP '\xbd\x04\xef\xfe' "$main" | head -1 | cut -d: -f1 || true)
-  if [ -n "$offset" ]; then
-    read -r ms ls < <(od -An -tu4 -j$((offset + 8)) -N8 "$main")
-    version="$((ms >> 16)).$((ms & 65535)).$((ls >> 16)).$((ls & 65535))"
-  fi
+  while read -r offset; do
+    read -r structure ms ls < <(od -An -tu4 -j$((offset + 4)) -N12 "$main")
+    if [ "$structure" = 65536 ]; then
+      version="$((ms >> 16)).$((ms & 65535)).$((ls >> 16)).$((ls & 65535))"
+      break
+    fi
+  done < <(LC_ALL=C grep -obUaP '\xbd\x04\xef\xfe' "$main" | cut -d: -f1)
 fi
 
 # The archive's entries in one order, with one time (the commit's, never before 1980, which

@@ -118,15 +118,24 @@ std::optional<HVString> WriteAnswer(const InstallOptions& o)
     return value ? std::optional<HVString>(YesNo(*value)) : std::nullopt;
 }
 
+// A text answer (a language code, a folder): anything but nothing. A language the setup
+// folder doesn't have is found out, and logged, when the language is prepared.
+template <std::optional<HVString> InstallAnswers::*answer>
+bool ReadText(const HVString& value, InstallOptions& o)
+{
+    if (!value.IsEmpty())
+        o.answers.*answer = value;
+    return !value.IsEmpty();
+}
+template <std::optional<HVString> InstallAnswers::*answer>
+std::optional<HVString> WriteText(const InstallOptions& o)
+{
+    return o.answers.*answer;
+}
+
 const Key kKeys[] = {
-    {u"Language", u"a language code of the setup folder's Languages\\ (en: English)",
-     [](const HVString& value, InstallOptions& o) {
-         if (value.IsEmpty() || value.FindOneOf(u" \\/.") != HVString::npos)
-             return false;
-         o.answers.language = value;
-         return true;
-     },
-     [](const InstallOptions& o) { return o.answers.language; }},
+    {u"Language", u"a language code of the setup folder's Languages\\ (en: English)", ReadText<&InstallAnswers::language>,
+     WriteText<&InstallAnswers::language>},
     {u"SetupType", u"Express or Custom",
      [](const HVString& value, InstallOptions& o) {
          if (!value.EqualsNoCase(u"Express") && !value.EqualsNoCase(u"Custom"))
@@ -139,14 +148,7 @@ const Key kKeys[] = {
      }},
     {u"Portable", u"yes or no: a portable install (a Custom one)", ReadAnswer<&InstallAnswers::portable>,
      WriteAnswer<&InstallAnswers::portable>},
-    {u"Dir", u"the destination folder",
-     [](const HVString& value, InstallOptions& o) {
-         if (value.IsEmpty())
-             return false;
-         o.answers.folder = value;
-         return true;
-     },
-     [](const InstallOptions& o) { return o.answers.folder; }},
+    {u"Dir", u"the destination folder", ReadText<&InstallAnswers::folder>, WriteText<&InstallAnswers::folder>},
     {u"Shortcuts", u"StartMenu, Desktop, QuickLaunch (separated by \",\"), or none",
      [](const HVString& value, InstallOptions& o) {
          InstallAnswers::Shortcuts chosen;

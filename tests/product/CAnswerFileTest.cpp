@@ -58,7 +58,7 @@ const Case kCases[] = {
      "lang=- express=yes portable=no dir= shortcuts=- types=- run=- flags= id= EXPRESS", 1},
     // Each bad value, unknown key or stray line is one problem; the key keeps its default.
     {u"[Setup]\nSetupType=Typical\nPortable=maybe\nDir=\nShortcuts=StartMenu,Taskbar\nFileTypes=.mp3,..\\x\n"
-     u"RunAtEnd=2\nNoDriver=\nLanguage=../de\nColour=blue\njust words\n",
+     u"RunAtEnd=2\nNoDriver=\nLanguage=\nColour=blue\njust words\n",
      kDefaults, 10},
     // Keys outside [Setup] are not read; the last of two wins.
     {u"NoDriver=yes\n[Other]\nNoUpgrade=yes\n[Setup]\nDir=C:\\A\\\nDir=C:\\B\\\n",

@@ -64,8 +64,7 @@ TEST_F(Release, TheDownloadIsTheManifestsAndInstallsWithItsSilentSwitch)
     const std::wstring entry = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" +
                                ManifestValue(manifest, "  ProductCode");
     for (const char* name : {"DisplayName", "Publisher", "DisplayVersion"})
-        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry, e2e::Wide(name), HVRegView::Key64),
-                  ManifestValue(manifest, std::string("  ") + (name == std::string("DisplayName") ? "- " : "") + name))
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry, e2e::Wide(name), HVRegView::Key64), ManifestValue(manifest, name))
             << name;
     EXPECT_EQ(version, ManifestValue(manifest, "  DisplayVersion"));
 }
