@@ -16,6 +16,8 @@ packages=(
   g++ clang libclang-rt-14-dev libbenchmark-dev libpugixml-dev libtinyxml2-dev libexpat1-dev zlib1g-dev
   # the sample setup folder's font
   fonts-dejavu-core
+  # the release's download, its signature, and the signing test's certificates
+  zip osslsigncode openssl
 )
 
 missing=()

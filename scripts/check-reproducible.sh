@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Proves the release build reproducible: clones the current commit twice, into two different
-# paths, builds the release in each (scripts/release.sh) and compares the executables and the
-# sample setup folders byte for byte. Prints the SHA-256 both builds share; fails on any
-# difference. Takes two release builds' time.
+# paths, builds the release in each (scripts/release.sh, unsigned: a signature carries its own
+# time) and compares the programs, the sample setup folders, the downloads and their manifests
+# byte for byte. Prints the SHA-256 both builds share; fails on any difference. Takes two
+# release builds' time.
 #   scripts/check-reproducible.sh [scratch directory]     default: $IW_BUILD/reproducible
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
@@ -18,19 +19,30 @@ fi
 for clone in first second-clone; do
   git clone -q --no-checkout "$src" "$scratch/$clone"
   git -C "$scratch/$clone" checkout -q "$commit"
-  IW_BUILD="$scratch/$clone-build" "$scratch/$clone/scripts/release.sh" >"$scratch/$clone.log" 2>&1 ||
+  env -u SIGN_PKCS12 -u SIGN_PASSWORD_FILE IW_BUILD="$scratch/$clone-build" \
+    "$scratch/$clone/scripts/release.sh" >"$scratch/$clone.log" 2>&1 ||
     { echo "reproducible: the $clone build failed; see $scratch/$clone.log" >&2; exit 1; }
 done
 
 a="$scratch/first-build/release"
 b="$scratch/second-clone-build/release"
-if ! cmp "$a/InstallWizard.exe" "$b/InstallWizard.exe"; then
-  echo "reproducible: InstallWizard.exe differs between the two builds" >&2
-  exit 1
-fi
-if ! diff -r -q "$a/media" "$b/media"; then
-  echo "reproducible: the sample setup folders differ" >&2
-  exit 1
-fi
+for program in InstallWizard.exe HVMediaUninstall.exe; do
+  if ! cmp "$a/$program" "$b/$program"; then
+    echo "reproducible: $program differs between the two builds" >&2
+    exit 1
+  fi
+done
+for folder in media winget; do
+  if ! diff -r -q "$a/$folder" "$b/$folder"; then
+    echo "reproducible: the $folder folders differ" >&2
+    exit 1
+  fi
+done
+for zip in "$a"/Sonora-*-setup.zip; do
+  if ! cmp "$zip" "$b/$(basename "$zip")"; then
+    echo "reproducible: the download $(basename "$zip") differs" >&2
+    exit 1
+  fi
+done
 echo "reproducible: two builds of $commit are byte-identical"
 echo "reproducible: SHA-256 $(sha256sum "$a/InstallWizard.exe" | cut -d' ' -f1)"

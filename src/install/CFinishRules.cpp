@@ -12,11 +12,11 @@ bool CFinishRules::RestartNeeded(bool restartFlag, const std::vector<HVString>& 
     return false;
 }
 
-int CFinishRules::PrepareChoice(bool restartNeeded, bool noRun)
+int CFinishRules::PrepareChoice(bool restartNeeded, bool noRun, bool runWanted)
 {
     if (restartNeeded)
         return kRestart;
-    return noRun ? kNothing : kRun;
+    return noRun || !runWanted ? kNothing : kRun;
 }
 
 CFinishRules::Box CFinishRules::BoxShown(bool restartNeeded, bool noRun)

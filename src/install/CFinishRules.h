@@ -21,7 +21,8 @@ public:
     static bool RestartNeeded(bool restartFlag, const std::vector<HVString>& pendingFiles,
                               const std::vector<HVString>& pendingRegistrations);
 
-    static int PrepareChoice(bool restartNeeded, bool noRun);
+    // runWanted: the box starts checked (an answer file may have cleared it).
+    static int PrepareChoice(bool restartNeeded, bool noRun, bool runWanted = true);
 
     // At most one check box: "Restart Windows now" or "Run installed program now".
     enum class Box

@@ -51,7 +51,7 @@ HVString CSelectPathRules::NormalizeFolder(const HVString& entered)
 HVString CSelectPathRules::Propose(const ProposalInput& input, const ISelectPathMachine& machine)
 {
     if (input.portable)
-        return HVString();
+        return input.answeredFolder;
 
     // What the user already has on the page stays as it is; a folder from elsewhere is shown
     // as folders are kept, with its trailing backslash.

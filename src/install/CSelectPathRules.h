@@ -75,9 +75,11 @@ public:
         HVString currentDestination; // InstallOptions::destinationFolder as it stands
         HVString installToPath;      // "/*/Product/InstallToPath"
         HVString displayName;        // the product's display name
+        HVString answeredFolder;     // an answer file's folder: what the user typed last time
     };
 
-    // The folder to show on the page. Portable: empty (the user picks a removable drive).
+    // The folder to show on the page. Portable: empty (the user picks a removable drive), or
+    // the folder the user typed in the run an answer file recorded.
     // Otherwise the first that isn't empty of: the current destination, the earlier
     // installation's folder (only when one was found), the remembered folder unless it
     // contains "(x86)" (a 32-bit install's folder), InstallToPath, and Program Files +

@@ -5,8 +5,14 @@
 CShortcutRules::Choice CShortcutRules::Defaults(const InstallOptions& options, int32_t startMenuVersion,
                                                 int32_t productVersion, int32_t windowsCode)
 {
-    const bool fresh = !options.earlierInstallationFound || options.portable;
     Choice choice;
+    if (const auto& answered = options.answers.shortcuts) {
+        choice.startMenu = answered->startMenu;
+        choice.desktop = answered->desktop;
+        choice.quickLaunch = answered->quickLaunch && QuickLaunchOffered(windowsCode);
+        return choice;
+    }
+    const bool fresh = !options.earlierInstallationFound || options.portable;
     choice.startMenu = (fresh || options.express) && startMenuVersion != productVersion;
     choice.desktop = fresh;
     choice.quickLaunch = fresh && QuickLaunchOffered(windowsCode);

@@ -25,7 +25,8 @@ public:
     // The page's defaults. A first install (or a portable or express one) makes the Start Menu
     // folder unless this very version made it already; a reinstall over an earlier
     // installation leaves the user's shortcuts as they are. Quick Launch follows the desktop,
-    // and only where that folder still means something (QuickLaunchOffered).
+    // and only where that folder still means something (QuickLaunchOffered). An answer file's
+    // shortcuts take the place of all that (Quick Launch still only where it is offered).
     static Choice Defaults(const InstallOptions& options, int32_t startMenuVersion, int32_t productVersion,
                            int32_t windowsCode);
 

@@ -16,6 +16,8 @@ enum OptionIndex
     kNoRun,
     kRegFileAssociations,
     kLog,
+    kLoadInf,
+    kSaveInf,
     kQuestion,
     kHelp,
 };
@@ -48,6 +50,8 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
         {u"NoRun", u"/NoRun\tDo not start the program when setup has finished."},
         {u"RegFileAssociations", u"/RegFileAssociations\tAssociate the file types chosen last time (or the default ones) without asking."},
         {u"Log", u"/Log[=<file>]\tWrite a log of this run to <file>, or to a dated file in %TEMP%."},
+        {u"LoadInf", u"/LoadInf=<file>\tStart from the choices saved in an answer file; switches given here win."},
+        {u"SaveInf", u"/SaveInf=<file>\tWrite the choices of this run to an answer file."},
         {u"?", u"/?\tShow this list and end."},
         {u"Help", u"/Help\tShow this list and end."},
     };
@@ -94,6 +98,8 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
             options.log = true;
             options.logPath = PathFrom(rest);
             break;
+        case kLoadInf: options.loadInfPath = PathFrom(rest); break;
+        case kSaveInf: options.saveInfPath = PathFrom(rest); break;
         case kQuestion:
         case kHelp: options.help = true; break;
         default: break;

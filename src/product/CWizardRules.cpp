@@ -58,11 +58,16 @@ void CWizardRules::ApplySetupType(InstallOptions& options, int choice)
 {
     options.portable = false;
     options.express = choice == 0;
+    options.answers.express = options.express;
+    // Express has no portable form: a portable answer no longer stands.
+    if (options.express)
+        options.answers.portable.reset();
 }
 
 void CWizardRules::ApplyCustomSetupType(InstallOptions& options, int choice)
 {
     options.portable = choice == 1;
+    options.answers.portable = options.portable;
 }
 
 CWizardRules::CancelAction CWizardRules::Cancel(int pagePosition)

@@ -37,7 +37,7 @@ public:
     // finishState 2: nothing is left to ask on the finish page.
     static bool SkipFinish(const InstallOptions& options, int finishState);
 
-    // Next on the setup-type page: choice 0 is Express.
+    // Next on the setup-type page: choice 0 is Express. Both record the choice in the answers.
     static void ApplySetupType(InstallOptions& options, int choice);
     // Next on the custom setup-type page: choice 1 is "Portable install".
     static void ApplyCustomSetupType(InstallOptions& options, int choice);

@@ -14,3 +14,11 @@ enum InstallExitCode : int
     kExitNoRights = 1925,           // no rights to write machine-wide settings
     kExitRestartNeeded = 3010,      // installed; Windows must restart to finish
 };
+
+// Every code above, for the tables that deployment tools are given (the package manager's
+// manifest maps each to what it means for a deployment). The uninstaller ends with a few of
+// the same codes (0, 3010, 1602, 1603, and 1618 when the product kept running).
+inline constexpr InstallExitCode kInstallExitCodes[] = {
+    kExitInstalled,    kExitCancelled,     kExitFatalError, kExitAnotherInstaller, kExitNotSupported,
+    kExitProductRunning, kExitBrowserTooOld, kExitNoRights,   kExitRestartNeeded,
+};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/HVString.h"
+#include "product/InstallAnswers.h"
 
 // The one record of the run's choices: what the command line asked for and what the user
 // picked on the wizard's pages. The application object owns it for the whole process; the
@@ -25,6 +26,8 @@ struct InstallOptions
     bool log = false;            // "/Log" or "/Log=<path>": write a log of the run
     HVString logPath;            // empty: a dated file in %TEMP%
     bool help = false;           // "/?" or "/Help": list the switches and end
+    HVString loadInfPath;        // "/LoadInf=<file>": start from the choices of an answer file
+    HVString saveInfPath;        // "/SaveInf=<file>": write this run's choices as an answer file
 
     // From the wizard's pages.
     bool express = false;
@@ -32,6 +35,8 @@ struct InstallOptions
     bool portable = false;
     bool earlierInstallationFound = false;
     HVString destinationFolder;
+    // The choices without a field above, given by an answer file or made on the pages.
+    InstallAnswers answers;
 
     // From start-up: the setup media and the install settings of Install.xml.
     bool allowDowngrade = false;

@@ -48,13 +48,15 @@ TEST_F(RecordsTest, ASilentInstallRecordsItself)
     EXPECT_EQ(e2e::RegValueNames(HKEY_LOCAL_MACHINE, kUninstallEntryKey, k64),
               (std::vector<std::wstring>{L"DisplayIcon", L"DisplayName", L"DisplayVersion", L"EstimatedSize",
                                          L"HelpLink", L"InstallDate", L"InstallLocation", L"NoModify", L"NoRepair",
-                                         L"Publisher", L"UninstallString", L"URLInfoAbout", L"URLUpdateInfo"}));
+                                         L"Publisher", L"QuietUninstallString", L"UninstallString", L"URLInfoAbout",
+                                         L"URLUpdateInfo"}));
     const std::pair<const wchar_t*, std::wstring> strings[] = {
         {L"DisplayName", L"Sonora (64-bit)"},  {L"HelpLink", kSupport},
         {L"URLUpdateInfo", kSupport},          {L"URLInfoAbout", kSupport},
         {L"InstallLocation", dest},            {L"Publisher", L"Halvard, Inc."},
         {L"DisplayVersion", ProductVersion()}, {L"DisplayIcon", dest + L"application.ico"},
         {L"UninstallString", dest + L"HVMediaUninstall.exe"},
+        {L"QuietUninstallString", L"\"" + dest + L"HVMediaUninstall.exe\" /Silent"},
     };
     for (const auto& [name, expected] : strings)
         EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, kUninstallEntryKey, name, k64), expected) << e2e::Utf8(name);

@@ -154,6 +154,7 @@ struct ProposalRow
     const char* name;
     bool portable, earlierFound;
     const char16_t *current, *earlier, *remembered, *installToPath, *expected;
+    const char16_t* answered = u"";
 };
 
 TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
@@ -169,6 +170,8 @@ TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
         {"install description", false, false, u"", u"", u"", u"D:\\From Xml", u"D:\\From Xml\\"},
         {"built from Program Files", false, false, u"", u"", u"", u"", u"C:\\Program Files\\Halvard\\Sonora\\"},
         {"a typed destination stays as typed", false, false, u"E:\\Typed  ", u"", u"", u"", u"E:\\Typed  "},
+        {"portable: what an answer file says was typed", true, true, u"C:\\Old\\", u"C:\\Earlier\\", u"", u"",
+         u"F:\\Portable\\", u"F:\\Portable\\"},
     };
     for (const ProposalRow& row : rows) {
         FakeMachine machine;
@@ -180,6 +183,7 @@ TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
         in.currentDestination = row.current;
         in.installToPath = row.installToPath;
         in.displayName = u"Sonora";
+        in.answeredFolder = row.answered;
         EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), U8(HVString(row.expected))) << row.name;
     }
     // Program Files read without its backslash: still one between it and the company.

@@ -36,5 +36,10 @@ TEST(CShortcutRules, DefaultsFollowTheKindOfInstall)
         EXPECT_EQ(choice.desktop, c.desktop) << c.name;
         EXPECT_EQ(choice.quickLaunch, c.quickLaunch) << c.name;
     }
+    // An answer file's boxes win over every default; Quick Launch still only where it is offered.
+    InstallOptions answered;
+    answered.answers.shortcuts = InstallAnswers::Shortcuts{true, false, true};
+    const CShortcutRules::Choice choice = CShortcutRules::Defaults(answered, kVersion, kVersion, 1008);
+    EXPECT_TRUE(choice.startMenu && !choice.desktop && !choice.quickLaunch);
 }
 }

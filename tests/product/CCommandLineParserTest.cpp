@@ -25,6 +25,8 @@ std::string Flags(const InstallOptions& o)
     add(o.regFileAssociations, "RegFileAssociations");
     add(o.log, "Log");
     add(o.help, "Help");
+    add(!o.loadInfPath.IsEmpty(), ("LoadInf=" + o.loadInfPath.ToUtf8()).c_str());
+    add(!o.saveInfPath.IsEmpty(), ("SaveInf=" + o.saveInfPath.ToUtf8()).c_str());
     return s;
 }
 
@@ -70,6 +72,7 @@ const Case kCases[] = {
     // Neither of the two "Di" switches takes the other's piece.
     {u"x /DistributorID ACME /Dir = E:\\S", "", u"ACME", u"", u"E:\\S"},
     {u"x /Dir", "", u"", u""},
+    {u"x /SaveInf=C:\\a.ini /loadinf \"D:\\My Answers\\b.ini\" /Silent", "Silent LoadInf=D:\\My Answers\\b.ini SaveInf=C:\\a.ini", u"", u""},
 };
 
 TEST(CCommandLineParser, ReadsEachOptionAndIgnoresTheRest)

@@ -79,6 +79,8 @@ void CInstallationRecords::WriteUninstallEntry()
         entry.SetString(u"DisplayVersion", product.GetVersionText()) &&
         entry.SetString(u"DisplayIcon", context_.installFolder + u"application.ico") &&
         entry.SetString(u"UninstallString", context_.installFolder + u"HVMediaUninstall.exe") &&
+        // What deployment tools start to remove the product without a question.
+        entry.SetString(u"QuietUninstallString", u"\"" + context_.installFolder + u"HVMediaUninstall.exe\" /Silent") &&
         entry.SetDWORD(u"EstimatedSize", CProductRecordRules::SizeInKilobytes(FolderSize(context_.installFolder))) &&
         entry.SetString(u"InstallDate", CProductRecordRules::DateText(today.wYear, today.wMonth, today.wDay)) &&
         entry.SetDWORD(u"NoModify", 1) && entry.SetDWORD(u"NoRepair", 1);

@@ -52,7 +52,8 @@ void CFileAssociationPpg::OnShowPage()
     if (filled_ || !model)
         return;
     filled_ = true;
-    const auto kept = CAssociationChoice::Kept(Product());
+    // An answer file's types, else the kept choice, else the product's defaults.
+    const auto kept = Options().answers.fileTypes ? Options().answers.fileTypes : CAssociationChoice::Kept(Product());
     const std::vector<HVString>& checked = kept ? *kept : model->Get(FileTypeModel::DefaultAssocFileTypes);
     std::vector<HVFileAssociationsReportCtrl::Row> rows;
     for (const char16_t* group : {u"Audio", u"Image", u"Video", u"Data", u"Playlist", u"Unknown"})
@@ -77,6 +78,7 @@ bool CFileAssociationPpg::NextPressed()
     const CShellContext context{wizard.Changes(), Product(), HVFileSystem::NormalizeFolderPath(Options().destinationFolder),
                                 wizard.SetupFolder(), *model};
     const std::vector<HVString> chosen = list_.Checked();
+    Options().answers.fileTypes = chosen;
     CAssociationChoice::Keep(context.changes, Product(), *model, chosen);
     ShellRegistration record = CShellIntegration::RecordFor(context);
     record.fileTypes = FileTypeModel::JoinList(chosen);

@@ -35,7 +35,7 @@ void CFinishPpg::Prepare()
     journalWritten_ = true;
     restartNeeded_ = CFinishRules::RestartNeeded(deferred.RestartNeeded(), deferred.PendingFiles(),
                                                  deferred.PendingRegistrations());
-    choice_ = CFinishRules::PrepareChoice(restartNeeded_, Options().noRun);
+    choice_ = CFinishRules::PrepareChoice(restartNeeded_, Options().noRun, Options().answers.runAtEnd.value_or(true));
     InstallWizard().SetRestartNeeded(restartNeeded_);
     HVLog::Write(HVLog::kInfo, "CFinishPpg::Prepare", u"Restart needed %d, finish choice %d", restartNeeded_, choice_);
 }
@@ -61,6 +61,8 @@ void CFinishPpg::OnShowPage()
 bool CFinishPpg::NextPressed()
 {
     choice_ = CFinishRules::ChoiceOnFinish(boxKind_, box_ && box_->IsChecked());
+    if (boxKind_ == CFinishRules::Box::Run)
+        Options().answers.runAtEnd = choice_ == CFinishRules::kRun;
     return LeaveCheck();
 }
 

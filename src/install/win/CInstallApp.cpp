@@ -7,12 +7,14 @@
 #include "install/win/CNeedInternetExplorerDlg.h"
 #include "install/win/CStartupProbe.h"
 #include "install/win/MachinePlaces.h"
+#include "product/CAnswerFile.h"
 #include "product/CCommandLineParser.h"
 #include "product/CSetupFolders.h"
 #include "product/InstallExitCode.h"
 
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
+#include "foundation/HVTextFileReader.h"
 #include "foundation/HVTranslator.h"
 #include "foundation/win/HVFileSystem.h"
 #include "toolkit/win/HVMessageBox.h"
@@ -101,7 +103,7 @@ bool CInstallApp::Startup()
     TakeSingleInstanceMutex();
     RemoveStaleVirtualStoreKeys();
     ReadSetupFolder();
-    if (ShowHelpIfAsked())
+    if (ShowHelpIfAsked() || !LoadAnswers())
         return false;
     PrepareLook();
     PrepareLanguage();
@@ -122,6 +124,8 @@ bool CInstallApp::Startup()
 
     PlaceLauncher();
     RunWizard();
+    // Also after a cancel: the choices made until then are what an administrator came for.
+    SaveAnswers();
     virtualStore_.Close();
     virtualStoreWow_.Close();
     return false;
@@ -226,14 +230,63 @@ void CInstallApp::PrepareLook()
 
 void CInstallApp::PrepareLanguage()
 {
-    // An unattended run asks nothing, the language included.
-    if (options_.silent || description_.GetInteger(u"/*/Installer/ShowLanguageSelection", 0) == 0)
+    // An unattended run asks nothing, the language included; an answer file's language is
+    // taken as it stands, or offered first when the question is asked.
+    const bool ask = !options_.silent && description_.GetInteger(u"/*/Installer/ShowLanguageSelection", 0) != 0;
+    const std::optional<HVString>& answered = options_.answers.language;
+    if (!ask && !answered)
         return;
-    const HVString file = CLanguageSelectionDlg::Run(nullptr, GetSetupFolder() + u"Languages\\");
+    const HVString folder = GetSetupFolder() + u"Languages\\";
+    HVString file;
+    if (ask) {
+        file = CLanguageSelectionDlg::Run(nullptr, folder, answered.value_or(HVString()));
+    } else {
+        const std::vector<CLanguageInfo> languages = CLanguageSelectionDlg::ListLanguages(folder);
+        file = languages[CLanguageSelectionDlg::IndexForLocale(languages, *answered)].path;
+        if (file.IsEmpty() && !answered->EqualsNoCase(CTranslationService::kEnglishCode))
+            HVLog::Write(HVLog::kWarning, "CInstallApp::PrepareLanguage", u"No language %s in %s: English", *answered, folder);
+    }
     if (!file.IsEmpty())
         translations_.Load(file);
     HVTranslator::Set(&translations_);
+    options_.answers.language = translations_.LanguageCode();
     HVLog::Write(HVLog::kInfo, "CInstallApp::PrepareLanguage", u"Language: %s", translations_.LanguageName());
+}
+
+bool CInstallApp::LoadAnswers()
+{
+    const HVString& path = options_.loadInfPath;
+    if (!path.IsEmpty()) {
+        HVString text;
+        if (!HVTextFileReader::Read(path, text)) {
+            HVLog::Write(HVLog::kError, "CInstallApp::LoadAnswers", u"The answer file %s can't be read: nothing is installed",
+                         path);
+            HVMessageBox::Show(nullptr,
+                               HVString::Format(HVTranslator::Translate(u"The answer file %s can not be read.\r\n\r\n").c_str(),
+                                                path) +
+                                   HVTranslator::Translate(u"Please check the file named by /LoadInf and run setup again."),
+                               HVTranslator::Translate(u"Install Error"), MB_OK | MB_ICONERROR);
+            return false;
+        }
+        const int problems = CAnswerFile::Apply(text, options_);
+        // Switches given on the command line win over the file's keys.
+        CCommandLineParser::Parse(GetCommandLine(), options_);
+        HVLog::Write(HVLog::kInfo, "CInstallApp::LoadAnswers", u"Answers read from %s (%d ignored)", path, problems);
+    }
+    if (!options_.destinationFolder.IsEmpty())
+        options_.answers.folder = options_.destinationFolder;
+    return true;
+}
+
+void CInstallApp::SaveAnswers() const
+{
+    if (options_.saveInfPath.IsEmpty())
+        return;
+    const HVString text = HVString(u"\xFEFF") + CAnswerFile::Write(options_);
+    const std::string bytes = text.ToUtf8();
+    const bool saved = HVFileSystem::WriteFile(options_.saveInfPath, bytes.data(), bytes.size());
+    HVLog::Write(saved ? HVLog::kInfo : HVLog::kError, "CInstallApp::SaveAnswers", u"Answer file %s: %s",
+                 options_.saveInfPath, saved ? u"written" : u"can't be written");
 }
 
 bool CInstallApp::JudgeSingleInstance()

@@ -63,6 +63,11 @@ private:
     void ReadSetupFolder();
     bool JudgeSingleInstance();
     bool ShowHelpIfAsked();
+    // "/LoadInf": the answer file's choices, then the command line again over them. False
+    // (the run ends with 1603) when the file can't be read.
+    bool LoadAnswers();
+    // "/SaveInf": the run's choices as an answer file.
+    void SaveAnswers() const;
     void PlaceLauncher();
     void ReportCheckFailure(CEnvironmentChecks::Result result);
     HVString ProductText(const char16_t* english) const;

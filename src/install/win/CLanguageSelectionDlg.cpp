@@ -197,14 +197,14 @@ int CLanguageSelectionDlg::Show(HWND owner, const std::vector<CLanguageInfo>& la
     return state.chosen;
 }
 
-HVString CLanguageSelectionDlg::Run(HWND owner, const HVString& languagesFolder)
+HVString CLanguageSelectionDlg::Run(HWND owner, const HVString& languagesFolder, const HVString& preselectCode)
 {
     const std::vector<CLanguageInfo> languages = ListLanguages(languagesFolder);
     if (languages.size() < 2) {
         HVLog::Write(HVLog::kInfo, "CLanguageSelectionDlg::Run", u"No language files in %s: English", languagesFolder);
         return HVString();
     }
-    const int chosen = Show(owner, languages, UserLanguage());
+    const int chosen = Show(owner, languages, preselectCode.IsEmpty() ? UserLanguage() : preselectCode);
     if (chosen <= 0 || static_cast<size_t>(chosen) >= languages.size())
         return HVString();
     HVLog::Write(HVLog::kInfo, "CLanguageSelectionDlg::Run", u"Language chosen: %s", languages[chosen].name);

@@ -30,8 +30,9 @@ public:
     static constexpr int kPromptId = 1000;
     static constexpr int kLanguageListId = 1001;
 
-    // The chosen language file's path, or empty for English.
-    static HVString Run(HWND owner, const HVString& languagesFolder);
+    // The chosen language file's path, or empty for English. `preselectCode` as in Show;
+    // empty: the user's interface language.
+    static HVString Run(HWND owner, const HVString& languagesFolder, const HVString& preselectCode = HVString());
 
     // The dialog over a given list (languages[0] is English). `preselectCode` picks the
     // line that is selected at first (a language code such as "de", or its region form

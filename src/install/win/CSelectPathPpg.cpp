@@ -56,6 +56,7 @@ void CSelectPathPpg::Prepare()
     input.currentDestination = options.destinationFolder;
     input.installToPath = InstallWizard().Description().GetText(u"/*/Product/InstallToPath");
     input.displayName = Product().GetDisplayName();
+    input.answeredFolder = options.answers.folder.value_or(HVString());
     options.destinationFolder = CSelectPathRules::Propose(input, machine_);
     folder_.SetText(options.destinationFolder);
     HVLog::Write(HVLog::kInfo, "CSelectPathPpg::Prepare", u"Proposed %s", options.destinationFolder);
@@ -64,7 +65,10 @@ void CSelectPathPpg::Prepare()
 bool CSelectPathPpg::NextPressed()
 {
     Options().destinationFolder = folder_.GetText();
-    return LeaveCheck();
+    if (!LeaveCheck())
+        return false;
+    Options().answers.folder = Options().destinationFolder;
+    return true;
 }
 
 bool CSelectPathPpg::LeaveCheck()

@@ -26,7 +26,9 @@ bool CSetupTypeCustomPpg::CreateControls()
                                 u"and path."),
                               description))
         return false;
-    normal_.SetChecked(true);
+    const bool portable = Options().answers.portable.value_or(false);
+    normal_.SetChecked(!portable);
+    portable_.SetChecked(portable);
     return true;
 }
 

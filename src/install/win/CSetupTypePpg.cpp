@@ -23,7 +23,10 @@ bool CSetupTypePpg::CreateControls()
             *this, T(u"Choose program installation location and file associations. Recommended for advanced users."),
             description))
         return false;
-    express_.SetChecked(true);
+    // An answer file's choice, else Express.
+    const bool express = Options().answers.express.value_or(true);
+    express_.SetChecked(express);
+    custom_.SetChecked(!express);
     if (InstallWizard().AutoInstallOffered()) {
         HVPlacement check;
         check.gap = 14;

@@ -86,7 +86,7 @@ bool CShortcutsPpg::NextPressed()
     choice_.startMenu = startMenu_.IsChecked();
     choice_.desktop = desktop_.IsChecked();
     choice_.quickLaunch = quickLaunchBox_ && quickLaunch_.IsChecked();
-    SetInstallerValue(u"Create Start Menu", choice_.startMenu ? 1 : 0);
+    Options().answers.shortcuts = InstallAnswers::Shortcuts{choice_.startMenu, choice_.desktop, choice_.quickLaunch};
     return LeaveCheck();
 }
 
@@ -94,6 +94,9 @@ bool CShortcutsPpg::LeaveCheck()
 {
     const HVString installFolder = HVFileSystem::NormalizeFolderPath(Options().destinationFolder);
     CShortcutWriter writer(InstallWizard().Changes(), installFolder);
+    // A choice made on the page, or in an answer file in the user's place, is kept.
+    if (Options().answers.shortcuts)
+        SetInstallerValue(u"Create Start Menu", choice_.startMenu ? 1 : 0);
     if (choice_.startMenu)
         MakeStartMenu(writer, installFolder);
     const HVString icon = Product().FindArt(installFolder, u"application.ico");

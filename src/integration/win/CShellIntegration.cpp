@@ -27,8 +27,21 @@ ShellRegistration CShellIntegration::RecordFor(const CShellContext& context)
     return record;
 }
 
-std::vector<HVString> CShellIntegration::UnaskedChoice(const CProductIdentity& product, const FileTypeModel& model)
+std::vector<HVString> CShellIntegration::UnaskedChoice(const InstallOptions& options, const CProductIdentity& product,
+                                                      const FileTypeModel& model)
 {
+    if (const auto& answered = options.answers.fileTypes) {
+        const std::vector<HVString> known = model.KnownExtensions();
+        std::vector<HVString> chosen;
+        for (const HVString& extension : *answered) {
+            if (FileTypeModel::ContainsNoCase(known, extension))
+                chosen.push_back(extension);
+            else
+                HVLog::Write(HVLog::kWarning, "CShellIntegration::UnaskedChoice", u"%s is no file type of %s: left out",
+                             extension, product.GetDisplayName());
+        }
+        return chosen;
+    }
     if (auto kept = CAssociationChoice::Kept(product))
         return *kept;
     return model.Get(FileTypeModel::DefaultFileTypes);
@@ -46,7 +59,7 @@ bool CShellIntegration::ApplyRegistryActions()
     const bool pageAsks =
         context_.product.HasFeature(CProductIdentityRules::kFeatureFileAssociations) && CWizardRules::FileAssociationPageAsks(options);
     if (!options.noAssociations && !pageAsks) {
-        const std::vector<HVString> chosen = UnaskedChoice(context_.product, *model);
+        const std::vector<HVString> chosen = UnaskedChoice(options, context_.product, *model);
         record.fileTypes = FileTypeModel::JoinList(chosen);
         CAssociationChoice::Keep(context_.changes, context_.product, *model, chosen);
     }

@@ -8,6 +8,7 @@
 #include <vector>
 
 class FileTypeModel;
+struct InstallOptions;
 struct CShellContext;
 
 // The copy step's registration with the shell: the action table, the file types (unless the
@@ -21,8 +22,10 @@ public:
 
     // The record of this product version, with no file types chosen yet.
     static ShellRegistration RecordFor(const CShellContext& context);
-    // The types to register unasked: the kept choice, else the product's defaults.
-    static std::vector<HVString> UnaskedChoice(const CProductIdentity& product, const FileTypeModel& model);
+    // The types to register unasked: an answer file's (those the product knows), else the kept
+    // choice, else the product's defaults.
+    static std::vector<HVString> UnaskedChoice(const InstallOptions& options, const CProductIdentity& product,
+                                               const FileTypeModel& model);
 
 private:
     const CInstallContext& context_;

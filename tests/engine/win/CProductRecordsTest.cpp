@@ -176,7 +176,7 @@ TEST_F(CProductRecordsTest, RecordsAreWrittenInTheirOrder)
                            L"Path", L"Version", L"OS Version", L"Launcher Name", L"Uninstall Key", L"GUID",
                            L"Distributor ID", L"Install Directory", L"DisplayName", L"HelpLink", L"URLUpdateInfo",
                            L"URLInfoAbout", L"InstallLocation", L"Publisher", L"DisplayVersion", L"DisplayIcon",
-                           L"UninstallString", L"EstimatedSize", L"InstallDate", L"NoModify", L"NoRepair"}));
+                           L"UninstallString", L"QuietUninstallString", L"EstimatedSize", L"InstallDate", L"NoModify", L"NoRepair"}));
 }
 
 }  // namespace
