@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs Windows tests against a real full disk: a small tmpfs is mounted and given to Wine as a
-# drive letter for the length of the run, and the tests find it in IW_FULL_DISK_DRIVE. Needs
-# root for the mount (CI runs as root); elsewhere the entry is skipped (exit 77).
+# drive letter for the length of the run, and the tests find it in IW_FULL_DISK_DRIVE. Its size
+# is IW_FULL_DISK_SIZE (tmpfs's form, 4m when unset). Needs root for the mount (CI runs as
+# root); elsewhere the entry is skipped (exit 77).
 #   full-disk-test.sh <seconds> <program.exe> [arguments...]
 set -uo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
@@ -12,7 +13,7 @@ if [ "$(id -u)" != 0 ]; then
   exit 77
 fi
 wine_drive_begin q iw-full-disk
-if ! mount -t tmpfs -o size=4m tmpfs "$mountpoint"; then
+if ! mount -t tmpfs -o "size=${IW_FULL_DISK_SIZE:-4m}" tmpfs "$mountpoint"; then
   echo "could not mount a tmpfs at $mountpoint"
   exit 1
 fi

@@ -64,8 +64,8 @@ void CInstallSequence::RunStep(int32_t step)
             Advance();
         break;
     case kPlugins:
-        host_.RunPlugins();
-        Advance();
+        if (host_.RunPlugins())
+            Advance();
         break;
     case kFinalizing:
         if (!slideshowFinished_)

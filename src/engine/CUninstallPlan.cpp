@@ -267,7 +267,7 @@ public:
         if (!rollback_)
             for (const HVString& record : places_.recordKeys)
                 Add(Action::DeleteRecordKey, record);
-        if (keepSettings_)
+        if (keepSettings_ && !rollback_)
             for (const auto& [key, name] : places_.forgetValues)
                 Add(Action::DeleteValue, key, name);
         for (const HVString& id : shortcutOrder_)

@@ -12,11 +12,11 @@ public:
     virtual void KillTimer(int32_t id) = 0;
     // Show slideshow picture `number` (1-based); the previous one stays when it has no file.
     virtual void ShowImage(int32_t number) = 0;
-    // The steps. False from the first two stops the sequence: no further timer is set and the
-    // step has already closed or cancelled the wizard as needed.
+    // The steps. False stops the sequence: no further timer is set and the step has already
+    // closed or cancelled the wizard as needed.
     virtual bool RunDependencies() = 0;
     virtual bool RunCopy() = 0;
-    virtual void RunPlugins() = 0;
+    virtual bool RunPlugins() = 0;
     // Whether the files need not be installed again (the copy and plug-in steps are left out).
     virtual bool SkipInstall() = 0;
     // Finalizing: progress range 0..ticks at 0 and the "Finalizing installation..." status.

@@ -18,6 +18,7 @@ enum OptionIndex
     kLog,
     kLoadInf,
     kSaveInf,
+    kRollback,
     kQuestion,
     kHelp,
 };
@@ -52,6 +53,7 @@ const std::vector<CCommandLineParser::Option>& CCommandLineParser::Options()
         {u"Log", u"/Log[=<file>]\tWrite a log of this run to <file>, or to a dated file in %TEMP%."},
         {u"LoadInf", u"/LoadInf=<file>\tStart from the choices saved in an answer file; switches given here win."},
         {u"SaveInf", u"/SaveInf=<file>\tWrite the choices of this run to an answer file."},
+        {u"Rollback", u"/Rollback\tUndo an install that was stopped before its end (with /Dir=<folder> for another folder)."},
         {u"?", u"/?\tShow this list and end."},
         {u"Help", u"/Help\tShow this list and end."},
     };
@@ -93,6 +95,7 @@ std::vector<HVString> CCommandLineParser::Parse(const HVString& commandLine, Ins
         case kNoUpgrade: options.noUpgrade = true; break;
         case kNoDriver: options.noDriver = true; break;
         case kNoRun: options.noRun = true; break;
+        case kRollback: options.rollback = true; break;
         case kRegFileAssociations: options.regFileAssociations = true; break;
         case kLog:
             options.log = true;

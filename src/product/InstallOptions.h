@@ -17,6 +17,7 @@ struct InstallOptions
     bool noUpgrade = false;      // "/NoUpgrade": settings of an earlier version stay behind
     bool noDriver = false;       // "/NoDriver"
     bool noRun = false;          // "/NoRun": the installed program is not started at the end
+    bool rollback = false;       // "/Rollback": an install stopped before its end is undone, nothing installed
     bool regFileAssociations = false; // "/RegFileAssociations": the kept or default choice, unasked
     HVString distributorId;      // "/DistributorID <id>", blanks around the id removed
     // destinationFolder (below) may come from "/Dir=<folder>": the destination page then

@@ -34,7 +34,7 @@ public:
     void ShowImage(int32_t n) override { images.push_back(n); }
     bool RunDependencies() override { Spend(dependencyMs); return dependenciesOk; }
     bool RunCopy() override { copied = true; Spend(copyMs); return true; }
-    void RunPlugins() override { pluginsRun = true; }
+    bool RunPlugins() override { return pluginsRun = true; }
     bool SkipInstall() override { return skip; }
     void BeginFinalizing(int32_t ticks) override { finalizingTicks = ticks; }
     void WaitTick() override { ++waitTicks; }

@@ -74,11 +74,14 @@ bool CDeferredOperations::ReplaceAtRestart(const HVString& source, const HVStrin
     if (!replaceAtRestartAvailable_ || !HVFileSystem::CanMoveFileAtRestart())
         return false;
     const HVString staged = Stage(source, destination);
-    if (staged.IsEmpty() || !HVFileSystem::MoveFileAtRestart(staged, destination))
+    if (staged.IsEmpty())
         return false;
+    // One move per file: a rerun's own earlier one for this file, and any whose staged copy is
+    // gone, are taken back first.
+    HVFileSystem::CancelMoveAtRestart(destination, StagingFolder());
     if (changes_)
         changes_->NoteFile(destination, HVFileSystem::Exists(destination, false), true);
-    return true;
+    return HVFileSystem::MoveFileAtRestart(staged, destination);
 }
 
 bool CDeferredOperations::DeferInstall(const HVString& source, const HVString& destination)

@@ -70,6 +70,35 @@ std::vector<InstallChange> CInstallRun::InstallChanges() const
                           : std::vector<InstallChange>();
 }
 
+void CInstallRun::DropWhatWasKept()
+{
+    using Kind = InstallChange::Kind;
+    // This run's, and what earlier runs that were stopped before their end left kept: this run
+    // completed them.
+    std::vector<InstallChange> drops;
+    for (const std::vector<InstallChange>* run : {&changes_.Earlier(), &changes_.Changes()})
+        for (const InstallChange& change : *run)
+            if ((change.kind == Kind::FileStarted || change.kind == Kind::FileWritten || change.kind == Kind::FileDeleted ||
+                 change.kind == Kind::FolderDeleted) &&
+                !change.before.IsEmpty())
+                drops.push_back(change);
+    for (const InstallChange& change : drops) {
+        const HVString& kept = change.before;
+        if (change.kind == Kind::FolderDeleted) {
+            if (HVFileSystem::FolderExists(kept)) {
+                changes_.Note(Kind::FolderDeleted, kept);
+                HVFileSystem::DeleteFolderTree(kept);
+            }
+        } else if (HVFileSystem::Exists(kept, false)) {
+            // A file that was in use when it was replaced may still be: it goes at the next restart.
+            const bool now = HVFileSystem::DeleteFile(kept);
+            if (!now)
+                HVFileSystem::MoveFileAtRestart(kept, HVString());
+            changes_.NoteDeleted(kept, !now);
+        }
+    }
+}
+
 void CInstallRun::AbandonRecord()
 {
     changes_.SetSink(nullptr);
@@ -80,6 +109,8 @@ void CInstallRun::EndRecord(int exitCode)
 {
     if (!record_.IsOpen())
         return;
+    if (exitCode == 0 || exitCode == 3010)
+        DropWhatWasKept();
     std::vector<HVString> now;
     HVFileSystem::ListFiles(installFolder_, now);
     const auto folded = [](HVString path) { return path.MakeLower(); };

@@ -46,11 +46,15 @@ public:
     // the record's header names for an uninstall run by another account.
     static std::vector<HVString> UserShortcutFolders();
     // The end of the run with its exit code, as the record's last line; the record is closed.
+    // An install that ended well lets go of what it kept for a rollback.
     // Files that appeared in the install folder while the run went on and that no change names
     // (what the product's helper programs wrote there) are noted first: they are the install's.
     void EndRecord(int exitCode);
 
 private:
+    // The install ended well: what it replaced or removed, kept for a rollback until now, goes.
+    void DropWhatWasKept();
+
     CInstallChangeLog changes_;
     CDeferredOperations deferred_;
     CInstallRecordFile record_;

@@ -87,6 +87,24 @@ bool CRegistryWriter::DeleteSubKeyTree(const HVString& name)
 {
     if (!key_.IsOpen() || !HVRegKey::KeyExists(key_.Get(), name))
         return true;
+    // Every value that goes is noted with its data, so that a rollback can give it back.
+    NoteValuesOf(key_.Get(), name, notedPath_ + u"\\" + name);
     changes_.Note(InstallChange::Kind::KeyDeleted, notedPath_ + u"\\" + name);
     return key_.DeleteSubKeyTree(name);
+}
+
+void CRegistryWriter::NoteValuesOf(HKEY parent, const HVString& subKey, const HVString& notedPath)
+{
+    HVRegKey key;
+    if (!key.Open(parent, subKey, KEY_READ))
+        return;
+    for (const HVString& child : key.EnumSubKeys())
+        NoteValuesOf(key.Get(), child, notedPath + u"\\" + child);
+    for (const HVString& name : key.EnumValueNames()) {
+        DWORD type = 0;
+        std::vector<uint8_t> data;
+        if (key.QueryValue(name, type, data))
+            changes_.Note({.kind = InstallChange::Kind::ValueDeleted, .path = notedPath, .name = name, .existedBefore = true,
+                           .before = CProductRecordRules::DescribeData(type, data)});
+    }
 }

@@ -42,6 +42,8 @@ public:
 
 private:
     bool Write(const HVString& name, DWORD type, const void* data, size_t size);
+    // The values of a key about to go and of the keys below it, each as a deletion.
+    void NoteValuesOf(HKEY parent, const HVString& subKey, const HVString& notedPath);
 
     CInstallChangeLog& changes_;
     HKEY root_;

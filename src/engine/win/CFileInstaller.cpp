@@ -16,6 +16,7 @@
 #include "foundation/win/HVRegKey.h"
 #include "foundation/win/HVSha256.h"
 
+#include <cwchar>
 #include <string>
 
 namespace
@@ -34,6 +35,7 @@ struct SourceList
         uint32_t length;
         DWORD attributes;
         uint64_t size;
+        uint64_t lastWrite;
     };
     std::u16string names;
     std::vector<Item> items;
@@ -56,7 +58,8 @@ bool Collect(const HVString& root, const HVString& relative, SourceList& list)
         }
         const auto offset = static_cast<uint32_t>(list.names.size());
         list.names.append(relative.view()).append(entry.name.view());
-        list.items.push_back({offset, static_cast<uint32_t>(list.names.size() - offset), entry.attributes, entry.size});
+        list.items.push_back(
+            {offset, static_cast<uint32_t>(list.names.size() - offset), entry.attributes, entry.size, entry.lastWrite});
         list.totalBytes += entry.size;
     }
     entries = {};
@@ -67,6 +70,16 @@ bool Collect(const HVString& root, const HVString& relative, SourceList& list)
 }
 
 
+bool IsDiskFull(DWORD error) { return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL; }
+
+// Test-only: IW_TEST_ONLY_FAIL_COPY_AT=<n> makes the n-th program file fail as on a full disk,
+// so that a rollback can be tested after any file of the copy.
+int32_t FailCopyAt()
+{
+    const wchar_t* value = ::_wgetenv(L"IW_TEST_ONLY_FAIL_COPY_AT");
+    return value ? static_cast<int32_t>(std::wcstol(value, nullptr, 10)) : 0;
+}
+
 bool IsInUseError(DWORD error)
 {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED ||
@@ -76,13 +89,37 @@ bool IsInUseError(DWORD error)
 
 CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog& changes)
     : deferred_(deferred), changes_(changes),
-      systemFolders_{HVFileSystem::SystemFolder(&::GetSystemDirectoryW), HVFileSystem::SystemFolder(&::GetSystemWow64DirectoryW)}
+      systemFolders_{HVFileSystem::SystemFolder(&::GetSystemDirectoryW), HVFileSystem::SystemFolder(&::GetSystemWow64DirectoryW)},
+      failCopyAt_(FailCopyAt())
 {
 }
 
 HVString CFileInstaller::TemporaryName(const HVString& destination)
 {
     return destination + u".iwnew";
+}
+
+HVString CFileInstaller::Fingerprint(uint64_t size, uint64_t lastWrite)
+{
+    return HVString::Format(u"%I64u:%I64u", size, lastWrite);
+}
+
+uint64_t CFileInstaller::TreeBytes(const HVString& folder)
+{
+    SourceList list;
+    return HVFileSystem::FolderExists(folder) && Collect(HVFileSystem::NormalizeFolderPath(folder), HVString(), list)
+               ? list.totalBytes
+               : 0;
+}
+
+HVString CFileInstaller::FingerprintOf(const HVString& path)
+{
+    std::vector<HVFileSystem::Entry> entries;
+    const HVString name = HVFileSystemPath::GetFileName(path);
+    if (!HVFileSystem::EnumerateFolder(HVFileSystemPath::GetFolder(path), entries, name) || entries.size() != 1 ||
+        entries[0].isFolder)
+        return HVString();
+    return Fingerprint(entries[0].size, entries[0].lastWrite);
 }
 
 bool CFileInstaller::CopyTree(const HVString& sourceFolder, const HVString& destinationFolder, int32_t mode,
@@ -103,7 +140,12 @@ bool CFileInstaller::CopyTree(const HVString& sourceFolder, const HVString& dest
     for (const SourceList::Item& item : list.items) {
         progress.DrainMessages();
         relative = HVString(list.Name(item));
-        Copy(sourceRoot + relative, destinationRoot + relative, mode, true, item.attributes, item.size, nullptr);
+        Copy(sourceRoot + relative, destinationRoot + relative, mode, true, item.attributes, item.size, item.lastWrite,
+             nullptr);
+        if (diskFull_) {
+            HVLog::Write(HVLog::kError, "CFileInstaller::CopyTree", u"The disk is full at %s", destinationRoot + relative);
+            return false;
+        }
         copied += item.size;
         if (list.totalBytes > 0)
             progress.SetProgressPosition(static_cast<int32_t>(copied * 100 / list.totalBytes));
@@ -115,18 +157,18 @@ bool CFileInstaller::CopyTree(const HVString& sourceFolder, const HVString& dest
 
 CFileInstaller::CopyResult CFileInstaller::CopyFile(const HVString& source, const HVString& destination, int32_t mode)
 {
-    return Copy(source, destination, mode, true, kUnknownAttributes, kUnknownSize, nullptr);
+    return Copy(source, destination, mode, true, kUnknownAttributes, kUnknownSize, 0, nullptr);
 }
 
 CFileInstaller::CopyResult CFileInstaller::CopyCoreFile(const HVString& source, const HVString& destination,
                                                         bool* inUse)
 {
-    return Copy(source, destination, kCopyAlwaysOverwrite, false, kUnknownAttributes, kUnknownSize, inUse);
+    return Copy(source, destination, kCopyAlwaysOverwrite, false, kUnknownAttributes, kUnknownSize, 0, inUse);
 }
 
 CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HVString& destination, int32_t mode,
                                                 bool allowDeferral, DWORD sourceAttributes, uint64_t size,
-                                                bool* inUse)
+                                                uint64_t lastWrite, bool* inUse)
 {
     if (inUse)
         *inUse = false;
@@ -150,20 +192,36 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
         }
     }
 
-    NoteStarted(destination, existed);
+    // What is replaced is kept beside it until the install has ended well, for a rollback.
+    HVString kept = existed ? destination + u".iwold" : HVString();
+    if (existed && !HVFileSystem::MakeUniqueName(kept))
+        kept.Empty();
+    NoteStarted(destination, existed, kept);
     DWORD error = ERROR_SUCCESS;
-    const bool placed = PutInPlace(source, destination, destinationAttributes, error);
+    const bool inInstallFolder = IsInInstallFolder(destination);
+    const bool failHere = failCopyAt_ > 0 && inInstallFolder && ++copyAttempts_ == failCopyAt_;
+    const bool placed = !failHere && PutInPlace(source, destination, destinationAttributes, kept, error);
+    if (failHere)
+        error = ERROR_DISK_FULL;
     CopyResult result = CopyResult::Copied;
     if (placed) {
         if (sourceAttributes == kUnknownAttributes || (sourceAttributes & kBlockingAttributes))
             HVFileSystem::SetNormalAttributes(destination);
-        // Outside the install folder the uninstall takes a file back only while it is as written.
-        changes_.NoteFile(destination, existed, false,
-                          IsInInstallFolder(destination) ? HVString() : HVSha256::OfPath(destination));
+        // Outside the install folder the uninstall takes a file back only while it is as written;
+        // inside it an upgrade removes what a later version no longer installs by the same test.
+        changes_.Note({.kind = InstallChange::Kind::FileWritten, .path = destination, .existedBefore = existed,
+                       .before = kept,
+                       .after = !inInstallFolder ? HVSha256::OfPath(destination)
+                                : lastWrite && size != kUnknownSize ? Fingerprint(size, lastWrite)
+                                                                   : FingerprintOf(destination)});
         ++filesCopied_;
         if (size == kUnknownSize && !HVFileSystem::GetFileSize(destination, size))
             size = 0;
         bytesCopied_ += size;
+    } else if (IsDiskFull(error)) {
+        // A full disk is no reason to wait for a restart: the install can't go on.
+        diskFull_ = true;
+        return CopyResult::Failed;
     } else {
         if (inUse)
             *inUse = IsInUseError(error);
@@ -190,11 +248,13 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     return result;
 }
 
-void CFileInstaller::NoteStarted(const HVString& destination, bool existed)
+void CFileInstaller::NoteStarted(const HVString& destination, bool existed, const HVString& kept)
 {
     const HVString temporary = TemporaryName(destination);
     changes_.NoteStarted(temporary, HVFileSystem::Exists(temporary, false));
-    changes_.NoteStarted(destination, existed);
+    if (!kept.IsEmpty())
+        changes_.NoteStarted(kept, false);
+    changes_.Note({.kind = InstallChange::Kind::FileStarted, .path = destination, .existedBefore = existed, .before = kept});
 }
 
 bool CFileInstaller::IsInInstallFolder(const HVString& path) const
@@ -247,12 +307,26 @@ void CFileInstaller::CountSharedFile(const HVString& destination, bool existed)
 }
 
 bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes,
-                                DWORD& error)
+                                const HVString& kept, DWORD& error)
 {
     // The new file is whole beside the old one before the old one goes, and a rename within one
     // folder replaces it in one step: whenever the process ends, the destination is old or new.
     const bool blocked = destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes);
-    return HVFileSystem::CopyFileByRename(source, destination, TemporaryName(destination), blocked, &error);
+    if (kept.IsEmpty())
+        return HVFileSystem::CopyFileByRename(source, destination, TemporaryName(destination), blocked, &error);
+    // The old file is renamed aside rather than replaced, and kept there until the end.
+    const HVString temporary = TemporaryName(destination);
+    if (!HVFileSystem::CopyFileWhole(source, temporary, &error))
+        return false;
+    if (blocked)
+        HVFileSystem::SetNormalAttributes(destination);
+    if (HVFileSystem::MoveFile(destination, kept, false, false, &error)) {
+        if (HVFileSystem::MoveFile(temporary, destination, true, false, &error))
+            return true;
+        HVFileSystem::MoveFile(kept, destination, true, false);
+    }
+    HVFileSystem::DeleteFile(temporary);
+    return false;
 }
 
 void CFileInstaller::MakeFolderFor(const HVString& destination)
@@ -283,14 +357,30 @@ void CFileInstaller::StopServer()
         RunProgram(server, u"stop", SW_HIDE, true, true);
 }
 
-void CFileInstaller::DeleteFolder(const HVString& relativeFolder)
+void CFileInstaller::DeleteFolder(const HVString& relativeFolder) { RemoveKeeping(installFolder_ + relativeFolder); }
+
+void CFileInstaller::RemoveKeeping(const HVString& path)
 {
-    const HVString folder = installFolder_ + relativeFolder;
-    if (!HVFileSystem::FolderExists(folder))
+    const bool folder = path.EndsWith(u"\\");
+    if (folder ? !HVFileSystem::FolderExists(path) : !HVFileSystem::Exists(path, false))
         return;
-    if (!HVFileSystem::DeleteFolderTree(folder))
-        HVLog::Write(HVLog::kWarning, "CFileInstaller::DeleteFolder", u"Could not remove all of %s", folder);
-    changes_.Note(InstallChange::Kind::FolderDeleted, folder);
+    const InstallChange::Kind kind = folder ? InstallChange::Kind::FolderDeleted : InstallChange::Kind::FileDeleted;
+    // Kept aside under a free name until the install ended well, so that a rollback puts it back;
+    // noted first, so that a run ended here still names where it went.
+    HVString kept = HVFileSystemPath::RemoveBackslash(path) + u".iwold";
+    if (HVFileSystem::MakeUniqueName(kept)) {
+        changes_.Note({.kind = kind, .path = path, .existedBefore = true, .before = folder ? kept + u"\\" : kept});
+        if (HVFileSystem::MoveFile(HVFileSystemPath::RemoveBackslash(path), kept, false, false))
+            return;
+    }
+    // What can't be moved aside (in use, say) goes as it did before there were rollbacks.
+    if (!folder) {
+        deferred_.DeferDelete(path);
+        return;
+    }
+    if (!HVFileSystem::DeleteFolderTree(path))
+        HVLog::Write(HVLog::kWarning, "CFileInstaller::RemoveKeeping", u"Could not remove all of %s", path);
+    changes_.Note(kind, path);
 }
 
 void CFileInstaller::CleanInstallFolder(bool cleanData, const HVString& obsoleteFiles,
@@ -311,7 +401,7 @@ void CFileInstaller::CleanInstallFolder(bool cleanData, const HVString& obsolete
         if (entry.EndsWith(u"\\"))
             DeleteFolder(entry);
         else
-            deferred_.DeferDelete(installFolder_ + entry);
+            RemoveKeeping(installFolder_ + entry);
     }
     if (removeRetiredRecords)
         removeRetiredRecords();
@@ -331,7 +421,7 @@ void CFileInstaller::CleanInstallFolder(bool cleanData, const HVString& obsolete
 
     std::vector<HVString> refused;
     for (const HVString& item : CRetiredFiles::SplitObsoleteFiles(obsoleteFiles, &refused))
-        deferred_.DeferDelete(installFolder_ + item);
+        RemoveKeeping(installFolder_ + item);
     for (const HVString& item : refused)
         HVLog::Write(HVLog::kWarning, "CFileInstaller::CleanInstallFolder",
                      u"Obsolete file refused, it lies outside the install folder: %s", item);

@@ -69,21 +69,37 @@ public:
     // ended run is removed when its file is copied again.
     static HVString TemporaryName(const HVString& destination);
 
+    // A file or folder (with a backslash) of the install that goes: moved aside under a free
+    // name and kept until the install ended well, noted with where it went; what can't be moved
+    // aside is deleted (a file in use at the next restart).
+    void RemoveKeeping(const HVString& path);
+    // A copy failed because its disk is full: the install can't go on (the copy of the tree
+    // stopped there).
+    bool DiskFull() const { return diskFull_; }
+    // What the record keeps of a file of the install folder, so that a later version can tell
+    // whether it is still as this install left it: its size and time of last writing.
+    static HVString Fingerprint(uint64_t size, uint64_t lastWrite);
+    static HVString FingerprintOf(const HVString& path);
+    // The bytes of every file below `folder` (with a backslash); 0 when there is none.
+    static uint64_t TreeBytes(const HVString& folder);
+
 private:
     static constexpr uint64_t kUnknownSize = ~uint64_t(0);
 
     // The rule for one file. sourceAttributes and size are what the tree's listing knew
     // (INVALID_FILE_ATTRIBUTES / kUnknownSize when nothing), so no file is asked twice.
     CopyResult Copy(const HVString& source, const HVString& destination, int32_t mode, bool allowDeferral,
-                    DWORD sourceAttributes, uint64_t size, bool* inUse);
-    // A whole copy at the temporary name, then one rename over the destination. On failure the
-    // destination is as it was, no temporary is left, and `error` says why.
-    bool PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes, DWORD& error);
+                    DWORD sourceAttributes, uint64_t size, uint64_t lastWrite, bool* inUse);
+    // A whole copy at the temporary name, then one rename over the destination; the old file,
+    // when `kept` names where, renamed there first. On failure the destination is as it was, no
+    // temporary is left, and `error` says why.
+    bool PutInPlace(const HVString& source, const HVString& destination, DWORD destinationAttributes,
+                    const HVString& kept, DWORD& error);
     // The destination's folder and its missing parents, each noted; once per folder in a row.
     void MakeFolderFor(const HVString& destination);
     // Noted before a copy starts: the file and its temporary sibling, so that a run ended during
     // the copy still names what it may have left.
-    void NoteStarted(const HVString& destination, bool existed);
+    void NoteStarted(const HVString& destination, bool existed, const HVString& kept);
     bool IsInInstallFolder(const HVString& path) const;
     // A font put in place: added to the running system and to the font table.
     void AddFont(const HVString& destination);
@@ -102,4 +118,7 @@ private:
     std::vector<HVString> filesToRegister_;
     uint64_t bytesCopied_ = 0;
     int32_t filesCopied_ = 0;
+    bool diskFull_ = false;
+    int32_t failCopyAt_ = 0;
+    int32_t copyAttempts_ = 0;
 };

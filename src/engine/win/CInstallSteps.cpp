@@ -17,6 +17,10 @@
 
 #include <objbase.h>
 
+#include <cwchar>
+#include <map>
+#include <set>
+
 namespace
 {
 const char16_t* const kCopyFailed = u"Install Wizard could not copy necessary files to the destination folder.";
@@ -48,14 +52,8 @@ void CInstallSteps::ShowError(const HVString& text, const char16_t* title)
     page_.Ask(text, HVTranslator::Translate(title), MB_OK | MB_ICONERROR);
 }
 
-// A folder of the install folder with its contents, noted when it was there.
-void CInstallSteps::DeleteFolder(const HVString& folder)
-{
-    if (!HVFileSystem::FolderExists(folder))
-        return;
-    HVFileSystem::DeleteFolderTree(folder);
-    context_.changes.Note(InstallChange::Kind::FolderDeleted, folder);
-}
+// A folder of the install folder with its contents, kept aside until the install ended well.
+void CInstallSteps::DeleteFolder(const HVString& folder) { files_.RemoveKeeping(folder); }
 
 CInstallSteps::Outcome CInstallSteps::RunDependencies()
 {
@@ -63,6 +61,10 @@ CInstallSteps::Outcome CInstallSteps::RunDependencies()
     // Before the dependencies, which already put the bundled media in place.
     if (!SetupFolderIsComplete())
         return Outcome::Failed;
+    // From the first change on, so that a run stopped anywhere leaves a record of what it did
+    // (the bundled media are copied into the install folder here); the install goes on without
+    // one (it is logged).
+    run_.StartRecord(context_.installFolder);
     const InstallOptions& options = context_.options;
     if (options.noDependencies || options.portable) {
         HVLog::Write(HVLog::kInfo, "CInstallSteps::RunDependencies", u"Dependencies left out (%s)",
@@ -109,6 +111,8 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
     const CProductIdentity& product = context.product;
     // Before the first change to the install folder, so that a run ended anywhere after this
     // leaves a record of what it did; the install goes on without one (it is logged).
+    if (!EnoughSpace())
+        return Outcome::Failed;
     run_.StartRecord(context.installFolder);
     files_.CleanInstallFolder(context.description.GetInteger(u"/*/Installer/CleanData", 0) != 0,
                               context.description.GetText(u"/*/Product/ObsoleteFiles"), product.GetRegistryRoot(),
@@ -122,6 +126,8 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
     ::CoFreeUnusedLibraries();
 
     CopySystemFiles();
+    if (DiskFilledUp())
+        return Outcome::Failed;
     StopServerEdition();
 
     page_.SetProgressPosition(0);
@@ -132,6 +138,8 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
                         kCopyAlwaysOverwrite, page_);
         copyTimer.SetResult(files_.FilesCopied());
     }
+    if (DiskFilledUp())
+        return Outcome::Failed;
     TidyProgramFolder();
     RegisterFiles();
 
@@ -139,7 +147,7 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
     page_.SetProgressRange(0, 1);
     page_.SetProgressPosition(0);
     page_.SetStatusText(u"Creating registry settings...");
-    if (!shell_.ApplyRegistryActions())
+    if (FailsHere(u"shell") || !shell_.ApplyRegistryActions())
         return Outcome::Failed;
     page_.SetProgressPosition(1);
     records_.WriteUninstallEntry();
@@ -189,7 +197,7 @@ bool CInstallSteps::CopyLauncherFiles()
             }
         }
     }
-    if (!records_.RecordInstallation()) {
+    if (FailsHere(u"records") || !records_.RecordInstallation()) {
         ShowError(HVTranslator::Translate(kCopyFailed), u"Install Error");
         return false;
     }
@@ -274,9 +282,100 @@ void CInstallSteps::RegisterFiles()
     }
 }
 
-void CInstallSteps::RunPlugins()
+CInstallSteps::Outcome CInstallSteps::RunPlugins()
 {
     page_.ShowStage(u"Installing Plugins", u"Please wait while Install Wizard installs and registers plug-ins.", false);
     page_.SetStatusText(u"Initializing...");
     components_.RunPluginStep(page_);
+    if (FailsHere(u"plugins"))
+        return Outcome::Failed;
+    RemoveWhatThisVersionLeftOut();
+    return Outcome::Continue;
+}
+
+bool CInstallSteps::EnoughSpace()
+{
+    const CInstallContext& context = context_;
+    // Per drive, what the copy writes there: the program files, and both passes of the system
+    // files and fonts. What it replaces is kept until the end, so it frees nothing before then.
+    std::map<HVString, uint64_t> needed;
+    const auto add = [&](const HVString& destination, const HVString& source) {
+        if (destination.GetLength() >= 3)
+            needed[destination.Left(3).MakeUpper()] += CFileInstaller::TreeBytes(source);
+    };
+    add(context.installFolder, context.setupFolder + CProductIdentity::kProgramSourceFolder);
+    if (!context.options.portable) {
+        for (auto getFolder : {&::GetSystemDirectoryW, &::GetSystemWow64DirectoryW}) {
+            const HVString system = HVFileSystem::SystemFolder(getFolder);
+            if (system.IsEmpty())
+                continue;
+            add(system, context.setupFolder + u"System\\");
+            add(HVFileSystem::SystemFolder(&::GetWindowsDirectoryW), context.setupFolder + u"Fonts\\");
+        }
+    }
+    for (const auto& [drive, bytes] : needed) {
+        uint64_t free = 0;
+        const HVString at = drive == context.installFolder.Left(3).MakeUpper() ? context.installFolder : drive;
+        if (bytes == 0 || !HVFileSystem::GetFreeDiskSpace(at, free) || free >= bytes)
+            continue;
+        HVLog::Write(HVLog::kError, "CInstallSteps::EnoughSpace", u"%s needs %I64u bytes, %I64u free", drive, bytes, free);
+        ShowError(HVString::Format(HVTranslator::Translate(u"There is not enough space on drive %s to install %s.\r\n\r\n"
+                                                           u"Setup needs %s there, and %s is free. Please make room and "
+                                                           u"install again.").c_str(),
+                                   drive.Left(2), context.product.GetDisplayName(), HVFileSystem::GetFileSizeText(bytes),
+                                   HVFileSystem::GetFileSizeText(free)),
+                  u"Install Error");
+        return false;
+    }
+    return true;
+}
+
+bool CInstallSteps::DiskFilledUp()
+{
+    if (!files_.DiskFull())
+        return false;
+    ShowError(HVTranslator::Translate(kCopyFailed) + u"\r\n\r\n" +
+                  HVTranslator::Translate(u"The disk is full. Please make room and install again."),
+              u"Install Error");
+    return true;
+}
+
+void CInstallSteps::RemoveWhatThisVersionLeftOut()
+{
+    const HVString& folder = context_.installFolder;
+    std::set<HVString> written;
+    for (const InstallChange& change : context_.changes.Changes())
+        if (change.kind == InstallChange::Kind::FileWritten || change.kind == InstallChange::Kind::FileStarted)
+            written.insert(HVString(change.path).MakeLower());
+    // The latest note of each file the earlier runs copied into the install folder.
+    std::map<HVString, const InstallChange*> earlier;
+    for (const InstallChange& change : context_.changes.Earlier()) {
+        const HVString key = HVString(change.path).MakeLower();
+        if (change.kind == InstallChange::Kind::FileWritten && change.path.StartsWithNoCase(folder.view()))
+            earlier[key] = &change;
+        else if (change.kind == InstallChange::Kind::FileDeleted)
+            earlier.erase(key);
+    }
+    for (const auto& [key, change] : earlier) {
+        // Only what a copy of the program files wrote carries a fingerprint to tell it by.
+        if (written.count(key) || change->after.Find(u':') == HVString::npos || !HVFileSystem::Exists(change->path, false))
+            continue;
+        if (CFileInstaller::FingerprintOf(change->path) != change->after) {
+            HVLog::Write(HVLog::kInfo, "CInstallSteps::RemoveWhatThisVersionLeftOut", u"%s stays: it changed since", change->path);
+            continue;
+        }
+        HVLog::Write(HVLog::kInfo, "CInstallSteps::RemoveWhatThisVersionLeftOut", u"%s is no longer installed", change->path);
+        files_.RemoveKeeping(change->path);
+    }
+}
+
+// Test-only: IW_TEST_ONLY_FAIL_STEP names a place where the install fails as if its step had
+// ("records", "shell", "plugins"), so that the rollback is tested from each.
+bool CInstallSteps::FailsHere(const char16_t* step)
+{
+    const wchar_t* value = ::_wgetenv(L"IW_TEST_ONLY_FAIL_STEP");
+    if (!value || HVString(value) != step)
+        return false;
+    HVLog::Write(HVLog::kError, "CInstallSteps::FailsHere", u"The install fails at the step \"%s\" (a test asked)", step);
+    return true;
 }

@@ -38,18 +38,27 @@ public:
     // Whether the files need not be installed again (the copy and plug-in steps are left out).
     bool SkipInstall();
     Outcome RunCopy();
-    void RunPlugins();
+    Outcome RunPlugins();
     // The user's Cancel while a download runs stops it; false when nothing is downloading.
     bool CancelDownload();
 
 private:
     bool SetupFolderIsComplete();
+    // Room on every drive for what the copy will write; else the user is told which drive and
+    // how much it needs, before anything is changed.
+    bool EnoughSpace();
+    // The disk filled up during a copy: told, and the install can't go on.
+    bool DiskFilledUp();
+    // Files an earlier run of this installation put in the install folder that this version no
+    // longer installs: removed (kept aside until the end), while they are as that run left them.
+    void RemoveWhatThisVersionLeftOut();
     bool CopyLauncherFiles();
     void CopySystemFiles();
     void StopServerEdition();
     void TidyProgramFolder();
     void RegisterFiles();
     void DeleteFolder(const HVString& folder);
+    static bool FailsHere(const char16_t* step);
     void ShowError(const HVString& text, const char16_t* title);
 
     const CInstallContext& context_;

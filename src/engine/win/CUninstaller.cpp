@@ -295,7 +295,13 @@ bool CUninstaller::Register(const UninstallStep& step, bool undo)
 bool CUninstaller::RestoreFile(const UninstallStep& step)
 {
     const bool folder = step.data.EndsWith(u"\\");
-    if (folder ? !HVFileSystem::FolderExists(step.data) : !HVFileSystem::Exists(step.data, false)) {
+    const auto exists = [folder](const HVString& path) {
+        return folder ? HVFileSystem::FolderExists(path) : HVFileSystem::Exists(path, false);
+    };
+    if (!exists(step.data)) {
+        // Noted before the move: a run that ended before it never moved the file away.
+        if (exists(step.path))
+            return true;
         HVLog::Write(HVLog::kWarning, kSource, u"%s can't come back: %s is gone", step.path, step.data);
         return false;
     }

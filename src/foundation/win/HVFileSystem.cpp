@@ -387,6 +387,7 @@ bool HVFileSystem::EnumerateFolder(const HVString& folderPath, std::vector<Entry
         entry.attributes = data.dwFileAttributes;
         entry.isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         entry.size = (uint64_t(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+        entry.lastWrite = (uint64_t(data.ftLastWriteTime.dwHighDateTime) << 32) | data.ftLastWriteTime.dwLowDateTime;
         entries.push_back(std::move(entry));
     } while (::FindNextFileW(find.Get(), &data));
     return true;

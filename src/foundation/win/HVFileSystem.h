@@ -26,6 +26,7 @@ public:
         bool isFolder = false;
         uint64_t size = 0;
         DWORD attributes = 0;
+        uint64_t lastWrite = 0;  // FILETIME as one number
     };
 
     // Clears read-only, hidden and system first, so that such files can be deleted too.

@@ -150,7 +150,7 @@ bool CCopyAndInstallPpg::SkipInstall() { return steps_->SkipInstall(); }
 
 bool CCopyAndInstallPpg::RunCopy() { return GoOn(steps_->RunCopy()); }
 
-void CCopyAndInstallPpg::RunPlugins() { steps_->RunPlugins(); }
+bool CCopyAndInstallPpg::RunPlugins() { return GoOn(steps_->RunPlugins()); }
 
 void CCopyAndInstallPpg::BeginFinalizing(int32_t ticks)
 {

@@ -51,7 +51,7 @@ private:
     void ShowImage(int32_t number) override;
     bool RunDependencies() override;
     bool RunCopy() override;
-    void RunPlugins() override;
+    bool RunPlugins() override;
     bool SkipInstall() override;
     void BeginFinalizing(int32_t ticks) override;
     void WaitTick() override;

@@ -1,5 +1,7 @@
 #include "install/win/CInstallApp.h"
 
+#include "changes/CInstallRecord.h"
+#include "changes/win/CInstallRecordFile.h"
 #include "engine/win/CInstallRollback.h"
 #include "install/CInstallSettings.h"
 #include "install/win/CInstallWizard.h"
@@ -109,6 +111,10 @@ bool CInstallApp::Startup()
     PrepareLanguage();
     if (!JudgeSingleInstance())
         return false;
+    if (options_.rollback) {
+        RollBackStoppedInstall();
+        return false;
+    }
 
     const bool ctrl = ::GetKeyState(VK_CONTROL) < 0;
     const bool shift = ::GetKeyState(VK_SHIFT) < 0;
@@ -406,11 +412,59 @@ void CInstallApp::RunWizard()
         wizard.InstallRun().EndRecord(GetExitCode());
 }
 
+void CInstallApp::RollBackStoppedInstall()
+{
+    const HVString folder = HVFileSystem::NormalizeFolderPath(
+        options_.destinationFolder.IsEmpty() ? product_->GetEarlierInstallationFolder() : options_.destinationFolder);
+    std::vector<uint8_t> bytes;
+    const CInstallRecord::Contents record =
+        !folder.IsEmpty() && HVFileSystem::ReadFile(CInstallRecordFile::PathIn(folder), bytes)
+            ? CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()))
+            : CInstallRecord::Contents{.problem = u"There is no install record."};
+    if (!record.problem.IsEmpty()) {
+        HVLog::Write(HVLog::kError, "CInstallApp::RollBackStoppedInstall", u"Nothing undone in %s: %s", folder, record.problem);
+        SetExitCode(kExitFatalError);
+        return;
+    }
+    if (record.runs.empty() || record.runs.back().ended) {
+        HVLog::Write(HVLog::kInfo, "CInstallApp::RollBackStoppedInstall", u"Nothing to undo in %s: the last install came to its end",
+                     folder);
+        SetExitCode(kExitInstalled);
+        return;
+    }
+    const CInstallRecord::Contents::Run& stopped = record.runs.back();
+    const std::vector<InstallChange> changes(record.changes.begin() + static_cast<std::ptrdiff_t>(stopped.firstChange),
+                                             record.changes.end());
+    HVLog::Write(HVLog::kInfo, "CInstallApp::RollBackStoppedInstall", u"Undoing the stopped install in %s (%d changes)",
+                 folder, static_cast<int32_t>(changes.size()));
+    const CInstallRollback::Outcome outcome =
+        CInstallRollback::Run(changes, MachinePlaces(folder, record.userFolders), stopped.offset, GetModulePath());
+    SetExitCode(!outcome.complete ? kExitFatalError : outcome.restartNeeded ? kExitRestartNeeded : kExitInstalled);
+    TellRollback(outcome.complete);
+}
+
+void CInstallApp::TellRollback(bool complete)
+{
+    const HVString text = complete ? HVTranslator::Translate(CInstallRollback::kReturnedText)
+                                   : HVTranslator::Translate(u"Setup did not complete, and some of its changes could not be "
+                                                             u"undone. The log names them.");
+    HVLog::Write(complete ? HVLog::kInfo : HVLog::kError, "CInstallApp::TellRollback", u"%s", text);
+    if (!options_.silent)
+        HVMessageBox::Show(nullptr, text, HVTranslator::Translate(u"Install Wizard"),
+                           MB_OK | (complete ? MB_ICONINFORMATION : MB_ICONERROR));
+}
+
 void CInstallApp::RollBack(CInstallRun& run)
 {
     const std::vector<InstallChange> changes = run.InstallChanges();
     if (changes.empty()) {
-        run.EndRecord(GetExitCode());
+        // Nothing to undo; a record the run began for nothing goes with it.
+        if (run.InstallBegun() && run.RecordLengthBefore() == 0 && !run.InstallFolder().IsEmpty()) {
+            run.AbandonRecord();
+            CInstallRecordFile::CutBack(run.InstallFolder(), 0);
+        } else {
+            run.EndRecord(GetExitCode());
+        }
         return;
     }
     run.AbandonRecord();
@@ -419,12 +473,5 @@ void CInstallApp::RollBack(CInstallRun& run)
     const CInstallRollback::Outcome outcome =
         CInstallRollback::Run(changes, MachinePlaces(folder, CInstallRun::UserShortcutFolders()),
                               run.RecordLengthBefore(), GetModulePath());
-    const HVString text = outcome.complete
-                              ? HVTranslator::Translate(CInstallRollback::kReturnedText)
-                              : HVTranslator::Translate(u"Setup did not complete, and some of its changes could not be undone. "
-                                                        u"The log names them.");
-    HVLog::Write(outcome.complete ? HVLog::kInfo : HVLog::kError, "CInstallApp::RollBack", u"%s", text);
-    if (!options_.silent)
-        HVMessageBox::Show(nullptr, text, HVTranslator::Translate(u"Install Wizard"),
-                           MB_OK | (outcome.complete ? MB_ICONINFORMATION : MB_ICONERROR));
+    TellRollback(outcome.complete);
 }

@@ -54,6 +54,10 @@ protected:
     virtual void RunWizard();
     // An install that failed or was cancelled is undone, and the user told so.
     void RollBack(CInstallRun& run);
+    // "/Rollback": the install that was stopped before its end (the record's last run has no
+    // end) is undone; nothing is installed.
+    void RollBackStoppedInstall();
+    void TellRollback(bool complete);
 
 private:
     void SuppressMessagesIfAsked(bool suppress);

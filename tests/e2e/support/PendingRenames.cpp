@@ -2,6 +2,8 @@
 
 #include "foundation/win/HVRegKey.h"
 
+#include <algorithm>
+
 namespace e2e
 {
 namespace
@@ -30,13 +32,13 @@ PendingRenames::~PendingRenames()
         key.SetMultiString(kValue, before_);
 }
 
-bool PendingRenames::Names(const HVString& destination)
+bool PendingRenames::Names(const HVString& destination) { return Count(destination) > 0; }
+
+size_t PendingRenames::Count(const HVString& destination)
 {
     std::vector<HVString> entries;
     SessionManager().QueryMultiString(kValue, entries);
-    for (const HVString& entry : entries)
-        if (entry.EndsWithNoCase(destination.view()))
-            return true;
-    return false;
+    return static_cast<size_t>(std::count_if(entries.begin(), entries.end(),
+                                             [&](const HVString& entry) { return entry.EndsWithNoCase(destination.view()); }));
 }
 }

@@ -19,6 +19,8 @@ public:
 
     // Some entry replaces `destination` (the value holds system forms such as "!\??\C:\...").
     static bool Names(const HVString& destination);
+    // How many entries replace `destination`.
+    static size_t Count(const HVString& destination);
 
 private:
     std::vector<HVString> before_;
