@@ -193,7 +193,7 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     }
 
     // What is replaced is kept beside it until the install has ended well, for a rollback.
-    HVString kept = existed ? destination + u".iwold" : HVString();
+    HVString kept = existed ? destination + kKeptSuffix : HVString();
     if (existed && !HVFileSystem::MakeUniqueName(kept))
         kept.Empty();
     NoteStarted(destination, existed, kept);
@@ -314,17 +314,27 @@ bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destinat
     const bool blocked = destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes);
     if (kept.IsEmpty())
         return HVFileSystem::CopyFileByRename(source, destination, TemporaryName(destination), blocked, &error);
-    // The old file is renamed aside rather than replaced, and kept there until the end.
     const HVString temporary = TemporaryName(destination);
     if (!HVFileSystem::CopyFileWhole(source, temporary, &error))
         return false;
     if (blocked)
         HVFileSystem::SetNormalAttributes(destination);
-    if (HVFileSystem::MoveFile(destination, kept, false, false, &error)) {
-        if (HVFileSystem::MoveFile(temporary, destination, true, false, &error))
-            return true;
-        HVFileSystem::MoveFile(kept, destination, true, false);
+    // A file that another program holds can't be replaced now; a second name made for it could
+    // then not be taken back either.
+    if (!HVFileSystem::OpenFile(destination, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING)) {
+        error = ::GetLastError();
+        HVFileSystem::DeleteFile(temporary);
+        return false;
     }
+    // The old file keeps a second name until the end: the rename over the destination then
+    // replaces it in one step as before, and no byte is copied for the keeping.
+    const bool keptNow = ::CreateHardLinkW(HVFileSystemPath::ToLongPath(kept).w(), HVFileSystemPath::ToLongPath(destination).w(),
+                                           nullptr) ||
+                         HVFileSystem::CopyFileWhole(destination, kept, &error);
+    if (keptNow && HVFileSystem::MoveFile(temporary, destination, true, false, &error))
+        return true;
+    if (keptNow)
+        HVFileSystem::DeleteFile(kept);
     HVFileSystem::DeleteFile(temporary);
     return false;
 }
@@ -367,7 +377,7 @@ void CFileInstaller::RemoveKeeping(const HVString& path)
     const InstallChange::Kind kind = folder ? InstallChange::Kind::FolderDeleted : InstallChange::Kind::FileDeleted;
     // Kept aside under a free name until the install ended well, so that a rollback puts it back;
     // noted first, so that a run ended here still names where it went.
-    HVString kept = HVFileSystemPath::RemoveBackslash(path) + u".iwold";
+    HVString kept = HVFileSystemPath::RemoveBackslash(path) + kKeptSuffix;
     if (HVFileSystem::MakeUniqueName(kept)) {
         changes_.Note({.kind = kind, .path = path, .existedBefore = true, .before = folder ? kept + u"\\" : kept});
         if (HVFileSystem::MoveFile(HVFileSystemPath::RemoveBackslash(path), kept, false, false))

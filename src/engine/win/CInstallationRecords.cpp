@@ -2,6 +2,7 @@
 
 #include "changes/CInstallRecord.h"
 #include "changes/win/CRegistryWriter.h"
+#include "engine/win/CFileInstaller.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
 #include "foundation/win/HVFileSystem.h"
@@ -95,8 +96,10 @@ uint64_t CInstallationRecords::FolderSize(const HVString& folder)
         return 0;
     uint64_t size = 0;
     for (const HVFileSystem::Entry& item : entries) {
-        // The install record grows until the run ends: it is no part of the product's size.
-        if (!item.isFolder && item.name.EqualsNoCase(CInstallRecord::kFileName))
+        // The install record grows until the run ends, and what the run keeps for a rollback
+        // goes when it ends: neither is part of the product's size.
+        if ((!item.isFolder && item.name.EqualsNoCase(CInstallRecord::kFileName)) ||
+            item.name.EndsWithNoCase(CFileInstaller::kKeptSuffix))
             continue;
         size += item.isFolder ? FolderSize(folder + item.name + u"\\") : item.size;
     }

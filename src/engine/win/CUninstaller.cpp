@@ -78,33 +78,20 @@ bool DeleteTree(HKEY root, const HVString& subKey)
     return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKeyTree(name);
 }
 
-// The key when it holds nothing: what others put there since keeps it.
-bool RemoveKeyIfEmpty(HKEY root, const HVString& subKey)
+// The key when it holds nothing, after (with `below`) the keys below it that hold nothing: what
+// others put there since keeps it.
+bool RemoveIfEmpty(HKEY root, const HVString& subKey, bool below)
 {
     HVRegKey key;
     if (!key.Open(root, subKey, KEY_READ))
         return true;
+    if (below)
+        for (const HVString& child : key.EnumSubKeys())
+            RemoveIfEmpty(root, subKey + u"\\" + child, true);
     if (!key.EnumSubKeys().empty() || !key.EnumValueNames().empty()) {
         HVLog::Write(HVLog::kInfo, kSource, u"%s stays: something else is in it", subKey);
         return true;
     }
-    key.Close();
-    HVString parentPath, name;
-    SplitLast(subKey, parentPath, name);
-    HVRegKey parent;
-    return parent.Open(root, parentPath, KEY_READ | KEY_WRITE) && parent.DeleteSubKey(name);
-}
-
-// The key and the keys below it that hold nothing: what others put there stays.
-bool PruneEmptyKeys(HKEY root, const HVString& subKey)
-{
-    HVRegKey key;
-    if (!key.Open(root, subKey, KEY_READ | KEY_WRITE))
-        return true;
-    for (const HVString& child : key.EnumSubKeys())
-        PruneEmptyKeys(root, subKey + u"\\" + child);
-    if (!key.EnumSubKeys().empty() || !key.EnumValueNames().empty())
-        return true;
     key.Close();
     HVString parentPath, name;
     SplitLast(subKey, parentPath, name);
@@ -218,9 +205,9 @@ bool CUninstaller::Do(const UninstallStep& step)
     case Action::DeleteRecordKey:
         return root && !subKey.IsEmpty() && DeleteTree(root, subKey);
     case Action::RemoveEmptyKey:
-        return root && !subKey.IsEmpty() && RemoveKeyIfEmpty(root, subKey);
+        return root && !subKey.IsEmpty() && RemoveIfEmpty(root, subKey, false);
     case Action::PruneKey:
-        return root && !subKey.IsEmpty() && PruneEmptyKeys(root, subKey);
+        return root && !subKey.IsEmpty() && RemoveIfEmpty(root, subKey, true);
     case Action::DeleteShortcut:
         return RemoveShortcut(step);
     case Action::RemoveFile:
@@ -240,7 +227,7 @@ bool CUninstaller::Do(const UninstallStep& step)
         HVString vendorKey, name;
         SplitLast(subKey, vendorKey, name);
         if (done && vendorKey.Find(u'\\') != HVString::npos)
-            RemoveKeyIfEmpty(root, vendorKey);
+            RemoveIfEmpty(root, vendorKey, false);
         if (done && !step.name.IsEmpty())
             HVFileSystem::RemoveFolder(HVFileSystemPath::GetFolder(HVFileSystemPath::RemoveBackslash(step.name)));
         return done;

@@ -81,7 +81,7 @@ TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeA
     ASSERT_TRUE(parent.OpenExisting());
     ASSERT_TRUE(parent.DeleteValue(u"Old") && parent.DeleteValue(u"Never There") && parent.DeleteSubKeyTree(u"A"));
 
-    ASSERT_EQ(changes_.Changes().size(), 6u);
+    ASSERT_EQ(changes_.Changes().size(), 7u);
     EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
     EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B"), nullptr);
     EXPECT_FALSE(changes_.Changes()[2].existedBefore);
@@ -92,6 +92,10 @@ TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeA
     ASSERT_NE(deleted, nullptr);
     EXPECT_EQ(deleted->before, u"dword:00000007");
     EXPECT_NE(Noted(InstallChange::Kind::KeyDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
+    // A key that goes whole has each of its values noted with its data, for a rollback.
+    const InstallChange* gone = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B", L"Text");
+    ASSERT_NE(gone, nullptr);
+    EXPECT_EQ(gone->before, u"\"two\"");
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer\\A"));
     // Noted before it is made: a write that never happens still leaves its note, which an
     // uninstall checks against the machine.
