@@ -109,8 +109,12 @@ void CInstallRun::EndRecord(int exitCode)
 {
     if (!record_.IsOpen())
         return;
-    if (exitCode == 0 || exitCode == 3010)
+    if (exitCode == 0 || exitCode == 3010) {
         DropWhatWasKept();
+        // Moves at the next restart whose staged copy is gone (an earlier run's, cleaned away)
+        // would only fail then.
+        HVFileSystem::CancelMoveAtRestart(HVString(), deferred_.StagingFolder());
+    }
     std::vector<HVString> now;
     HVFileSystem::ListFiles(installFolder_, now);
     const auto folded = [](HVString path) { return path.MakeLower(); };
