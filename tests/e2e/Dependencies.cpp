@@ -11,6 +11,9 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <algorithm>
+#include <cctype>
+
 namespace
 {
 using e2e::kPropertiesKey;
@@ -20,7 +23,28 @@ constexpr DWORD kExitCancelled = 1602;
 
 std::wstring MarkerPath() { return e2e::TempFolder() + L"Sample Dependency Setup.log"; }
 
-std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"); }
+// Where downloads go: a folder of their own below the Windows folder's Temp.
+std::wstring DownloadsBase()
+{
+    wchar_t windows[MAX_PATH] = {};
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    return std::wstring(windows) + L"\\Temp\\";
+}
+
+// Windows keeps a name's case as it was made ("temp" in Wine's prefix) and finds it in any.
+std::string Lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+std::vector<std::wstring> LeftDownloads()
+{
+    std::vector<std::wstring> left = e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *");
+    for (const std::wstring& file : e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"))
+        left.push_back(file);
+    return left;
+}
 
 class DependenciesTest : public e2e::FreshMachineTest
 {
@@ -30,8 +54,8 @@ protected:
         FreshMachineTest::SetUp();
         DeleteFileW(MarkerPath().c_str());
         // What a run that was ended from outside could not remove.
-        for (const std::wstring& name : LeftDownloads())
-            DeleteFileW((e2e::TempFolder() + name).c_str());
+        for (const std::wstring& name : e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *"))
+            e2e::DeleteTree(DownloadsBase() + name);
         program_ = e2e::ReadFileText(e2e::TestProgramFolder() + L"SampleDependencySetup.exe");
         ASSERT_GT(program_.size(), 1000u);
         const HVFileHandle file = HVFileSystem::OpenFile((e2e::TestProgramFolder() + L"SampleDependencySetup.exe").c_str(),
@@ -88,9 +112,10 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
                                         : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
     PointAt(server, sha256_);
-    // A file someone else put where the first download would go is passed by, untouched.
-    const std::wstring planted = L"HV Download (1).dat";
-    ASSERT_TRUE(e2e::WriteFileBytes(e2e::TempFolder() + planted, "someone else's"));
+    // A folder someone else made where the first download would go is passed by, untouched.
+    const std::wstring planted = L"Install Wizard Download 1";
+    const std::wstring plantedFile = DownloadsBase() + planted + L"\\HV Download (1).dat";
+    ASSERT_TRUE(e2e::WriteFileBytes(plantedFile, "someone else's"));
     for (const auto& c : cases) {
         const std::string label = (c.pv ? e2e::Utf8(*c.pv) : "(missing)") + e2e::Utf8(c.more);
         ASSERT_TRUE(e2e::ResetToFreshMachine());
@@ -100,14 +125,14 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         const e2e::SetupRun run = Install({}, c.more);
         ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
         EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 1 : 0) << label;
-        // Run from its temporary file with the silent switches, then removed.
-        const char* marker = c.downloads ? "HV Download (2).dat|/silent /install\r\n" : "";
-        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), marker) << label;
+        // Run with the silent switches from its file in a folder of its own, then removed.
+        const std::string marker = e2e::Utf8(DownloadsBase()) + "Install Wizard Download 2\\HV Download (1).dat|/silent /install\r\n";
+        EXPECT_EQ(Lower(e2e::ReadFileText(MarkerPath())), Lower(c.downloads ? marker : "")) << label;
         EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads) << run.Describe();
         EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
-    EXPECT_EQ(e2e::ReadFileText(e2e::TempFolder() + planted), "someone else's");
-    DeleteFileW((e2e::TempFolder() + planted).c_str());
+    EXPECT_EQ(e2e::ReadFileText(plantedFile), "someone else's");
+    e2e::DeleteTree(DownloadsBase() + planted);
 }
 
 // Every way a download can go wrong gives its box, runs nothing, leaves no file, and the
@@ -126,6 +151,7 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         std::wstring orWholeText = {};
         bool offline = false;      // the server is never asked
         std::wstring logged = {};  // a line the log holds besides
+        bool pinned = true;
     } cases[] = {
         {"404", {.status = 404, .statusText = "Not Found"}, L"Server returned: 404 Not Found", false},
         {"500", {.status = 500, .statusText = "Internal Server Error"}, L"Server returned: 500 Internal Server Error", false},
@@ -138,13 +164,20 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         {"tampered", {.body = tampered}, kDamaged, true, {}, false,
          L"SHA-256 expected " + e2e::Wide(sha256_) + L", got "},
         {"silent", {.silent = true}, L"Internet error.", false},
+        {"unpinned over http", {.body = program_}, kDamaged, true, {}, false, L"refused: not over https all the way", false},
+        // A byte now and then, never 30 seconds apart, stops at the deadline all the same.
+        {"trickling", {.body = program_, .pieceBytes = 64, .pauseMs = 200}, L"Internet error.", false, {}, false,
+         L"the download's deadline of 3000 ms has passed"},
+        {"two gigabytes announced", {.body = program_, .announced = 2ull << 30}, L"Internet error.", false, {}, false,
+         L"announces 2147483648 bytes"},
         {"no network", {.body = program_}, L"No network connection was found.", false, {}, true},
     };
     SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS", L"1500");
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", L"3000");
     for (const auto& c : cases) {
         SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", c.offline ? L"1" : nullptr);
         e2e::LocalHttpServer server([&](const std::string&) { return c.reply; });
-        PointAt(server, sha256_);
+        PointAt(server, c.pinned ? sha256_ : "");
         const std::wstring address = e2e::Wide(server.BaseUrl() + kEdgeSetup);
         const std::wstring text = c.wholeText ? c.text : L"Failed to download from \n" + address + L"\n" + c.text;
         std::vector<e2e::DialogRule> rules = {{.title = L"Download Error", .text = text, .button = IDOK, .times = 1}};
@@ -160,6 +193,7 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
         EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
     }
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", nullptr);
 }
 
 // Cancel while a slow server trickles the program: the download stops at once, the box says

@@ -1,7 +1,10 @@
 // Packages named by the install description, installed by the plug-in step of an interactive
 // install: the sample package's skin, plug-in and registry lines; "No" at the confirmation;
-// an archive whose member would escape its folder; a package fetched from an address.
+// an archive whose member would escape its folder; a package fetched from an address, pinned or not.
 #include "E2ESupport.h"
+
+#include "foundation/win/HVFileSystem.h"
+#include "foundation/win/HVSha256.h"
 
 #include <gtest/gtest.h>
 
@@ -35,11 +38,15 @@ protected:
         return setup;
     }
 
-    // A setup folder whose description names a package by its address.
-    static std::wstring SetupWithAddress(const std::string& url)
+    // A setup folder whose description names a package by its address, pinned to `sha256`.
+    static std::wstring SetupWithAddress(const std::string& url, const std::string& sha256 = "")
     {
         const std::wstring setup = e2e::CopySampleSetup(L"Packages");
-        return !setup.empty() && e2e::SetDescriptionText(setup, "Installer/Packages", url) ? setup : std::wstring();
+        return !setup.empty() && e2e::SetDescriptionText(setup, "Installer/Packages", url) &&
+                       e2e::SetDescriptionText(setup, "Installer/Downloads",
+                                               "<SamplePackage.lwp><SHA256>" + sha256 + "</SHA256></SamplePackage.lwp>")
+                   ? setup
+                   : std::wstring();
     }
 
     // An interactive express install that answers the package's one box with `button`.
@@ -126,10 +133,23 @@ TEST_F(PackagesTest, APackageAtAnAddressIsDownloadedFirstAndAFailedDownloadSaysW
     });
     ASSERT_TRUE(server.Started());
 
-    const e2e::SetupRun fetched = Install(SetupWithAddress(server.BaseUrl() + "SamplePackage.lwp"), Confirm(IDYES));
+    const std::string address = server.BaseUrl() + "SamplePackage.lwp";
+    const HVFileHandle file = HVFileSystem::OpenFile((e2e::TestProgramFolder() + L"SamplePackage.lwp").c_str(), GENERIC_READ,
+                                                     FILE_SHARE_READ, OPEN_EXISTING);
+    const e2e::SetupRun fetched = Install(SetupWithAddress(address, HVSha256::OfFile(file.Get()).ToUtf8()), Confirm(IDYES));
     ASSERT_TRUE(fetched.result.ExitedWith(0)) << fetched.Describe();
     EXPECT_TRUE(e2e::PathExists(kDestination + L"Plugins\\Input\\in_sampletracker.dll")) << fetched.Describe();
-    EXPECT_FALSE(e2e::PathExists(e2e::TempFolder() + L"SamplePackage.lwp"));  // the download is gone after the install
+    EXPECT_TRUE(fetched.Logged(L"Install Wizard Download 1\\SamplePackage.lwp")) << fetched.Describe();
+
+    // Without a pin, only https vouches for a package.
+    ASSERT_TRUE(e2e::ResetToFreshMachine());
+    const e2e::SetupRun unpinned = Install(SetupWithAddress(address),
+                                           {.title = L"Information",
+                                            .text = L"More Info: The downloaded file is damaged or not the expected one.",
+                                            .match = e2e::TextMatch::Contains,
+                                            .button = IDOK});
+    ASSERT_TRUE(unpinned.result.ExitedWith(0)) << unpinned.Describe();
+    EXPECT_FALSE(e2e::PathExists(kDestination + L"Plugins\\Input\\in_sampletracker.dll"));
 
     ASSERT_TRUE(e2e::ResetToFreshMachine());
     const std::string missing = server.BaseUrl() + "Missing.lwp";

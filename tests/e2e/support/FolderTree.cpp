@@ -4,8 +4,11 @@
 #include "foundation/win/HVUniqueResource.h"
 
 #include <windows.h>
+#include <winioctl.h>
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace e2e
 {
@@ -237,5 +240,73 @@ std::string WaitForLines(const std::wstring& path, int lines)
         text = ReadFileText(path);
     }
     return text;
+}
+
+namespace
+{
+// Under Wine: a program of the Linux machine run on the Unix names of Windows paths (Wine starts
+// Linux programs like its own), for what Wine can't do itself; then up to ten seconds for
+// `done` to hold, since the process handle Wine gives for a Linux program doesn't wait for it.
+// False outside Wine.
+bool RunOnUnixNames(const wchar_t* program, const std::vector<std::wstring>& paths, const std::function<bool()>& done)
+{
+    using UnixName = char*(CDECL*)(LPCWSTR);
+    const auto unixName = reinterpret_cast<UnixName>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    if (!unixName)
+        return false;
+    std::wstring command = std::wstring(L"Z:\\bin\\") + program;
+    for (const std::wstring& path : paths) {
+        char* name = unixName(Normalised(path).c_str());
+        command += L" \"" + (name ? Wide(name) : std::wstring()) + L"\"";
+        ::HeapFree(::GetProcessHeap(), 0, name);
+    }
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    const std::wstring exe = command.substr(0, command.find(L' '));
+    if (!::CreateProcessW(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+        return false;
+    const HVHandle running(process.hProcess), thread(process.hThread);
+    for (int i = 0; i < 200 && !done(); ++i)
+        ::Sleep(50);
+    return done();
+}
+}   // namespace
+
+bool MakeFolderLink(const std::wstring& link, const std::wstring& target)
+{
+    if (!::CreateDirectoryW(link.c_str(), nullptr))
+        return false;
+    {
+        // A mount-point reparse buffer: tag, sizes, then the "\\??\\" name and the printed name.
+        const std::wstring substitute = L"\\??\\" + target, print = target;
+        std::vector<char> buffer(16 + (substitute.size() + print.size() + 2) * sizeof(wchar_t));
+        const auto put16 = [&](size_t at, size_t value) { *reinterpret_cast<USHORT*>(&buffer[at]) = static_cast<USHORT>(value); };
+        *reinterpret_cast<ULONG*>(&buffer[0]) = IO_REPARSE_TAG_MOUNT_POINT;
+        put16(4, buffer.size() - 8);
+        put16(10, substitute.size() * sizeof(wchar_t));
+        put16(12, (substitute.size() + 1) * sizeof(wchar_t));
+        put16(14, print.size() * sizeof(wchar_t));
+        std::copy_n(reinterpret_cast<const char*>(substitute.c_str()), substitute.size() * 2, &buffer[16]);
+        std::copy_n(reinterpret_cast<const char*>(print.c_str()), print.size() * 2, &buffer[16 + (substitute.size() + 1) * 2]);
+        const HVFileHandle folder(::CreateFileW(link.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                                FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+        DWORD returned = 0;
+        if (folder && ::DeviceIoControl(folder.Get(), FSCTL_SET_REPARSE_POINT, buffer.data(), static_cast<DWORD>(buffer.size()),
+                                        nullptr, 0, &returned, nullptr))
+            return true;
+    }
+    ::RemoveDirectoryW(link.c_str());
+    return RunOnUnixNames(L"ln -s", {target, link}, [&] {
+        const DWORD attributes = ::GetFileAttributesW(link.c_str());
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    });
+}
+
+bool RemoveFolderLink(const std::wstring& link)
+{
+    const auto gone = [&] { return ::GetFileAttributesW(link.c_str()) == INVALID_FILE_ATTRIBUTES; };
+    return ::RemoveDirectoryW(link.c_str()) || gone() || RunOnUnixNames(L"rm", {link}, gone);
 }
 }

@@ -51,6 +51,12 @@ bool CopyTree(const std::wstring& from, const std::wstring& to);
 bool DeleteTree(const std::wstring& folder);
 // Makes a folder and its missing parents. True when it exists afterwards.
 bool MakeFolder(const std::wstring& folder);
+// Makes `link` a junction to the existing folder `target`. Wine 8 has no junctions
+// (FSCTL_SET_REPARSE_POINT fails): there the link is a symbolic link of the Linux file system
+// (made with /bin/ln), which Wine shows as a reparse point and resolves in final paths.
+bool MakeFolderLink(const std::wstring& link, const std::wstring& target);
+// Removes such a link, never what it leads to. True when it is gone.
+bool RemoveFolderLink(const std::wstring& link);
 // Writes a file (UTF-8 bytes as given), making its folder. For arranging test input.
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
 // Reads a whole file; false when it can't be read.

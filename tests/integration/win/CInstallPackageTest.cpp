@@ -5,13 +5,36 @@
 #include "engine/CInstallChangeLog.h"
 
 #include "E2ESupport.h"
+#include "RecordingLogger.h"
 #include "ZipBuilder.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+
 namespace
 {
 std::wstring UnpackFolder() { return e2e::TempFolder() + L"Install Wizard Package\\"; }
+
+// Every file below the folders with its bytes: what "nothing written" is checked against.
+std::map<std::wstring, std::string> Snapshot(const std::vector<std::wstring>& folders)
+{
+    std::map<std::wstring, std::string> files;
+    for (const std::wstring& folder : folders) {
+        for (const std::wstring& file : e2e::ListTree(folder))
+            files[folder + file] = e2e::ReadFileText(folder + file);
+    }
+    return files;
+}
+
+std::wstring ShortName(const std::wstring& path)
+{
+    wchar_t buffer[MAX_PATH] = {};
+    const DWORD length = GetShortPathNameW(path.c_str(), buffer, MAX_PATH);
+    const std::wstring shortPath(buffer, length);
+    return shortPath.substr(shortPath.rfind(L'\\') + 1);
+}
 }   // namespace
 
 TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
@@ -34,10 +57,9 @@ TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
         {"a mini skin without LWFS goes to the standard view under the package's name",
          "<LWPF><Actions>INSTALLMINISKIN</Actions><Package><Name>Plain</Name></Package></LWPF>",
          {L"Skins\\Standard View\\Plain\\main.xml", L"Skins\\Standard View\\Plain\\a.txt"}, {L"Skins\\Standard View\\Plain\\Package.xml"}, false},
-        {"flat layout: copy by command word, macros in Param, deletion only inside the program folder",
+        {"flat layout: copy by command word, macros in Param",
          "<LWPF><Package><HasActions>1</HasActions><File1>a.txt</File1><File1Action1>COPY_PLUGINDIR</File1Action1>"
-         "<File2>main.xml</File2><File2Action1 Param=\"[PROGRAMPATH]Extra\">COPY_DIRECTORY</File2Action1>"
-         "<File3>x</File3><File3Action1 Param=\"C:\\windows\\system32\">DELETE_DIRECTORY</File3Action1></Package></LWPF>",
+         "<File2>main.xml</File2><File2Action1 Param=\"[PROGRAMPATH]Extra\">COPY_DIRECTORY</File2Action1></Package></LWPF>",
          {L"Plugins\\a.txt", L"Extra\\main.xml"}, {}, false},
     };
     for (const auto& c : cases) {
@@ -60,4 +82,81 @@ TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
         EXPECT_TRUE(e2e::PathExists(L"C:\\windows\\system32\\kernel32.dll"));
     }
     e2e::DeleteTree(UnpackFolder());
+}
+
+// Each hole a hostile package could use to write or delete outside the folder its word is for:
+// refused whole, nothing written, nothing deleted (the program folder, a folder that stands for
+// the user's music, System32).
+TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWriteNothing)
+{
+    using Entries = std::vector<ZipBuilder::Entry>;
+    const auto unzipWith = [](Entries members) {
+        members.push_back({"Package.xml", "<LWPF><Actions>UNZIPDIR</Actions></LWPF>"});
+        return members;
+    };
+    const auto described = [](const std::string& body) {
+        return Entries{{"Package.xml", "<LWPF>" + body + "</LWPF>"}, {"main.xml", "<LWMS/>"}, {"version.dll", "evil"}};
+    };
+    const std::string skin = "<Actions>INSTALLSKIN</Actions><Package><Name>";
+    Entries manyDescriptions;
+    for (int i = 0; i < 600; ++i)
+        manyDescriptions.push_back({std::to_string(i) + ".xml", "<Other>" + std::string(8000, ' ') + "</Other>", true});
+    const struct
+    {
+        const char* what;
+        std::function<Entries(const std::wstring& program, const std::wstring& outside)> package;  // arranges the machine too
+        const char* refused;  // the name the log gives
+    } cases[] = {
+        {"a skin named into System32", [&](auto&, auto&) { return described(skin + "..\\..\\..\\..\\..\\..\\..\\..\\..\\Windows\\System32</Name></Package>"); },
+         "Windows\\System32"},
+        {"a file entry that climbs", [&](auto&, auto&) { return described("<FileEntry><File>../main.xml</File><Action Command=\"COPY_PLUGINDIR\"/></FileEntry>"); },
+         "../main.xml"},
+        {"a folder copied outside the program folder", [&](auto&, const std::wstring& outside) {
+             return described("<FileEntry><File>main.xml</File><Action Command=\"COPY_DIRECTORY\" Param=\"" + e2e::Utf8(outside) + "\"/></FileEntry>"); },
+         "PackageOutside"},
+        {"a folder deleted outside the program folder", [&](auto&, auto&) {
+             return described("<FileEntry><File>x</File><Action Command=\"DELETE_DIRECTORY\" Param=\"C:\\windows\\system32\"/></FileEntry>"); },
+         "system32"},
+        {"two names that differ only in Cyrillic case", [&](auto&, auto&) {
+             return unzipWith({{"\xD0\x94.dll", "first", false, -1, 0, 0x800}, {"\xD0\xB4.dll", "second", false, -1, 0, 0x800}}); },
+         "is in the archive twice"},
+        {"a member named by another file's short name", [&](const std::wstring& program, auto&) {
+             EXPECT_TRUE(e2e::WriteFileBytes(program + L"PackageInstaller.exe", "original"));
+             return unzipWith({{e2e::Utf8(ShortName(program + L"PackageInstaller.exe")), "evil"}}); },
+         "is another name of"},
+        {"600 root .xml files before the description", [&](auto&, auto&) { return unzipWith(manyDescriptions); },
+         "No description within the first 4194304 bytes"},
+        {"a folder deleted through a junction", [&](const std::wstring& program, const std::wstring& outside) {
+             EXPECT_TRUE(e2e::MakeFolderLink(program + L"Data", outside));
+             return described("<FileEntry><File>x</File><Action Command=\"DELETE_DIRECTORY\" Param=\"[PROGRAMPATH]Data\"/></FileEntry>"); },
+         "is a junction or link"},
+        {"a skin copied through a junction", [&](const std::wstring& program, const std::wstring& outside) {
+             EXPECT_TRUE(e2e::MakeFolder(program + L"FullSkins"));
+             EXPECT_TRUE(e2e::MakeFolderLink(program + L"FullSkins\\Standard View", outside));
+             return described(skin + "Plain</Name></Package>"); },
+         "is a junction or link"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        e2e::DeleteTree(UnpackFolder());
+        const std::wstring program = e2e::ScratchFolder(L"Package");
+        const std::wstring outside = e2e::ScratchFolder(L"PackageOutside");
+        ASSERT_FALSE(program.empty());
+        ASSERT_TRUE(e2e::WriteFileBytes(outside + L"song.mp3", "music"));
+        const std::wstring package = e2e::ScratchFolder(L"PackageFile") + L"Test.lwp";
+        ASSERT_TRUE(e2e::WriteFileBytes(package, ZipBuilder::MakeZip(c.package(program, outside))));
+        const auto before = Snapshot({program, outside});
+        RecordingLogger log;
+        CInstallChangeLog changes;
+        CInstallPackage::Context context{changes, HVString(program.c_str()), u"Sonora", u"Sonora 32", HVString(),
+                                         nullptr, false, nullptr};
+        EXPECT_FALSE(CInstallPackage(context).Install(HVString(package.c_str())));
+        EXPECT_EQ(Snapshot({program, outside}), before);
+        EXPECT_TRUE(log.Has(0, c.refused)) << testing::PrintToString(log.Texts());
+        EXPECT_FALSE(e2e::PathExists(L"C:\\windows\\system32\\main.xml"));
+        EXPECT_NE(e2e::ReadFileText(L"C:\\windows\\system32\\version.dll"), "evil");
+        EXPECT_FALSE(e2e::FolderExists(UnpackFolder()));
+        for (const wchar_t* link : {L"Data", L"FullSkins\\Standard View"})
+            EXPECT_TRUE(e2e::RemoveFolderLink(program + link));
+    }
 }
