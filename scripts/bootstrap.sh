@@ -16,6 +16,8 @@ packages=(
   g++ clang libclang-rt-14-dev libbenchmark-dev libpugixml-dev libtinyxml2-dev libexpat1-dev zlib1g-dev
   # the sample setup folder's font
   fonts-dejavu-core
+  # the https server of the download tests (Wine can't serve TLS) and its throwaway certificate
+  python3 openssl
 )
 
 missing=()

@@ -11,31 +11,23 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <algorithm>
-#include <cctype>
-
 namespace
 {
 using e2e::kPropertiesKey;
 const std::string kEdgeSetup = "MicrosoftEdgeWebview2Setup.exe";
+const std::wstring kEdgeSetupW = L"MicrosoftEdgeWebview2Setup.exe";
 const std::wstring kDamaged = L"The downloaded file is damaged or not the expected one.";
 constexpr DWORD kExitCancelled = 1602;
 
 std::wstring MarkerPath() { return e2e::TempFolder() + L"Sample Dependency Setup.log"; }
 
-// Where downloads go: a folder of their own below the Windows folder's Temp.
+// Where downloads go: a folder of their own below the Windows folder's Temp (spelt as it is on
+// the disk, as a program started there sees its path).
 std::wstring DownloadsBase()
 {
-    wchar_t windows[MAX_PATH] = {};
+    wchar_t windows[MAX_PATH] = {}, temp[MAX_PATH] = {};
     GetWindowsDirectoryW(windows, MAX_PATH);
-    return std::wstring(windows) + L"\\Temp\\";
-}
-
-// Windows keeps a name's case as it was made ("temp" in Wine's prefix) and finds it in any.
-std::string Lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
+    return std::wstring(temp, GetLongPathNameW((std::wstring(windows) + L"\\Temp\\").c_str(), temp, MAX_PATH));
 }
 
 std::vector<std::wstring> LeftDownloads()
@@ -80,7 +72,8 @@ protected:
             ASSERT_TRUE(e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, e2e::kWebView2ClientKey, L"pv", HVRegView::Key32));
     }
 
-    void PointAt(const e2e::LocalHttpServer& server, const std::string& pin)
+    template <class Server>
+    void PointAt(const Server& server, const std::string& pin)
     {
         ASSERT_TRUE(server.Started());
         ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/DownloadServer", server.BaseUrl()));
@@ -127,7 +120,7 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 1 : 0) << label;
         // Run with the silent switches from its file in a folder of its own, then removed.
         const std::string marker = e2e::Utf8(DownloadsBase()) + "Install Wizard Download 2\\HV Download (1).dat|/silent /install\r\n";
-        EXPECT_EQ(Lower(e2e::ReadFileText(MarkerPath())), Lower(c.downloads ? marker : "")) << label;
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), c.downloads ? marker : "") << label;
         EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads) << run.Describe();
         EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
@@ -194,6 +187,37 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
     }
     SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", nullptr);
+}
+
+// Without a pin only https vouches for a download: from a server whose certificate Windows
+// trusts it runs; from one it doesn't trust it doesn't; a redirect from https to http is not
+// followed even when the file is pinned.
+TEST_F(DependenciesTest, HttpsAloneVouchesForAnUnpinnedDownload)
+{
+    SetEdgeVersion(std::nullopt);
+    e2e::LocalHttpServer plain([&](const std::string&) { return e2e::HttpReply{.body = program_}; });
+    using Mode = e2e::LocalHttpsServer::Mode;
+    const struct { const char* label; Mode mode; bool trusted; std::string pin; bool runs; std::wstring logged; } cases[] = {
+        {"trusted", Mode::Serve, true, "", true, L"none pinned, came over https"},
+        {"untrusted certificate", Mode::Serve, false, "", false, L"error 12045"},  // ERROR_INTERNET_INVALID_CA
+        {"redirected to http", Mode::Redirect, true, sha256_, false, L"redirects to " + e2e::Wide(plain.BaseUrl()) + kEdgeSetupW},
+    };
+    for (const auto& c : cases) {
+        const e2e::LocalHttpsServer server(e2e::TestProgramFolder() + L"SampleDependencySetup.exe", c.mode, plain.BaseUrl(),
+                                           c.trusted);
+        PointAt(server, c.pin);
+        DeleteFileW(MarkerPath().c_str());
+        const std::wstring failed = L"Failed to download from \n" + e2e::Wide(server.BaseUrl() + kEdgeSetup) + L"\nInternet error.";
+        const e2e::SetupRun run = Install(c.runs ? std::vector<e2e::DialogRule>{}
+                                                 : std::vector<e2e::DialogRule>{{.title = L"Download Error", .text = failed,
+                                                                                 .button = IDOK, .times = 1}});
+        ASSERT_TRUE(run.result.ExitedWith(0)) << c.label << run.Describe();
+        EXPECT_EQ(run.result.dialogs.size(), c.runs ? 0u : 1u) << c.label << run.Describe();
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()).ends_with("|/silent /install\r\n"), c.runs) << c.label;
+        EXPECT_EQ(plain.Requests(), 0) << c.label;
+        EXPECT_TRUE(LeftDownloads().empty()) << c.label;
+        EXPECT_TRUE(run.Logged(c.logged)) << c.label << run.Describe();
+    }
 }
 
 // Cancel while a slow server trickles the program: the download stops at once, the box says

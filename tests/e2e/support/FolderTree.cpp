@@ -4,6 +4,8 @@
 #include "foundation/win/HVUniqueResource.h"
 
 #include <windows.h>
+#include <aclapi.h>
+#include <sddl.h>
 #include <winioctl.h>
 
 #include <algorithm>
@@ -242,37 +244,30 @@ std::string WaitForLines(const std::wstring& path, int lines)
     return text;
 }
 
-namespace
-{
-// Under Wine: a program of the Linux machine run on the Unix names of Windows paths (Wine starts
-// Linux programs like its own), for what Wine can't do itself; then up to ten seconds for
-// `done` to hold, since the process handle Wine gives for a Linux program doesn't wait for it.
-// False outside Wine.
-bool RunOnUnixNames(const wchar_t* program, const std::vector<std::wstring>& paths, const std::function<bool()>& done)
+std::wstring UnixPath(const std::wstring& path)
 {
     using UnixName = char*(CDECL*)(LPCWSTR);
     const auto unixName = reinterpret_cast<UnixName>(
         reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    if (!unixName)
-        return false;
-    std::wstring command = std::wstring(L"Z:\\bin\\") + program;
-    for (const std::wstring& path : paths) {
-        char* name = unixName(Normalised(path).c_str());
-        command += L" \"" + (name ? Wide(name) : std::wstring()) + L"\"";
-        ::HeapFree(::GetProcessHeap(), 0, name);
-    }
+    char* name = unixName ? unixName(Normalised(path).c_str()) : nullptr;
+    const std::wstring unix = name ? Wide(name) : std::wstring();
+    ::HeapFree(::GetProcessHeap(), 0, name);
+    return unix;
+}
+
+bool RunLinuxProgram(std::wstring commandLine, const std::function<bool()>& done)
+{
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process = {};
-    const std::wstring exe = command.substr(0, command.find(L' '));
-    if (!::CreateProcessW(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+    const std::wstring exe = Normalised(L"Z:" + commandLine.substr(0, commandLine.find(L' ')));
+    if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
         return false;
     const HVHandle running(process.hProcess), thread(process.hThread);
     for (int i = 0; i < 200 && !done(); ++i)
         ::Sleep(50);
     return done();
 }
-}   // namespace
 
 bool MakeFolderLink(const std::wstring& link, const std::wstring& target)
 {
@@ -298,7 +293,7 @@ bool MakeFolderLink(const std::wstring& link, const std::wstring& target)
             return true;
     }
     ::RemoveDirectoryW(link.c_str());
-    return RunOnUnixNames(L"ln -s", {target, link}, [&] {
+    return RunLinuxProgram(L"/bin/ln -s \"" + UnixPath(target) + L"\" \"" + UnixPath(link) + L"\"", [&] {
         const DWORD attributes = ::GetFileAttributesW(link.c_str());
         return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
     });
@@ -307,6 +302,37 @@ bool MakeFolderLink(const std::wstring& link, const std::wstring& target)
 bool RemoveFolderLink(const std::wstring& link)
 {
     const auto gone = [&] { return ::GetFileAttributesW(link.c_str()) == INVALID_FILE_ATTRIBUTES; };
-    return ::RemoveDirectoryW(link.c_str()) || gone() || RunOnUnixNames(L"rm", {link}, gone);
+    return ::RemoveDirectoryW(link.c_str()) || gone() || RunLinuxProgram(L"/bin/rm \"" + UnixPath(link) + L"\"", gone);
+}
+
+std::map<std::wstring, std::string> TreeContents(const std::vector<std::wstring>& folders)
+{
+    std::map<std::wstring, std::string> files;
+    for (const std::wstring& folder : folders) {
+        for (const std::wstring& file : ListTree(folder))
+            files[WithSlash(folder) + file] = ReadFileText(WithSlash(folder) + file);
+    }
+    return files;
+}
+
+std::wstring ShortFileName(const std::wstring& path)
+{
+    wchar_t buffer[MAX_PATH] = {};
+    const std::wstring shortPath(buffer, ::GetShortPathNameW(path.c_str(), buffer, MAX_PATH));
+    return shortPath.substr(shortPath.rfind(L'\\') + 1);
+}
+
+std::wstring SecurityDescriptorText(const std::wstring& path)
+{
+    constexpr SECURITY_INFORMATION kWhat = OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+    PSECURITY_DESCRIPTOR raw = nullptr;
+    if (::GetNamedSecurityInfoW(path.c_str(), SE_FILE_OBJECT, kWhat, nullptr, nullptr, nullptr, nullptr, &raw) != ERROR_SUCCESS)
+        return {};
+    const HVLocalMemory descriptor(raw);
+    LPWSTR text = nullptr;
+    if (!::ConvertSecurityDescriptorToStringSecurityDescriptorW(raw, SDDL_REVISION_1, kWhat, &text, nullptr))
+        return {};
+    const HVLocalMemory owned(text);
+    return text;
 }
 }

@@ -11,30 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 
 namespace
 {
 std::wstring UnpackFolder() { return e2e::TempFolder() + L"Install Wizard Package\\"; }
-
-// Every file below the folders with its bytes: what "nothing written" is checked against.
-std::map<std::wstring, std::string> Snapshot(const std::vector<std::wstring>& folders)
-{
-    std::map<std::wstring, std::string> files;
-    for (const std::wstring& folder : folders) {
-        for (const std::wstring& file : e2e::ListTree(folder))
-            files[folder + file] = e2e::ReadFileText(folder + file);
-    }
-    return files;
-}
-
-std::wstring ShortName(const std::wstring& path)
-{
-    wchar_t buffer[MAX_PATH] = {};
-    const DWORD length = GetShortPathNameW(path.c_str(), buffer, MAX_PATH);
-    const std::wstring shortPath(buffer, length);
-    return shortPath.substr(shortPath.rfind(L'\\') + 1);
-}
 }   // namespace
 
 TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
@@ -122,7 +102,7 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
          "is in the archive twice"},
         {"a member named by another file's short name", [&](const std::wstring& program, auto&) {
              EXPECT_TRUE(e2e::WriteFileBytes(program + L"PackageInstaller.exe", "original"));
-             return unzipWith({{e2e::Utf8(ShortName(program + L"PackageInstaller.exe")), "evil"}}); },
+             return unzipWith({{e2e::Utf8(e2e::ShortFileName(program + L"PackageInstaller.exe")), "evil"}}); },
          "is another name of"},
         {"600 root .xml files before the description", [&](auto&, auto&) { return unzipWith(manyDescriptions); },
          "No description within the first 4194304 bytes"},
@@ -145,13 +125,13 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
         ASSERT_TRUE(e2e::WriteFileBytes(outside + L"song.mp3", "music"));
         const std::wstring package = e2e::ScratchFolder(L"PackageFile") + L"Test.lwp";
         ASSERT_TRUE(e2e::WriteFileBytes(package, ZipBuilder::MakeZip(c.package(program, outside))));
-        const auto before = Snapshot({program, outside});
+        const auto before = e2e::TreeContents({program, outside});
         RecordingLogger log;
         CInstallChangeLog changes;
         CInstallPackage::Context context{changes, HVString(program.c_str()), u"Sonora", u"Sonora 32", HVString(),
                                          nullptr, false, nullptr};
         EXPECT_FALSE(CInstallPackage(context).Install(HVString(package.c_str())));
-        EXPECT_EQ(Snapshot({program, outside}), before);
+        EXPECT_EQ(e2e::TreeContents({program, outside}), before);
         EXPECT_TRUE(log.Has(0, c.refused)) << testing::PrintToString(log.Texts());
         EXPECT_FALSE(e2e::PathExists(L"C:\\windows\\system32\\main.xml"));
         EXPECT_NE(e2e::ReadFileText(L"C:\\windows\\system32\\version.dll"), "evil");
