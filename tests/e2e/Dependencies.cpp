@@ -30,13 +30,7 @@ std::wstring DownloadsBase()
     return std::wstring(temp, GetLongPathNameW((std::wstring(windows) + L"\\Temp\\").c_str(), temp, MAX_PATH));
 }
 
-std::vector<std::wstring> LeftDownloads()
-{
-    std::vector<std::wstring> left = e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *");
-    for (const std::wstring& file : e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"))
-        left.push_back(file);
-    return left;
-}
+std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *"); }
 
 class DependenciesTest : public e2e::FreshMachineTest
 {
@@ -46,7 +40,7 @@ protected:
         FreshMachineTest::SetUp();
         DeleteFileW(MarkerPath().c_str());
         // What a run that was ended from outside could not remove.
-        for (const std::wstring& name : e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *"))
+        for (const std::wstring& name : LeftDownloads())
             e2e::DeleteTree(DownloadsBase() + name);
         program_ = e2e::ReadFileText(e2e::TestProgramFolder() + L"SampleDependencySetup.exe");
         ASSERT_GT(program_.size(), 1000u);

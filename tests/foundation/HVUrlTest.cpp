@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 TEST(HVUrlTest, WhatIsDownloadedFromWhereAndWhichRedirectsAreFollowed)
 {
     const struct { const char16_t* url; bool download, secure; const char16_t* fileName; } addresses[] = {
@@ -10,17 +12,12 @@ TEST(HVUrlTest, WhatIsDownloadedFromWhereAndWhichRedirectsAreFollowed)
         {u"C:\\Packages\\http.lwp", false, false, u""}, {u"https:relative.lwp", false, false, u""},
     };
     for (const auto& a : addresses) {
-        SCOPED_TRACE(HVString(a.url).ToUtf8());
-        EXPECT_EQ(HVUrl::IsDownload(a.url), a.download);
-        EXPECT_EQ(HVUrl::IsSecure(a.url), a.secure);
-        if (a.download) {
-            EXPECT_EQ(HVUrl::FileName(a.url), a.fileName);
-        }
+        EXPECT_EQ(HVUrl::IsDownload(a.url), a.download) << HVString(a.url).ToUtf8();
+        EXPECT_EQ(HVUrl::IsSecure(a.url), a.secure) << HVString(a.url).ToUtf8();
+        EXPECT_EQ(HVUrl::FileName(a.url), a.fileName) << HVString(a.url).ToUtf8();
     }
-    const struct { const char16_t* from; const char16_t* to; bool follow; } redirects[] = {
-        {u"https://a/x", u"https://b/x", true}, {u"https://a/x", u"http://a/x", false}, {u"https://a/x", u"ftp://a/x", false},
-        {u"https://a/x", u"file:///C:/x", false}, {u"http://a/x", u"https://a/x", true}, {u"http://a/x", u"http://b/x", true},
-    };
-    for (const auto& r : redirects)
-        EXPECT_EQ(HVUrl::MayRedirect(r.from, r.to), r.follow) << HVString(r.to).ToUtf8();
+    for (const auto& [from, to, follow] : {std::tuple{u"https://a/x", u"https://b/x", true}, {u"https://a/x", u"http://a/x", false},
+                                           {u"https://a/x", u"ftp://a/x", false}, {u"https://a/x", u"file:///C:/x", false},
+                                           {u"http://a/x", u"https://a/x", true}, {u"http://a/x", u"http://b/x", true}})
+        EXPECT_EQ(HVUrl::MayRedirect(from, to), follow) << HVString(to).ToUtf8();
 }

@@ -64,9 +64,8 @@ TEST(CInstallPackageTest, PackageWordsAndTheirOptions)
     e2e::DeleteTree(UnpackFolder());
 }
 
-// Each hole a hostile package could use to write or delete outside the folder its word is for:
-// refused whole, nothing written, nothing deleted (the program folder, a folder that stands for
-// the user's music, System32).
+// Each way out of the folder a word writes to: refused whole, nothing written or deleted in the
+// program folder, in a folder that stands for the user's music, or in System32.
 TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWriteNothing)
 {
     using Entries = std::vector<ZipBuilder::Entry>;
@@ -104,6 +103,8 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
              EXPECT_TRUE(e2e::WriteFileBytes(program + L"PackageInstaller.exe", "original"));
              return unzipWith({{e2e::Utf8(e2e::ShortFileName(program + L"PackageInstaller.exe")), "evil"}}); },
          "is another name of"},
+        {"a member that climbs out of the unpack folder", [&](auto&, auto&) { return unzipWith({{"../../Escaped.txt", "evil"}}); },
+         "would leave the unpack folder"},
         {"600 root .xml files before the description", [&](auto&, auto&) { return unzipWith(manyDescriptions); },
          "No description within the first 4194304 bytes"},
         {"a folder deleted through a junction", [&](const std::wstring& program, const std::wstring& outside) {
@@ -133,7 +134,7 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
         EXPECT_FALSE(CInstallPackage(context).Install(HVString(package.c_str())));
         EXPECT_EQ(e2e::TreeContents({program, outside}), before);
         EXPECT_TRUE(log.Has(0, c.refused)) << testing::PrintToString(log.Texts());
-        EXPECT_FALSE(e2e::PathExists(L"C:\\windows\\system32\\main.xml"));
+        EXPECT_FALSE(e2e::PathExists(L"C:\\windows\\system32\\main.xml") || e2e::PathExists(e2e::TempFolder() + L"..\\Escaped.txt"));
         EXPECT_NE(e2e::ReadFileText(L"C:\\windows\\system32\\version.dll"), "evil");
         EXPECT_FALSE(e2e::FolderExists(UnpackFolder()));
         for (const wchar_t* link : {L"Data", L"FullSkins\\Standard View"})
