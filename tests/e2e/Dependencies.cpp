@@ -201,10 +201,8 @@ TEST_F(DependenciesTest, HttpsAloneVouchesForAnUnpinnedDownload)
                                            c.trusted);
         PointAt(server, c.pin);
         DeleteFileW(MarkerPath().c_str());
-        const std::wstring failed = L"Failed to download from \n" + e2e::Wide(server.BaseUrl() + kEdgeSetup) + L"\nInternet error.";
-        const e2e::SetupRun run = Install(c.runs ? std::vector<e2e::DialogRule>{}
-                                                 : std::vector<e2e::DialogRule>{{.title = L"Download Error", .text = failed,
-                                                                                 .button = IDOK, .times = 1}});
+        const e2e::SetupRun run = Install(c.runs ? std::vector<e2e::DialogRule>{} : std::vector<e2e::DialogRule>{{
+            .title = L"Download Error", .text = L"\nInternet error.", .match = e2e::TextMatch::Contains, .button = IDOK, .times = 1}});
         ASSERT_TRUE(run.result.ExitedWith(0)) << c.label << run.Describe();
         EXPECT_EQ(run.result.dialogs.size(), c.runs ? 0u : 1u) << c.label << run.Describe();
         EXPECT_EQ(e2e::ReadFileText(MarkerPath()).ends_with("|/silent /install\r\n"), c.runs) << c.label;

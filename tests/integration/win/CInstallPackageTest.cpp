@@ -74,7 +74,8 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
         return members;
     };
     const auto described = [](const std::string& body) {
-        return Entries{{"Package.xml", "<LWPF>" + body + "</LWPF>"}, {"main.xml", "<LWMS/>"}, {"version.dll", "evil"}};
+        return Entries{{"Package.xml", "<LWPF>" + body + "</LWPF>"}, {"main.xml", "<LWMS/>"}, {"version.dll", "evil"},
+                       {"in_sampletracker.dll", e2e::ReadFileText(e2e::TestProgramFolder() + L"in_sampletracker.dll")}};
     };
     const std::string skin = "<Actions>INSTALLSKIN</Actions><Package><Name>";
     Entries manyDescriptions;
@@ -111,6 +112,10 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
              EXPECT_TRUE(e2e::MakeFolderLink(program + L"Data", outside));
              return described("<FileEntry><File>x</File><Action Command=\"DELETE_DIRECTORY\" Param=\"[PROGRAMPATH]Data\"/></FileEntry>"); },
          "is a junction or link"},
+        {"a plug-in copied through a junction", [&](const std::wstring& program, const std::wstring& outside) {
+             EXPECT_TRUE(e2e::MakeFolder(program + L"Plugins") && e2e::MakeFolderLink(program + L"Plugins\\Input", outside));
+             return described("<FileEntry><File>in_sampletracker.dll</File><Action Command=\"REG_WA_IN\"/></FileEntry>"); },
+         "is a junction or link"},
         {"a skin copied through a junction", [&](const std::wstring& program, const std::wstring& outside) {
              EXPECT_TRUE(e2e::MakeFolder(program + L"FullSkins"));
              EXPECT_TRUE(e2e::MakeFolderLink(program + L"FullSkins\\Standard View", outside));
@@ -122,8 +127,7 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
         e2e::DeleteTree(UnpackFolder());
         const std::wstring program = e2e::ScratchFolder(L"Package");
         const std::wstring outside = e2e::ScratchFolder(L"PackageOutside");
-        ASSERT_FALSE(program.empty());
-        ASSERT_TRUE(e2e::WriteFileBytes(outside + L"song.mp3", "music"));
+        ASSERT_TRUE(!program.empty() && e2e::WriteFileBytes(outside + L"song.mp3", "music"));
         const std::wstring package = e2e::ScratchFolder(L"PackageFile") + L"Test.lwp";
         ASSERT_TRUE(e2e::WriteFileBytes(package, ZipBuilder::MakeZip(c.package(program, outside))));
         const auto before = e2e::TreeContents({program, outside});
@@ -137,7 +141,7 @@ TEST(CInstallPackageTest, NamesThatLeadOutsideTheirFolderRefuseThePackageAndWrit
         EXPECT_FALSE(e2e::PathExists(L"C:\\windows\\system32\\main.xml") || e2e::PathExists(e2e::TempFolder() + L"..\\Escaped.txt"));
         EXPECT_NE(e2e::ReadFileText(L"C:\\windows\\system32\\version.dll"), "evil");
         EXPECT_FALSE(e2e::FolderExists(UnpackFolder()));
-        for (const wchar_t* link : {L"Data", L"FullSkins\\Standard View"})
+        for (const wchar_t* link : {L"Data", L"FullSkins\\Standard View", L"Plugins\\Input"})
             EXPECT_TRUE(e2e::RemoveFolderLink(program + link));
     }
 }
