@@ -18,6 +18,8 @@ packages=(
   fonts-dejavu-core
   # the release's download, its signature, and the signing test's certificates
   zip osslsigncode openssl
+  # the https server of the download tests (Wine can't serve TLS)
+  python3
 )
 
 missing=()

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs every libFuzzer target of the fuzz tree for a bounded time (make fuzz; FUZZ_SECONDS,
-# default 60 each). The seed corpus in tests/fuzz/corpus/<target>/ is only read: what the
+# default 60 each), or until FUZZ_RUNS inputs when that comes first. The seed corpus in tests/fuzz/corpus/<target>/ is only read: what the
 # fuzzer finds goes to a working corpus under the build tree, crashes to <build>/fuzz/artifacts.
 #   fuzz.sh [seconds] [target...]
 # Exits non-zero when a target finds a problem. Prints the executions of each target and the
@@ -32,7 +32,7 @@ for target in "${targets[@]}"; do
   dict="$root/tests/fuzz/$target.dict"
   [ -f "$dict" ] || dict="$root/tests/fuzz/xml.dict"
   echo "== $target: $seconds s"
-  "$exe" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 -print_final_stats=1 \
+  "$exe" -max_total_time="$seconds" ${FUZZ_RUNS:+-runs="$FUZZ_RUNS"} -timeout=10 -rss_limit_mb=4096 -print_final_stats=1 \
     -dict="$dict" -artifact_prefix="$build/artifacts/$target-" \
     "$work" "$seeds" >"$log" 2>&1
   rc=$?

@@ -1,5 +1,6 @@
 #include "foundation/HVZipReader.h"
 
+#include "foundation/HVCaseFold.h"
 #include "foundation/HVLog.h"
 
 #include <zlib.h>
@@ -156,8 +157,7 @@ bool HVZipReader::Open(const uint8_t* data, size_t size)
     spans.reserve(members_.size());
     std::unordered_set<HVString> names;
     for (const Member& member : members_) {
-        HVString folded = member.name;
-        folded.MakeLower();
+        HVString folded = HVCaseFold::Folded(member.name.view());
         if (folded.EndsWith(u"\\"))
             folded = folded.Left(folded.GetLength() - 1);
         if (!names.insert(folded).second) {
@@ -217,7 +217,7 @@ bool HVZipReader::ReadMember(size_t& pos, size_t centralEnd)
         return Fail(u"The member '%s' is damaged", member.name);
     if (member.size > limits_.maxMemberSize)
         return Fail(u"The member '%s' is too large", member.name);
-    // A deflated stream can't shrink data more than about 1,000 to 1; more is a bomb.
+    // Deflate can't shrink anything more than about 1,032 to 1 (a run of zeros); more is a bomb.
     if (member.size > (member.packedSize + 1) * kMaxRatio)
         return Fail(u"The member '%s' unpacks to far more than it holds", member.name);
     totalSize_ += member.size;

@@ -12,7 +12,7 @@
 // a successful Open never writes part of a hostile archive:
 //   - every name is a plain relative path: no "..", no root, no drive letter, no ":" (alternate
 //     data streams), no device name ("CON", "NUL", "COM1", ...), no character Windows refuses,
-//     no component ending in a point or blank, and no two names that Windows would take for one;
+//     no component ending in a point or blank, and no two names that fold alike (HVCaseFold);
 //   - every member's bytes lie inside the archive, before the central directory, and apart from
 //     every other member's (overlapping members are how small archives unpack to huge sizes);
 //   - the unpacked sizes stay under the limits, and no member unpacks to more than kMaxRatio
@@ -29,7 +29,7 @@ public:
         uint64_t maxTotalSize = 2048ull << 20;
         uint32_t maxMembers = 65535;
     };
-    static constexpr uint64_t kMaxRatio = 1000;
+    static constexpr uint64_t kMaxRatio = 1100;
     static constexpr int32_t kMaxNameLength = 1024;
 
     struct Member

@@ -15,12 +15,22 @@ namespace
 {
 using e2e::kPropertiesKey;
 const std::string kEdgeSetup = "MicrosoftEdgeWebview2Setup.exe";
+const std::wstring kEdgeSetupW = L"MicrosoftEdgeWebview2Setup.exe";
 const std::wstring kDamaged = L"The downloaded file is damaged or not the expected one.";
 constexpr DWORD kExitCancelled = 1602;
 
 std::wstring MarkerPath() { return e2e::TempFolder() + L"Sample Dependency Setup.log"; }
 
-std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(e2e::TempFolder(), L"HV Download (*).dat"); }
+// Where downloads go: a folder of their own below the Windows folder's Temp (spelt as it is on
+// the disk, as a program started there sees its path).
+std::wstring DownloadsBase()
+{
+    wchar_t windows[MAX_PATH] = {}, temp[MAX_PATH] = {};
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    return std::wstring(temp, GetLongPathNameW((std::wstring(windows) + L"\\Temp\\").c_str(), temp, MAX_PATH));
+}
+
+std::vector<std::wstring> LeftDownloads() { return e2e::FindFiles(DownloadsBase(), L"Install Wizard Download *"); }
 
 class DependenciesTest : public e2e::FreshMachineTest
 {
@@ -31,7 +41,7 @@ protected:
         DeleteFileW(MarkerPath().c_str());
         // What a run that was ended from outside could not remove.
         for (const std::wstring& name : LeftDownloads())
-            DeleteFileW((e2e::TempFolder() + name).c_str());
+            e2e::DeleteTree(DownloadsBase() + name);
         program_ = e2e::ReadFileText(e2e::TestProgramFolder() + L"SampleDependencySetup.exe");
         ASSERT_GT(program_.size(), 1000u);
         const HVFileHandle file = HVFileSystem::OpenFile((e2e::TestProgramFolder() + L"SampleDependencySetup.exe").c_str(),
@@ -56,7 +66,8 @@ protected:
             ASSERT_TRUE(e2e::RegDeleteValueIfPresent(HKEY_LOCAL_MACHINE, e2e::kWebView2ClientKey, L"pv", HVRegView::Key32));
     }
 
-    void PointAt(const e2e::LocalHttpServer& server, const std::string& pin)
+    template <class Server>
+    void PointAt(const Server& server, const std::string& pin)
     {
         ASSERT_TRUE(server.Started());
         ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/DownloadServer", server.BaseUrl()));
@@ -94,9 +105,10 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
                    : e2e::HttpReply{.status = 404, .statusText = "Not Found"};
     });
     PointAt(server, sha256_);
-    // A file someone else put where the first download would go is passed by, untouched.
-    const std::wstring planted = L"HV Download (1).dat";
-    ASSERT_TRUE(e2e::WriteFileBytes(e2e::TempFolder() + planted, "someone else's"));
+    // A folder someone else made where the first download would go is passed by, untouched.
+    const std::wstring planted = L"Install Wizard Download 1";
+    const std::wstring plantedFile = DownloadsBase() + planted + L"\\HV Download (1).dat";
+    ASSERT_TRUE(e2e::WriteFileBytes(plantedFile, "someone else's"));
     for (const auto& c : cases) {
         const std::string label = (c.pv ? e2e::Utf8(*c.pv) : "(missing)") + e2e::Utf8(c.more);
         ASSERT_TRUE(e2e::ResetToFreshMachine());
@@ -115,14 +127,16 @@ TEST_F(DependenciesTest, AnOlderWebView2RuntimeIsDownloadedCheckedAndRunSilently
         }
         ASSERT_TRUE(run.result.ExitedWith(0)) << label << run.Describe();
         EXPECT_EQ(server.Requests() - requestsBefore, c.downloads ? 2 : 0) << label;
-        // Run from its temporary file with the silent switches (DirectX's setup has none), then removed.
-        const char* marker = !c.downloads ? "" : c.withoutDirectX ? "HV Download (2).dat|\r\n" : "HV Download (2).dat|/silent /install\r\n";
-        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), marker) << label;
-        EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads && !c.withoutDirectX) << run.Describe();
+        // Run with the silent switches (DirectX's setup has none) from its file in a folder of its
+        // own, then removed.
+        const std::string marker = e2e::Utf8(DownloadsBase()) + "Install Wizard Download 2\\HV Download (1).dat|" +
+                                   (c.withoutDirectX ? "" : "/silent /install") + "\r\n";
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()), c.downloads ? marker : "") << label;
+        EXPECT_EQ(run.Logged(L"SHA-256 expected " + e2e::Wide(sha256_)), c.downloads) << run.Describe();
         EXPECT_EQ(LeftDownloads(), std::vector<std::wstring>{planted}) << label;
     }
-    EXPECT_EQ(e2e::ReadFileText(e2e::TempFolder() + planted), "someone else's");
-    DeleteFileW((e2e::TempFolder() + planted).c_str());
+    EXPECT_EQ(e2e::ReadFileText(plantedFile), "someone else's");
+    e2e::DeleteTree(DownloadsBase() + planted);
 }
 
 // Every way a download can go wrong gives its box, runs nothing, leaves no file, and the
@@ -159,9 +173,16 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
         {"tampered", {.body = tampered}, kDamaged, true, {}, false,
          L"SHA-256 expected " + e2e::Wide(sha256_) + L", got "},
         {"silent", {.silent = true}, L"Internet error.", false},
+        {"unpinned over http", {.body = program_}, kDamaged, true, {}, false, L"refused: not over https all the way", false},
+        // A byte now and then, never 30 seconds apart, stops at the deadline all the same.
+        {"trickling", {.body = program_, .pieceBytes = 64, .pauseMs = 200}, L"Internet error.", false, {}, false,
+         L"the download's deadline of 3000 ms has passed"},
+        {"two gigabytes announced", {.body = program_, .announced = 2ull << 30}, L"Internet error.", false, {}, false,
+         L"announces 2147483648 bytes"},
         {"no network", {.body = program_}, L"No network connection was found.", false, {}, true},
     };
     SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS", L"1500");
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", L"3000");
     for (const auto& c : cases) {
         SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_NETWORK", c.offline ? L"1" : nullptr);
         e2e::LocalHttpServer server([&](const std::string&) { return c.reply; });
@@ -182,6 +203,36 @@ TEST_F(DependenciesTest, AFailedDownloadSaysWhyRunsNothingAndTheInstallGoesOn)
             EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
         }
         EXPECT_FALSE(c.offline && server.Requests() > 0) << c.label;
+    }
+    SetEnvironmentVariableW(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", nullptr);
+}
+
+// Without a pin only https vouches for a download: from a server whose certificate Windows
+// trusts it runs; from one it doesn't trust it doesn't; a redirect from https to http is not
+// followed even when the file is pinned.
+TEST_F(DependenciesTest, HttpsAloneVouchesForAnUnpinnedDownload)
+{
+    SetEdgeVersion(std::nullopt);
+    e2e::LocalHttpServer plain([&](const std::string&) { return e2e::HttpReply{.body = program_}; });
+    using Mode = e2e::LocalHttpsServer::Mode;
+    const struct { const char* label; Mode mode; bool trusted; std::string pin; bool runs; std::wstring logged; } cases[] = {
+        {"trusted", Mode::Serve, true, "", true, L"none pinned, came over https"},
+        {"untrusted certificate", Mode::Serve, false, "", false, L"error 12045"},  // ERROR_INTERNET_INVALID_CA
+        {"redirected to http", Mode::Redirect, true, sha256_, false, L"redirects to " + e2e::Wide(plain.BaseUrl()) + kEdgeSetupW},
+    };
+    for (const auto& c : cases) {
+        const e2e::LocalHttpsServer server(e2e::TestProgramFolder() + L"SampleDependencySetup.exe", c.mode, plain.BaseUrl(),
+                                           c.trusted);
+        PointAt(server, c.pin);
+        DeleteFileW(MarkerPath().c_str());
+        const e2e::SetupRun run = Install(c.runs ? std::vector<e2e::DialogRule>{} : std::vector<e2e::DialogRule>{{
+            .title = L"Download Error", .text = L"\nInternet error.", .match = e2e::TextMatch::Contains, .button = IDOK, .times = 1}});
+        ASSERT_TRUE(run.result.ExitedWith(0)) << c.label << run.Describe();
+        EXPECT_EQ(run.result.dialogs.size(), c.runs ? 0u : 1u) << c.label << run.Describe();
+        EXPECT_EQ(e2e::ReadFileText(MarkerPath()).ends_with("|/silent /install\r\n"), c.runs) << c.label;
+        EXPECT_EQ(plain.Requests(), 0) << c.label;
+        EXPECT_TRUE(LeftDownloads().empty()) << c.label;
+        EXPECT_TRUE(run.Logged(c.logged)) << c.label << run.Describe();
     }
 }
 

@@ -1,5 +1,5 @@
 // Stand-in for a dependency's setup program. It appends one line to "Sample Dependency
-// Setup.log" in the temporary folder: the file name it was started as, a "|", and its
+// Setup.log" in the temporary folder: the path it was started from, a "|", and its
 // arguments exactly as it got them, so tests see that it ran, from where, and with what.
 #include "../SampleLog.h"
 
@@ -25,9 +25,8 @@ int wmain()
     wchar_t temporary[MAX_PATH + 1] = {};
     GetTempPathW(MAX_PATH + 1, temporary);
     const std::wstring self = sample::ModulePath(nullptr);
-    const std::wstring name = self.substr(self.find_last_of(L'\\') + 1);
     return sample::WriteLine(std::wstring(temporary) + L"Sample Dependency Setup.log",
-                             name + L"|" + Arguments(GetCommandLineW()))
+                             self + L"|" + Arguments(GetCommandLineW()))
                ? 0
                : 1;
 }

@@ -73,11 +73,10 @@ bool CDownloadAndRun::Run(const HVString& displayName, const HVString& fileName,
         ShowFailure(CannotCreate(url, file.Path()));
         return false;
     }
-    uint64_t received = 0;
-    uint64_t announced = 0;
-    if (!Fetch(displayName, url, file, received, announced))
+    HVHttpReader::Outcome outcome;
+    if (!Fetch(displayName, url, file, outcome))
         return false;
-    if (!Verify(fileName, file, received, announced)) {
+    if (!Accept(fileName, file, outcome, context.description)) {
         ShowFailure(T(u"The downloaded file is damaged or not the expected one."));
         return false;
     }
@@ -92,7 +91,7 @@ bool CDownloadAndRun::Run(const HVString& displayName, const HVString& fileName,
 }
 
 bool CDownloadAndRun::Fetch(const HVString& displayName, const HVString& url, CTemporaryDownloadFile& file,
-                            uint64_t& received, uint64_t& announced)
+                            HVHttpReader::Outcome& outcome)
 {
     IInstallProgress& progress = runner_.Context().progress;
     const HVString downloading = HVString::Format(T(u"Downloading %s from server...").c_str(), T(displayName));
@@ -111,11 +110,8 @@ bool CDownloadAndRun::Fetch(const HVString& displayName, const HVString& url, CT
         return !runner_.CancelRequested();
     };
     runner_.SetDownloading(true);
-    const HVHttpReader::Outcome outcome =
-        HVHttpReader::Download(url, file.Handle(), onProgress, HVHttpReader::TimeoutMs());
+    outcome = HVHttpReader::Download(url, file.Handle(), onProgress, HVHttpReader::TimeoutMs());
     runner_.SetDownloading(false);
-    received = outcome.received;
-    announced = outcome.announced;
     switch (outcome.result) {
     case HVHttpReader::Result::Ok:
         return true;
@@ -139,24 +135,29 @@ bool CDownloadAndRun::Fetch(const HVString& displayName, const HVString& url, CT
     }
 }
 
-bool CDownloadAndRun::Verify(const HVString& fileName, CTemporaryDownloadFile& file, uint64_t received,
-                             uint64_t announced) const
+bool CDownloadAndRun::Accept(const HVString& fileName, CTemporaryDownloadFile& file,
+                             const HVHttpReader::Outcome& outcome, const HVInstallDescription& description)
 {
-    if (received == 0 || (announced != 0 && received < announced)) {
-        HVLog::Write(HVLog::kError, "CDownloadAndRun::Verify", u"%s: %d of %d bytes arrived", fileName, received, announced);
+    if (outcome.received == 0 || (outcome.announced != 0 && outcome.received < outcome.announced)) {
+        HVLog::Write(HVLog::kError, "CDownloadAndRun::Accept", u"%s: %d of %d bytes arrived", fileName, outcome.received,
+                     outcome.announced);
         return false;
     }
     // Checked through the handle that keeps writers out until the program has run.
     if (!file.ReopenForReading())
         return false;
     const HVString actual = HVSha256::OfFile(file.Handle());
-    const HVString expected = runner_.Context().description.GetDownloadSha256(fileName);
+    const HVString expected = description.GetDownloadSha256(fileName);
     if (expected.IsEmpty()) {
-        HVLog::Write(HVLog::kInfo, "CDownloadAndRun::Verify", u"%s: SHA-256 %s (none pinned)", fileName, actual);
-        return !actual.IsEmpty();
+        // Without a pin only the way it came vouches for the file: https all the way, with a
+        // certificate the system trusts (the reader refuses any other).
+        HVLog::Write(outcome.secure ? HVLog::kInfo : HVLog::kError, "CDownloadAndRun::Accept",
+                     u"%s: SHA-256 %s, none pinned, %s", fileName, actual,
+                     outcome.secure ? u"came over https" : u"refused: not over https all the way");
+        return outcome.secure && !actual.IsEmpty();
     }
     const bool matches = HVSha256::Matches(actual, expected);
-    HVLog::Write(matches ? HVLog::kInfo : HVLog::kError, "CDownloadAndRun::Verify", u"%s: SHA-256 expected %s, got %s",
+    HVLog::Write(matches ? HVLog::kInfo : HVLog::kError, "CDownloadAndRun::Accept", u"%s: SHA-256 expected %s, got %s",
                  fileName, expected, actual);
     return matches;
 }

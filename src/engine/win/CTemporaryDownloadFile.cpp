@@ -1,36 +1,61 @@
 #include "engine/win/CTemporaryDownloadFile.h"
 
 #include "engine/CDependencyRules.h"
+#include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/win/HVFileSystem.h"
+
+#include <sddl.h>
+
+namespace
+{
+// "<Windows>\Temp\", where only the system's own processes and administrators work; the
+// machine's program data where that is missing.
+HVString SecureBase()
+{
+    wchar_t buffer[MAX_PATH + 1] = {};
+    const UINT length = ::GetWindowsDirectoryW(buffer, MAX_PATH + 1);
+    if (length > 0 && length <= MAX_PATH) {
+        const HVString temp = HVFileSystemPath::AddBackslash(HVString(buffer)) + u"Temp\\";
+        if (HVFileSystem::FolderExists(temp))
+            return temp;
+    }
+    const DWORD data = ::GetEnvironmentVariableW(L"ProgramData", buffer, MAX_PATH + 1);
+    return data > 0 && data <= MAX_PATH ? HVFileSystemPath::AddBackslash(HVString(buffer)) : HVString();
+}
+}   // namespace
 
 CTemporaryDownloadFile::~CTemporaryDownloadFile()
 {
     file_.Reset();
     if (created_ && !::DeleteFileW(path_.w()))
         HVLog::Write(HVLog::kError, "CTemporaryDownloadFile", u"Can't delete %s (error %d)", path_, ::GetLastError());
+    if (!folder_.IsEmpty() && !HVFileSystem::RemoveFolder(folder_))
+        HVLog::Write(HVLog::kError, "CTemporaryDownloadFile", u"Can't remove %s (error %d)", folder_, ::GetLastError());
 }
 
-bool CTemporaryDownloadFile::Create()
+bool CTemporaryDownloadFile::CreateFolder()
 {
-    wchar_t folder[MAX_PATH + 1] = {};
-    const DWORD length = ::GetTempPathW(MAX_PATH + 1, folder);
-    if (length == 0 || length > MAX_PATH) {
-        HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::Create", u"No temporary folder (error %d)", ::GetLastError());
+    const HVString base = SecureBase();
+    HVLocalMemory descriptor;
+    if (base.IsEmpty() || !::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+                              kFolderSecurity, SDDL_REVISION_1, reinterpret_cast<PSECURITY_DESCRIPTOR*>(descriptor.Receive()),
+                              nullptr)) {
+        HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::Create", u"No place for downloads (error %d)", ::GetLastError());
         return false;
     }
-    const HVString temporary = HVFileSystem::NormalizeFolderPath(HVString(folder, static_cast<int32_t>(length)));
+    SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor.Get(), FALSE};
     for (int32_t number = 1; number <= kMaxNumber; ++number) {
-        path_ = CDependencyRules::TemporaryDownloadPath(temporary, number);
-        // CREATE_NEW: a name that is taken, by whomever, is passed by.
-        file_.Reset(::CreateFileW(path_.w(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
-        if (file_) {
-            created_ = true;
+        const HVString folder = HVString::Format(u"%sInstall Wizard Download %d\\", base, number);
+        path_ = folder;
+        // Made new: a folder someone else made under that name may let them in, and is passed by.
+        if (::CreateDirectoryW(HVFileSystemPath::ToLongPath(folder).w(), &attributes)) {
+            folder_ = folder;
             return true;
         }
         const DWORD error = ::GetLastError();
-        if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS && error != ERROR_ACCESS_DENIED) {
-            HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::Create", u"Can't create %s (error %d)", path_, error);
+        if (error != ERROR_ALREADY_EXISTS && error != ERROR_ACCESS_DENIED) {
+            HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::Create", u"Can't make %s (error %d)", folder, error);
             return false;
         }
     }
@@ -38,13 +63,26 @@ bool CTemporaryDownloadFile::Create()
     return false;
 }
 
+bool CTemporaryDownloadFile::Create(const HVString& name)
+{
+    if (!CreateFolder())
+        return false;
+    path_ = name.IsEmpty() ? CDependencyRules::TemporaryDownloadPath(folder_, 1) : folder_ + name;
+    file_ = HVFileSystem::OpenFile(path_, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY);
+    if (!file_) {
+        HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::Create", u"Can't create %s (error %d)", path_, ::GetLastError());
+        return false;
+    }
+    created_ = true;
+    return true;
+}
+
 bool CTemporaryDownloadFile::ReopenForReading()
 {
     if (!created_)
         return false;
     file_.Reset();
-    file_.Reset(::CreateFileW(path_.w(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                              nullptr));
+    file_ = HVFileSystem::OpenFile(path_, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
     if (!file_)
         HVLog::Write(HVLog::kError, "CTemporaryDownloadFile::ReopenForReading", u"Can't open %s (error %d)", path_,
                      ::GetLastError());

@@ -1,11 +1,13 @@
 #include "foundation/win/HVHttpReader.h"
 
 #include "foundation/HVLog.h"
+#include "foundation/HVUrl.h"
 #include "foundation/win/HVApp.h"
 #include "foundation/win/HVUniqueResource.h"
 
 #include <wininet.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -59,6 +61,13 @@ bool Fail(Transfer& t, HVHttpReader::Result result)
     return false;
 }
 
+// A request or a read that failed: the reader's time-out, or any other transport error.
+bool FailTransfer(Transfer& t)
+{
+    return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
+                                                               : HVHttpReader::Result::TransportError);
+}
+
 // One request: its connection and the request on it, both given the time-out (the system's
 // reader applies a receive time-out only where it is set on these, not on the session).
 struct Request
@@ -88,8 +97,7 @@ bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
         r.request.Reset(::InternetOpenUrlW(session, url.w(), nullptr, 0,
                                            INTERNET_FLAG_RELOAD | INTERNET_FLAG_PASSIVE | INTERNET_FLAG_NO_UI, 0));
         if (!r.request)
-            return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
-                                                                       : HVHttpReader::Result::TransportError);
+            return FailTransfer(t);
         return true;
     }
     constexpr DWORD kFlags = INTERNET_FLAG_NO_AUTO_REDIRECT | INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
@@ -106,8 +114,7 @@ bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
             ::InternetSetOptionW(handle, option, &t.timeoutMs, sizeof(t.timeoutMs));
     }
     if (!::HttpSendRequestW(r.request.Get(), nullptr, 0, nullptr, 0))
-        return Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
-                                                                   : HVHttpReader::Result::TransportError);
+        return FailTransfer(t);
     return true;
 }
 
@@ -115,6 +122,7 @@ bool Open(Transfer& t, HINTERNET session, const HVString& url, Request& r)
 bool OpenFinal(Transfer& t, HINTERNET session, Request& r)
 {
     HVString url = t.url;
+    t.outcome.secure = HVUrl::IsSecure(url);
     for (int hop = 0; hop <= HVHttpReader::kMaxRedirects; ++hop) {
         if (t.stop)
             return Fail(t, HVHttpReader::Result::Cancelled);
@@ -139,7 +147,15 @@ bool OpenFinal(Transfer& t, HINTERNET session, Request& r)
         DWORD length = INTERNET_MAX_URL_LENGTH;
         if (!::InternetCombineUrlW(url.w(), location.w(), combined, &length, 0))
             return Fail(t, HVHttpReader::Result::TransportError);
-        url = HVString(combined, static_cast<int32_t>(length));
+        const HVString next(combined, static_cast<int32_t>(length));
+        if (!HVUrl::MayRedirect(url, next)) {
+            HVLog::Write(HVLog::kError, "HVHttpReader::Download", u"%s redirects to %s: not followed", url, next);
+            t.outcome.result = HVHttpReader::Result::TransportError;
+            t.outcome.error = ERROR_INTERNET_HTTPS_TO_HTTP_ON_REDIR;
+            return false;
+        }
+        url = next;
+        t.outcome.secure = t.outcome.secure && HVUrl::IsSecure(url);
     }
     // Redirected in a circle, or further than any sane server sends anyone.
     t.outcome.result = HVHttpReader::Result::TransportError;
@@ -160,6 +176,12 @@ void Run(Transfer& t)
     const HVString length = request.ftp ? HVString() : QueryText(request.request.Get(), HTTP_QUERY_CONTENT_LENGTH);
     if (!length.IsEmpty())
         t.announced = std::wcstoull(length.w(), nullptr, 10);
+    if (t.announced > HVHttpReader::kMaxBytes) {
+        HVLog::Write(HVLog::kError, "HVHttpReader::Download", u"%s announces %d bytes, more than %d", t.url, t.announced.load(),
+                     HVHttpReader::kMaxBytes);
+        t.outcome.result = HVHttpReader::Result::TooLarge;
+        return;
+    }
 
     std::vector<char> buffer(kBufferSize);
     for (;;) {
@@ -167,10 +189,16 @@ void Run(Transfer& t)
             Fail(t, HVHttpReader::Result::Cancelled);
             return;
         }
+        // Only what has arrived is read: a read of a whole buffer would wait for all of it, and
+        // a server that trickles would keep this thread from hearing that it must stop.
+        DWORD available = 0;
+        if (!::InternetQueryDataAvailable(request.request.Get(), &available, 0, 0)) {
+            FailTransfer(t);
+            return;
+        }
         DWORD read = 0;
-        if (!::InternetReadFile(request.request.Get(), buffer.data(), kBufferSize, &read)) {
-            Fail(t, ::GetLastError() == ERROR_INTERNET_TIMEOUT ? HVHttpReader::Result::TimedOut
-                                                                : HVHttpReader::Result::TransportError);
+        if (!::InternetReadFile(request.request.Get(), buffer.data(), std::min<DWORD>(std::max<DWORD>(available, 1), kBufferSize), &read)) {
+            FailTransfer(t);
             return;
         }
         if (read == 0)
@@ -181,7 +209,7 @@ void Run(Transfer& t)
             return;
         }
         t.received += read;
-        if (t.announced == 0 && t.received > HVHttpReader::kMaxBytes) {
+        if (t.received > HVHttpReader::kMaxBytes) {
             t.outcome.result = HVHttpReader::Result::TooLarge;
             return;
         }
@@ -190,14 +218,27 @@ void Run(Transfer& t)
 }
 }
 
-int HVHttpReader::TimeoutMs()
+namespace
 {
-    if (const wchar_t* text = ::_wgetenv(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS")) {
+int TestOnlyMs(const wchar_t* variable, long lowest, int highest)
+{
+    if (const wchar_t* text = ::_wgetenv(variable)) {
         const long value = std::wcstol(text, nullptr, 10);
-        if (value >= 100 && value <= kDefaultTimeoutMs)
+        if (value >= lowest && value <= highest)
             return static_cast<int>(value);
     }
-    return kDefaultTimeoutMs;
+    return highest;
+}
+}   // namespace
+
+int HVHttpReader::TimeoutMs()
+{
+    return TestOnlyMs(L"IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS", 100, kDefaultTimeoutMs);
+}
+
+int HVHttpReader::DeadlineMs()
+{
+    return TestOnlyMs(L"IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS", 1000, kDefaultDeadlineMs);
 }
 
 HVHttpReader::Outcome HVHttpReader::Download(const HVString& url, HANDLE file, const Progress& progress, int timeoutMs)
@@ -216,6 +257,8 @@ HVHttpReader::Outcome HVHttpReader::Download(const HVString& url, HANDLE file, c
         ::SetEvent(t.done.Get());
     });
     using Clock = std::chrono::steady_clock;
+    const int deadlineMs = DeadlineMs();
+    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(deadlineMs);
     Clock::time_point lastChange = Clock::now();
     uint64_t lastSeen = 0;
     bool cancelled = false;
@@ -239,6 +282,13 @@ HVHttpReader::Outcome HVHttpReader::Download(const HVString& url, HANDLE file, c
         } else if (Clock::now() - lastChange > std::chrono::milliseconds(t.timeoutMs)) {
             // Our own watch as well as the reader's: a read the system doesn't time out
             // still ends here once the transfer thread looks up.
+            silent = true;
+            t.stop = true;
+        } else if (Clock::now() > deadline) {
+            // A server that sends a byte now and then would keep an unattended install
+            // waiting for ever.
+            HVLog::Write(HVLog::kError, "HVHttpReader::Download", u"%s: the download's deadline of %d ms has passed", url,
+                         deadlineMs);
             silent = true;
             t.stop = true;
         }

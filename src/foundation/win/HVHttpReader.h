@@ -13,7 +13,8 @@
 // caller hears of the progress on its own thread and can stop the transfer from there.
 //
 // Redirects are followed here (at most kMaxRedirects), not by the system, so that a server
-// that redirects in a circle ends in an error instead of a loop.
+// that redirects in a circle ends in an error instead of a loop, and one that sends an https
+// request on to http or ftp is not followed at all.
 class HVHttpReader
 {
 public:
@@ -26,7 +27,7 @@ public:
         HttpStatus,      // the server answered with a status other than 200
         WriteError,      // the file could not be written
         Cancelled,       // the progress callback asked to stop
-        TooLarge,        // more than kMaxBytes without an announced length
+        TooLarge,        // more than kMaxBytes, announced or arrived
     };
     struct Outcome
     {
@@ -36,6 +37,7 @@ public:
         uint64_t received = 0;
         uint64_t announced = 0;  // the server's Content-Length; 0 when it gave none
         DWORD error = 0;         // the system's error code of a failure
+        bool secure = false;     // every address asked, redirects included, was https
     };
     // Called on the calling thread about every 50 ms and once at the end: bytes so far and
     // the announced total (0 when unknown). Returning false stops the transfer.
@@ -44,10 +46,14 @@ public:
     static constexpr int kMaxRedirects = 10;
     static constexpr uint64_t kMaxBytes = uint64_t(1) << 30;
     static constexpr int kDefaultTimeoutMs = 30000;
+    static constexpr int kDefaultDeadlineMs = 10 * 60 * 1000;
 
     // The time-out for silence from the server: kDefaultTimeoutMs, or for tests only the
     // milliseconds in the environment variable IW_TEST_ONLY_DOWNLOAD_TIMEOUT_MS (100 to 30000).
     static int TimeoutMs();
+    // The longest a whole download may take, however steadily bytes arrive: kDefaultDeadlineMs,
+    // or for tests only IW_TEST_ONLY_DOWNLOAD_DEADLINE_MS (1000 to the default).
+    static int DeadlineMs();
 
     // Writes the body of `url` to `file` (opened for writing, positioned at its start).
     static Outcome Download(const HVString& url, HANDLE file, const Progress& progress, int timeoutMs);

@@ -100,6 +100,14 @@ struct HVGdiObjectTraits
     static void Close(Type h) { ::DeleteObject(h); }
 };
 
+// Memory the system allocated for the caller with LocalAlloc (security descriptors, messages).
+struct HVLocalMemoryTraits
+{
+    using Type = HLOCAL;
+    static Type Invalid() { return nullptr; }
+    static void Close(Type h) { ::LocalFree(h); }
+};
+
 using HVHandle = HVUniqueResource<HVHandleTraits>;
 using HVFileHandle = HVUniqueResource<HVFileHandleTraits>;
 using HVFindHandle = HVUniqueResource<HVFindHandleTraits>;
@@ -107,3 +115,4 @@ using HVModule = HVUniqueResource<HVModuleTraits>;
 using HVMappedView = HVUniqueResource<HVMappedViewTraits>;
 using HVWindow = HVUniqueResource<HVWindowTraits>;
 using HVGdiObject = HVUniqueResource<HVGdiObjectTraits>;
+using HVLocalMemory = HVUniqueResource<HVLocalMemoryTraits>;

@@ -2,6 +2,7 @@
 
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
+#include "foundation/win/HVContainedPath.h"
 #include "foundation/win/HVFileSystem.h"
 
 bool HVZipUnpacker::ReadArchive(const HVString& path, std::vector<uint8_t>& bytes, uint64_t maxBytes)
@@ -32,13 +33,19 @@ bool HVZipUnpacker::Unpack(HVZipReader& reader, const HVString& folder, bool kee
         const HVString relative = keepFolders ? member.name : HVFileSystemPath::GetFileName(member.name);
         const HVString target = root + relative;
         // The reader has refused every name that could leave the folder; this is the second lock.
-        if (!HVFileSystemPath::ResolveDots(target).StartsWithNoCase(root.view())) {
+        if (!HVContainedPath::Check(target, root)) {
             error = HVString::Format(u"The member '%s' would leave the folder", member.name);
             return false;
         }
         if (member.isFolder) {
             HVFileSystem::MakeDirectoryTree(target);
             continue;
+        }
+        // The folder was empty and every path differs from every other: a file already there is
+        // one the system takes this name for too (its case folded another way, a short alias).
+        if (keepFolders && HVFileSystem::Exists(target, true)) {
+            error = HVString::Format(u"The member '%s' names a file the archive has already written", member.name);
+            return false;
         }
         if (!reader.Extract(i, bytes)) {
             error = reader.GetError();

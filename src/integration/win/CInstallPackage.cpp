@@ -3,14 +3,19 @@
 #include "changes/CInstallChangeLog.h"
 #include "changes/win/CComponentRegistration.h"
 #include "changes/win/CRegistryWriter.h"
+#include "changes/win/CRegistryWriter.h"
 #include "changes/win/RunProgram.h"
 #include "engine/IInstallProgress.h"
+#include "engine/win/CDownloadAndRun.h"
 #include "engine/win/CInstallContext.h"
+#include "engine/win/CTemporaryDownloadFile.h"
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTextDecoder.h"
 #include "foundation/HVTranslator.h"
+#include "foundation/HVUrl.h"
 #include "foundation/HVZipReader.h"
+#include "foundation/win/HVContainedPath.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVHttpReader.h"
 #include "foundation/win/HVProductPaths.h"
@@ -21,8 +26,11 @@
 #include "integration/win/CRunningProduct.h"
 #include "product/HVInstallDescription.h"
 #include "product/HVInstallDescription.h"
+#include "product/HVInstallDescription.h"
 #include "product/InstallOptions.h"
 #include "product/InstallOptions.h"
+#include "product/InstallOptions.h"
+#include "product/win/CProductIdentity.h"
 #include "product/win/CProductIdentity.h"
 #include "product/win/CProductIdentity.h"
 #include "toolkit/win/HVMessageBox.h"
@@ -52,9 +60,23 @@ HVString WindowsFolder(UINT(WINAPI* get)(LPWSTR, UINT))
     return length == 0 || length > MAX_PATH ? HVString() : HVFileSystemPath::AddBackslash(HVString(buffer));
 }
 
-bool IsUrl(const HVString& location)
+// All the root description files inflated before the user is asked come to no more than this:
+// an archive of hundreds of large ".xml" files would otherwise keep the question waiting.
+constexpr uint64_t kDescriptionBudget = 4u << 20;
+
+// A name that is one plain part of a path: no folders, nothing Windows would take otherwise.
+bool IsPlainName(const HVString& name)
 {
-    return location.StartsWithNoCase(u"http://") || location.StartsWithNoCase(u"ftp://");
+    return name.Find(u'\\') < 0 && name.Find(u'/') < 0 && HVZipReader::IsSafeName(name.view());
+}
+
+// A name the description gives for a place inside the package or a folder, as the archive's
+// member names are written.
+HVString MemberName(const HVString& name)
+{
+    HVString member = name;
+    member.Replace(u'/', u'\\');
+    return member.TrimRight(u"\\");
 }
 
 // The product's main window, closed politely; true once it is gone (or was never there).
@@ -135,13 +157,62 @@ HVString CInstallPackage::SkinFolder(bool full, const HVString& mainXml, const H
     return HVString::Format(u"%s%s%s", base, view, HVFileSystemPath::AddBackslash(skinName));
 }
 
-bool CInstallPackage::ReadDescription(HVZipReader& reader, CPackageDescription& description)
+bool CInstallPackage::Refuse(const HVString& name)
 {
+    HVLog::Write(HVLog::kWarning, "CInstallPackage::Install", u"'%s' would lead outside the folder it is meant for", name);
+    if (refused_.IsEmpty())
+        refused_ = name;
+    return false;
+}
+
+bool CInstallPackage::IsProgramFolderPath(const HVString& path, bool allowTheFolderItself) const
+{
+    const HVString text = MemberName(path);
+    const HVString& program = context_.installFolder;
+    if (!HVFileSystemPath::AddBackslash(text).StartsWithNoCase(program.view()))
+        return false;
+    const HVString rest = text.Mid(program.GetLength());
+    return rest.IsEmpty() ? allowTheFolderItself : HVZipReader::IsSafeName(rest.view());
+}
+
+bool CInstallPackage::CheckNames(const CPackageDescription& description, const HVString& packageName)
+{
+    if ((description.Has(Description::kInstallSkin) || description.Has(Description::kInstallMiniSkin)) &&
+        !IsPlainName(packageName))
+        return Refuse(packageName);
+    for (const Description::FileEntry& entry : description.files) {
+        if (!HVZipReader::IsSafeName(MemberName(entry.file).view()))
+            return Refuse(entry.file);
+        for (const Description::Command& command : entry.commands) {
+            const HVString param = Expand(command.param);
+            const bool folderWord = command.word == u"COPY_DIRECTORY" || command.word == u"DELETE_DIRECTORY";
+            if (folderWord && !IsProgramFolderPath(param, command.word == u"COPY_DIRECTORY"))
+                return Refuse(command.param);
+            if (command.word == u"REGISTRY" && !param.IsEmpty() && !HVZipReader::IsSafeName(MemberName(param).view()))
+                return Refuse(command.param);
+        }
+    }
+    return true;
+}
+
+bool CInstallPackage::ReadDescription(HVZipReader& reader, CPackageDescription& description, bool& overBudget)
+{
+    overBudget = false;
     std::vector<uint8_t> bytes;
+    uint64_t budget = kDescriptionBudget;
     for (size_t i = 0; i < reader.Members().size(); ++i) {
         const HVZipReader::Member& member = reader.Members()[i];
         if (member.isFolder || member.name.Find(u'\\') >= 0 || !member.name.EndsWithNoCase(u".xml") ||
-            member.size > (4u << 20) || !reader.Extract(i, bytes))
+            member.size > kDescriptionBudget)
+            continue;
+        if (member.size > budget) {
+            HVLog::Write(HVLog::kWarning, "CInstallPackage::ReadDescription",
+                         u"No description within the first %d bytes of the package's root .xml files", kDescriptionBudget);
+            overBudget = true;
+            return false;
+        }
+        budget -= member.size;
+        if (!reader.Extract(i, bytes))
             continue;
         const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
         if (description.Parse(HVTextDecoder::Decode(text))) {
@@ -168,37 +239,30 @@ bool CInstallPackage::Confirm(const HVString& name)
 bool CInstallPackage::Install(const HVString& location)
 {
     HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"Package %s", location);
-    if (!IsUrl(location))
+    if (!HVUrl::IsDownload(location))
         return InstallFile(location, location);
-    wchar_t temp[MAX_PATH + 1] = {};
-    ::GetTempPathW(MAX_PATH, temp);
-    // Under the address's own file name, which the messages and a plain module's copy keep.
-    HVString name = location.Mid(location.ReverseFind(u'/') + 1);
-    name = name.Left(name.FindOneOf(u"?#") >= 0 ? name.FindOneOf(u"?#") : name.GetLength());
-    HVString path = HVString(temp) + (name.IsEmpty() ? HVString(u"Package.lwp") : name);
-    HVFileSystem::CleanPath(path);
-    HVFileSystem::MakeUniqueName(path);
-    // Made new, so a file someone else put under that name is never taken for the package.
-    HVFileHandle file(::CreateFileW(path.w(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
-    if (!file)
-        return FailPackage(TF(u"Can not create file %s.", path), location);
+    // Under the address's own file name, which the messages, the pin and a plain module's
+    // copy keep.
+    HVString name = HVUrl::FileName(location);
+    if (!IsPlainName(name))
+        name = u"Package.lwp";
+    CTemporaryDownloadFile file;
+    if (!file.Create(name))
+        return FailPackage(TF(u"Can not create file %s.", file.Path()), location);
     const HVHttpReader::Outcome got =
-        HVHttpReader::Download(location, file.Get(), [](uint64_t, uint64_t) { return true; }, HVHttpReader::TimeoutMs());
-    file.Reset();
+        HVHttpReader::Download(location, file.Handle(), [](uint64_t, uint64_t) { return true; }, HVHttpReader::TimeoutMs());
+    static const HVInstallDescription kNoPins;
     HVString reason;
     if (got.result == HVHttpReader::Result::HttpStatus)
         reason = TF(u"Server returned: %d %s", got.statusCode, got.statusText);
     else if (got.result != HVHttpReader::Result::Ok)
         reason = Translated(u"Internet error.");
-    else if (got.received == 0 || (got.announced != 0 && got.received < got.announced))
+    else if (!CDownloadAndRun::Accept(name, file, got, context_.description ? *context_.description : kNoPins))
         reason = Translated(u"The downloaded file is damaged or not the expected one.");
-    if (!reason.IsEmpty()) {
-        HVFileSystem::DeleteFile(path);
+    if (!reason.IsEmpty())
         return FailPackage(reason, location);
-    }
-    const bool ok = InstallFile(path, location);
-    HVFileSystem::DeleteFile(path);
-    return ok;
+    HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s downloaded to %s", location, file.Path());
+    return InstallFile(file.Path(), location);
 }
 
 bool CInstallPackage::InstallFile(const HVString& path, const HVString& location)
@@ -220,7 +284,13 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
         return Fail(TF(u"Failed to unzip file '%s'.", archiveName));
     }
     CPackageDescription description;
-    if (!ReadDescription(reader, description) || !description.HasActions()) {
+    bool overBudget = false;
+    const bool described = ReadDescription(reader, description, overBudget);
+    // Hundreds of root files with no description among the first of them: no plain archive,
+    // but one made to cost its reader; refused before the question.
+    if (overBudget)
+        return Fail(TF(u"Failed to unzip file '%s'.", archiveName));
+    if (!described || !description.HasActions()) {
         // Nothing says what to do with it: a plain archive, its files put into the program
         // folder as they lie in it, after the same question.
         HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s has no description: installed as plain files",
@@ -231,6 +301,8 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
     // Without a name of its own the package is called by its file name, less the extension.
     const int32_t dot = archiveName.ReverseFind(u'.');
     const HVString name = !description.name.IsEmpty() ? description.name : dot > 0 ? archiveName.Left(dot) : archiveName;
+    if (!CheckNames(description, name))
+        return Fail(TF(u"Failed to unzip file '%s'.", refused_));
     if (!Confirm(name)) {
         HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: not confirmed", name);
         return true;
@@ -257,16 +329,16 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
         restartProduct |= entry.Has(u"RESTART_SN");
         updateServices |= entry.Has(u"UPDATE_SERVICELIST");
     }
+    // First every target is checked and nothing done, so that a refusal leaves the machine as
+    // it was; then for real, each target checked again as it is written.
+    checking_ = true;
+    bool ok = RunActions(description, unpacked, reader, name, keepFolders);
+    checking_ = false;
     const bool wasRunning = ::FindWindowW(L"LWFrame", nullptr) != nullptr;
-    const bool closed = closeProduct && wasRunning && CloseProduct();
-
-    bool ok = RunPackageActions(description, unpacked, reader, name);
-    if (ok && !description.Has(Description::kNone)) {
-        for (const Description::FileEntry& entry : description.files) {
-            if (!(ok = RunFileCommands(entry, unpacked, keepFolders)))
-                break;
-        }
-    }
+    const bool closed = ok && closeProduct && wasRunning && CloseProduct();
+    ok = ok && RunActions(description, unpacked, reader, name, keepFolders);
+    if (!ok && !refused_.IsEmpty())
+        Fail(TF(u"Failed to unzip file '%s'.", refused_));
 
     if (ok && updateServices)
         CRunningProduct::Tell(CRunningProduct::kUpdateServiceList, name);
@@ -287,6 +359,20 @@ bool CInstallPackage::InstallFile(const HVString& path, const HVString& location
         HVFileSystem::DeleteFolderTree(unpacked);
     HVLog::Write(HVLog::kInfo, "CInstallPackage::Install", u"%s: %s", name, ok ? u"installed" : u"failed");
     return ok;
+}
+
+bool CInstallPackage::RunActions(const CPackageDescription& description, const HVString& unpacked, HVZipReader& reader,
+                                 const HVString& packageName, bool keepFolders)
+{
+    if (!RunPackageActions(description, unpacked, reader, packageName))
+        return false;
+    if (description.Has(Description::kNone))
+        return true;
+    for (const Description::FileEntry& entry : description.files) {
+        if (!RunFileCommands(entry, unpacked, keepFolders))
+            return false;
+    }
+    return true;
 }
 
 bool CInstallPackage::RunPackageActions(const CPackageDescription& description, const HVString& unpacked,
@@ -319,6 +405,8 @@ void CInstallPackage::TellMedia(const HVString& unpacked, bool preview)
 {
     // Media to keep goes to the user's music, where the library looks anyway; a preview is
     // played from where it was unpacked.
+    if (checking_)
+        return;
     const HVString music = HVProductPaths::GetMusicFolder();
     std::vector<HVFileSystem::Entry> entries;
     HVFileSystem::EnumerateFolder(unpacked, entries);
@@ -351,7 +439,17 @@ bool CInstallPackage::CopyContent(const HVString& unpacked, const HVString& targ
 bool CInstallPackage::CopyEntry(const HVString& source, const HVString& targetFolder, bool move)
 {
     const HVString folder = HVFileSystemPath::AddBackslash(targetFolder);
-    if (!HVFileSystem::FolderExists(folder)) {
+    const bool whole = HVFileSystem::FolderExists(source);
+    // Into the program folder: it must hold the target as the file system resolves it. Elsewhere
+    // (the Windows folder, the user's music) the word's own folder must.
+    const HVString& program = context_.installFolder;
+    const HVString root = folder.StartsWithNoCase(program.view()) ? program : folder;
+    const HVString name = HVFileSystemPath::GetFileName(source);
+    if (!HVContainedPath::Check(whole ? folder : folder + name, root))
+        return Refuse(name);
+    if (checking_ && !whole)
+        return true;
+    if (!checking_ && !HVFileSystem::FolderExists(folder)) {
         if (!HVFileSystem::MakeDirectoryTree(folder))
             return false;
         context_.changes.Note(InstallChange::Kind::FolderCreated, folder);
@@ -365,11 +463,11 @@ bool CInstallPackage::CopyEntry(const HVString& source, const HVString& targetFo
             if (!CopyEntry(from + entry.name, entry.isFolder ? folder + entry.name : folder, false))
                 return false;
         }
-        if (move && !HVFileSystem::DeleteFolderTree(from))
+        if (!checking_ && move && !HVFileSystem::DeleteFolderTree(from))
             return Fail(TF(u"Failed to move folder. Error: %d", static_cast<int32_t>(::GetLastError())));
         return true;
     }
-    const HVString target = folder + HVFileSystemPath::GetFileName(source);
+    const HVString target = folder + name;
     const bool existed = HVFileSystem::Exists(target, false);
     context_.changes.NoteStarted(target, existed);
     DWORD error = 0;
@@ -419,13 +517,9 @@ bool CInstallPackage::ApplyRegistryFile(const HVString& path)
 bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entry, const HVString& unpacked,
                                       bool keepFolders)
 {
-    HVString name = entry.file;
-    name.Replace(u'/', u'\\');
-    name.TrimRight(u"\\");
-    if (!HVZipReader::IsSafeName(name.view())) {
-        HVLog::Write(HVLog::kWarning, "CInstallPackage::RunFileCommands", u"'%s' is no name inside the package", entry.file);
-        return true;
-    }
+    const HVString name = MemberName(entry.file);
+    if (!HVZipReader::IsSafeName(name.view()))
+        return Refuse(entry.file);
     HVString current = unpacked + (keepFolders ? name : HVFileSystemPath::GetFileName(name));
     const bool move = entry.Has(u"DELETE_ORIGINAL");
     const bool wait = !entry.Has(u"DONTWAIT");
@@ -434,17 +528,23 @@ bool CInstallPackage::RunFileCommands(const CPackageDescription::FileEntry& entr
         const HVString param = Expand(command.param);
         const HVString folder = CopyFolder(word);
         if (!folder.IsEmpty() || word == u"COPY_DIRECTORY") {
-            const HVString target = folder.IsEmpty() ? param : folder;
+            const HVString target = folder.IsEmpty() ? MemberName(param) : folder;
             if (target.IsEmpty() || !CopyEntry(current, target, move))
                 return false;
             if (!HVFileSystem::FolderExists(current) || move)
                 current = HVFileSystemPath::AddBackslash(target) + HVFileSystemPath::GetFileName(current);
         } else if (word == u"DELETE_DIRECTORY") {
-            // Only what lies in the product's own folder: a package has no business elsewhere.
-            const HVString target = HVFileSystemPath::NormalizeFolderPath(param);
-            if (target.StartsWithNoCase(context_.installFolder.view()) && target.GetLength() > context_.installFolder.GetLength() &&
-                HVFileSystem::DeleteFolderTree(target))
+            // Only what lies in the product's own folder as the file system resolves it: a
+            // package has no business elsewhere, and a junction there may lead to anyone's files.
+            const HVString target = HVFileSystemPath::NormalizeFolderPath(MemberName(param));
+            if (!IsProgramFolderPath(param, false) || !HVContainedPath::Check(target, context_.installFolder))
+                return Refuse(command.param);
+            if (!checking_ && HVFileSystem::DeleteFolderTree(target))
                 context_.changes.Note(InstallChange::Kind::FolderDeleted, target);
+        } else if (checking_) {
+            // Nothing runs on the walk that checks; a plug-in's copy is a target like any other.
+            if (word == u"REG_PLUGIN" && !CopyEntry(current, context_.installFolder + u"Plugins\\", move))
+                return false;
         } else if (word == u"REGISTER") {
             context_.changes.NoteRegistered(current, InstallChange::kRegisteredByExport);
             if (!CComponentRegistration::RegisterServer(current))
@@ -494,7 +594,8 @@ std::vector<HVString> CInstallPackage::InstallListed(const CInstallContext& cont
                            context.installFolder + context.product.GetLauncherName(),
                            context.owner,
                            !context.options.silent,
-                           &context.progress};
+                           &context.progress,
+                           &context.description};
     for (int32_t start = 0; start <= list.GetLength();) {
         int32_t end = list.Find(u';', start);
         if (end < 0)
@@ -504,7 +605,7 @@ std::vector<HVString> CInstallPackage::InstallListed(const CInstallContext& cont
         if (entry.Trim().IsEmpty())
             continue;
         const HVString location =
-            IsUrl(entry) || HVFileSystemPath::IsAbsolute(entry.view()) ? entry : context.setupFolder + entry;
+            HVUrl::IsDownload(entry) || HVFileSystemPath::IsAbsolute(entry.view()) ? entry : context.setupFolder + entry;
         context.progress.SetStatusText(TF(u"Installing package '%s'", HVFileSystemPath::GetFileName(location)));
         if (!CInstallPackage(packageContext).Install(location))
             failed.push_back(location);

@@ -5,6 +5,7 @@
 #include "foundation/HVFileSystemPath.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
+#include "foundation/win/HVContainedPath.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 #include "foundation/win/HVRegKey.h"
@@ -238,6 +239,10 @@ bool CInstallWAPlugin::CopyAndRecord(const HVString& path, const Examined& found
         return Refuse(HVString::Format(HVTranslator::Translate(u"Cannot record plug-in.\r\n\r\nHKEY_LOCAL_MACHINE\\%s").c_str(),
                                        recordPath));
     if (!HVFileSystem::IsSameFile(path, target)) {
+        // A junction on the way would put the module, and what it overwrites, anywhere.
+        if (!HVContainedPath::Check(target, installFolder_))
+            return Refuse(HVString::Format(HVTranslator::Translate(u"Failed to unzip file '%s'.").c_str(),
+                                           HVFileSystemPath::GetFileName(path)));
         if (!HVFileSystem::FolderExists(folder)) {
             HVFileSystem::MakeDirectoryTree(folder);
             changes_.Note(InstallChange::Kind::FolderCreated, folder);

@@ -34,7 +34,8 @@
 //   WizardDriver   WizardUser: steps through the wizard's pages by their titles as a user would.
 //   SetupFolder    CopySampleSetup(L"MyTest"): a changeable copy of the sample setup folder;
 //                  SetDescriptionText(folder, "Product/InstallToPath", "...") edits Install.xml.
-//   LocalHttpServer  an HTTP server on 127.0.0.1 whose replies (and misbehaviour) the test picks.
+//   LocalHttpServer  an HTTP server on 127.0.0.1 whose replies (and misbehaviour) the test picks;
+//                  LocalHttpsServer one for https, trusted or not, serving a file or redirecting.
 //   Shortcut       ReadShortcut(link): target, arguments and icon of a ".lnk" file; the Start
 //                  Menu folder and desktop and Quick Launch links the installer makes.
 //   GeneratedTree  PlanTree({.files = 300, .totalBytes = 30 << 20}) and WriteGeneratedTree(...):
@@ -50,11 +51,12 @@
 #include "GeneratedTree.h"
 #include "HeldFileLock.h"
 #include "LocalHttpServer.h"
+#include "LocalHttpsServer.h"
 #include "ProductKeys.h"
-#include "ScopedRegString.h"
-#include "SetupRun.h"
 #include "ProgramDriver.h"
+#include "ScopedRegString.h"
 #include "SetupFolder.h"
+#include "SetupRun.h"
 #include "Shortcut.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"

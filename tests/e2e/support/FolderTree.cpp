@@ -4,8 +4,13 @@
 #include "foundation/win/HVUniqueResource.h"
 
 #include <windows.h>
+#include <aclapi.h>
+#include <sddl.h>
+#include <winioctl.h>
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace e2e
 {
@@ -236,6 +241,98 @@ std::string WaitForLines(const std::wstring& path, int lines)
         ::Sleep(20);
         text = ReadFileText(path);
     }
+    return text;
+}
+
+std::wstring UnixPath(const std::wstring& path)
+{
+    using UnixName = char*(CDECL*)(LPCWSTR);
+    const auto unixName = reinterpret_cast<UnixName>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    char* name = unixName ? unixName(Normalised(path).c_str()) : nullptr;
+    const std::wstring unix = name ? Wide(name) : std::wstring();
+    ::HeapFree(::GetProcessHeap(), 0, name);
+    return unix;
+}
+
+bool RunLinuxProgram(std::wstring commandLine, const std::function<bool()>& done)
+{
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    const std::wstring exe = Normalised(L"Z:" + commandLine.substr(0, commandLine.find(L' ')));
+    if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+        return false;
+    const HVHandle running(process.hProcess), thread(process.hThread);
+    for (int i = 0; i < 200 && !done(); ++i)
+        ::Sleep(50);
+    return done();
+}
+
+bool MakeFolderLink(const std::wstring& link, const std::wstring& target)
+{
+    if (!::CreateDirectoryW(link.c_str(), nullptr))
+        return false;
+    {
+        // A mount-point reparse buffer: tag, sizes, then the "\\??\\" name and the printed name.
+        const std::wstring substitute = L"\\??\\" + target, print = target;
+        std::vector<char> buffer(16 + (substitute.size() + print.size() + 2) * sizeof(wchar_t));
+        const auto put16 = [&](size_t at, size_t value) { *reinterpret_cast<USHORT*>(&buffer[at]) = static_cast<USHORT>(value); };
+        *reinterpret_cast<ULONG*>(&buffer[0]) = IO_REPARSE_TAG_MOUNT_POINT;
+        put16(4, buffer.size() - 8);
+        put16(10, substitute.size() * sizeof(wchar_t));
+        put16(12, (substitute.size() + 1) * sizeof(wchar_t));
+        put16(14, print.size() * sizeof(wchar_t));
+        std::copy_n(reinterpret_cast<const char*>(substitute.c_str()), substitute.size() * 2, &buffer[16]);
+        std::copy_n(reinterpret_cast<const char*>(print.c_str()), print.size() * 2, &buffer[16 + (substitute.size() + 1) * 2]);
+        const HVFileHandle folder(::CreateFileW(link.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                                FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+        DWORD returned = 0;
+        if (folder && ::DeviceIoControl(folder.Get(), FSCTL_SET_REPARSE_POINT, buffer.data(), static_cast<DWORD>(buffer.size()),
+                                        nullptr, 0, &returned, nullptr))
+            return true;
+    }
+    ::RemoveDirectoryW(link.c_str());
+    return RunLinuxProgram(L"/bin/ln -s \"" + UnixPath(target) + L"\" \"" + UnixPath(link) + L"\"", [&] {
+        const DWORD attributes = ::GetFileAttributesW(link.c_str());
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    });
+}
+
+bool RemoveFolderLink(const std::wstring& link)
+{
+    const auto gone = [&] { return ::GetFileAttributesW(link.c_str()) == INVALID_FILE_ATTRIBUTES; };
+    return ::RemoveDirectoryW(link.c_str()) || gone() || RunLinuxProgram(L"/bin/rm \"" + UnixPath(link) + L"\"", gone);
+}
+
+std::map<std::wstring, std::string> TreeContents(const std::vector<std::wstring>& folders)
+{
+    std::map<std::wstring, std::string> files;
+    for (const std::wstring& folder : folders) {
+        for (const std::wstring& file : ListTree(folder))
+            files[WithSlash(folder) + file] = ReadFileText(WithSlash(folder) + file);
+    }
+    return files;
+}
+
+std::wstring ShortFileName(const std::wstring& path)
+{
+    wchar_t buffer[MAX_PATH] = {};
+    const std::wstring shortPath(buffer, ::GetShortPathNameW(path.c_str(), buffer, MAX_PATH));
+    return shortPath.substr(shortPath.rfind(L'\\') + 1);
+}
+
+std::wstring SecurityDescriptorText(const std::wstring& path)
+{
+    constexpr SECURITY_INFORMATION kWhat = OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+    PSECURITY_DESCRIPTOR raw = nullptr;
+    if (::GetNamedSecurityInfoW(path.c_str(), SE_FILE_OBJECT, kWhat, nullptr, nullptr, nullptr, nullptr, &raw) != ERROR_SUCCESS)
+        return {};
+    const HVLocalMemory descriptor(raw);
+    LPWSTR text = nullptr;
+    if (!::ConvertSecurityDescriptorToStringSecurityDescriptorW(raw, SDDL_REVISION_1, kWhat, &text, nullptr))
+        return {};
+    const HVLocalMemory owned(text);
     return text;
 }
 }

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,26 @@ bool CopyTree(const std::wstring& from, const std::wstring& to);
 bool DeleteTree(const std::wstring& folder);
 // Makes a folder and its missing parents. True when it exists afterwards.
 bool MakeFolder(const std::wstring& folder);
+// Under Wine, for what Wine can't do itself: the Linux name of a Windows path (empty outside
+// Wine), and a program of the Linux machine started like any other ("/usr/bin/openssl ...",
+// arguments with blanks quoted). Wine's process handle doesn't wait for a Linux program, so
+// the caller says when it is done: true once `done` holds, false after ten seconds without.
+std::wstring UnixPath(const std::wstring& path);
+bool RunLinuxProgram(std::wstring commandLine, const std::function<bool()>& done);
+// Makes `link` a junction to the existing folder `target`. Wine 8 has no junctions
+// (FSCTL_SET_REPARSE_POINT fails): there the link is a symbolic link of the Linux file system
+// (made with /bin/ln), which Wine shows as a reparse point and resolves in final paths.
+bool MakeFolderLink(const std::wstring& link, const std::wstring& target);
+// Removes such a link, never what it leads to. True when it is gone.
+bool RemoveFolderLink(const std::wstring& link);
+// Every file below the folders with its bytes, by full path: what "nothing was written" is
+// checked against.
+std::map<std::wstring, std::string> TreeContents(const std::vector<std::wstring>& folders);
+// The name alone of a file's short (8.3) name, as the system made it ("PACK~SKP.EXE" in Wine).
+std::wstring ShortFileName(const std::wstring& path);
+// The security descriptor of a file or folder in the system's text form (SDDL): owner and
+// access list. Empty when it can't be read.
+std::wstring SecurityDescriptorText(const std::wstring& path);
 // Writes a file (UTF-8 bytes as given), making its folder. For arranging test input.
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
 // Reads a whole file; false when it can't be read.
