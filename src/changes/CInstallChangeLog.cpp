@@ -9,6 +9,13 @@ void CInstallChangeLog::Note(const InstallChange& change)
         sink_->Append(change);
 }
 
+void CInstallChangeLog::Note(std::initializer_list<InstallChange> changes)
+{
+    changes_.insert(changes_.end(), changes.begin(), changes.end());
+    if (sink_)
+        sink_->Append(std::span<const InstallChange>(changes.begin(), changes.size()));
+}
+
 void CInstallChangeLog::Note(InstallChange::Kind kind, const HVString& path)
 {
     Note({.kind = kind, .path = path});

@@ -3,6 +3,8 @@
 #include "foundation/HVString.h"
 
 #include <cstdint>
+#include <initializer_list>
+#include <span>
 #include <vector>
 
 // One change that the install made to the machine, with what was there before and what the
@@ -68,6 +70,14 @@ public:
     virtual ~IInstallChangeSink() = default;
     // False when the change could not be kept (logged by the sink); the install goes on.
     virtual bool Append(const InstallChange& change) = 0;
+    // Several changes noted at one moment, kept together (one write where the sink can).
+    virtual bool Append(std::span<const InstallChange> changes)
+    {
+        bool kept = true;
+        for (const InstallChange& change : changes)
+            kept = Append(change) && kept;
+        return kept;
+    }
 };
 
 // The one place where the engine notes every change it makes: files, folders, registry keys
@@ -81,6 +91,8 @@ public:
     // Every later change also goes to `sink` (not owned; null to stop).
     void SetSink(IInstallChangeSink* sink) { sink_ = sink; }
     void Note(const InstallChange& change);
+    // Changes noted at one moment (a file and its temporary sibling), kept in one go.
+    void Note(std::initializer_list<InstallChange> changes);
     // A change that is only a kind and a path (folders, keys).
     void Note(InstallChange::Kind kind, const HVString& path);
     // after: the file's digest where an uninstall must check it (outside the install folder).

@@ -33,6 +33,14 @@ bool CInstallRecordFile::Append(const InstallChange& change)
     return file_ && Write(CInstallRecord::EncodeLine(change));
 }
 
+bool CInstallRecordFile::Append(std::span<const InstallChange> changes)
+{
+    std::string lines;
+    for (const InstallChange& change : changes)
+        lines += CInstallRecord::EncodeLine(change);
+    return file_ && Write(lines);
+}
+
 bool CInstallRecordFile::Write(const std::string& bytes)
 {
     DWORD written = 0;

@@ -33,6 +33,7 @@ public:
     const HVString& Path() const { return path_; }
 
     bool Append(const InstallChange& change) override;
+    bool Append(std::span<const InstallChange> changes) override;
     // At the end of the run, after its InstallEnded: the flush, and the file is closed.
     void Finish();
     // The record in `installFolder` cut back to its first `size` bytes (0: the record goes),

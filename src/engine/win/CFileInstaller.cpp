@@ -250,11 +250,15 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
 
 void CFileInstaller::NoteStarted(const HVString& destination, bool existed, const HVString& kept)
 {
-    const HVString temporary = TemporaryName(destination);
-    changes_.NoteStarted(temporary, HVFileSystem::Exists(temporary, false));
-    if (!kept.IsEmpty())
-        changes_.NoteStarted(kept, false);
-    changes_.Note({.kind = InstallChange::Kind::FileStarted, .path = destination, .existedBefore = existed, .before = kept});
+    // In one write: the temporary (a leftover of a stopped run is no one's but the install's),
+    // the name the old file is kept under, and the file itself.
+    using Kind = InstallChange::Kind;
+    const InstallChange file{.kind = Kind::FileStarted, .path = destination, .existedBefore = existed, .before = kept};
+    const InstallChange temporary{.kind = Kind::FileStarted, .path = TemporaryName(destination)};
+    if (kept.IsEmpty())
+        changes_.Note({temporary, file});
+    else
+        changes_.Note({temporary, InstallChange{.kind = Kind::FileStarted, .path = kept}, file});
 }
 
 bool CFileInstaller::IsInInstallFolder(const HVString& path) const

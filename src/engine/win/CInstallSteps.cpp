@@ -157,19 +157,16 @@ CInstallSteps::Outcome CInstallSteps::RunCopy()
 
 bool CInstallSteps::SetupFolderIsComplete()
 {
-    // Checked before anything is cleaned or copied, so a broken setup folder leaves the
-    // machine as it was.
-    for (const char16_t* folder : {CProductIdentity::kProgramSourceFolder, u"System\\"}) {
-        const HVString path = context_.setupFolder + folder;
-        if (HVFileSystem::FolderExists(path))
-            continue;
-        HVLog::Write(HVLog::kError, "CInstallSteps::SetupFolderIsComplete", u"%s is missing", path);
-        ShowError(HVTranslator::Translate(kCopyFailed) + u"\r\n\r\n" +
-                      HVString::Format(HVTranslator::Translate(u"The folder \"%s\" is missing from the setup folder.").c_str(), path),
-                  u"Install Error");
-        return false;
-    }
-    return true;
+    // Checked before anything is cleaned or copied, so a setup folder without the program files
+    // leaves the machine as it was. The system files and fonts are copied where they exist.
+    const HVString path = context_.setupFolder + CProductIdentity::kProgramSourceFolder;
+    if (HVFileSystem::FolderExists(path))
+        return true;
+    HVLog::Write(HVLog::kError, "CInstallSteps::SetupFolderIsComplete", u"%s is missing", path);
+    ShowError(HVTranslator::Translate(kCopyFailed) + u"\r\n\r\n" +
+                  HVString::Format(HVTranslator::Translate(u"The folder \"%s\" is missing from the setup folder.").c_str(), path),
+              u"Install Error");
+    return false;
 }
 
 bool CInstallSteps::CopyLauncherFiles()
@@ -178,8 +175,12 @@ bool CInstallSteps::CopyLauncherFiles()
     const CProductIdentity& product = context.product;
     const HVString source = context.setupFolder + CProductIdentity::kProgramSourceFolder;
     for (const HVString& name : {product.GetLauncherName(), product.GetMainProgramName()}) {
-        if (!HVFileSystem::Exists(source + name, false))
-            continue;
+        // A launcher file the setup folder lacks is a copy that failed: the product can't start.
+        if (!HVFileSystem::Exists(source + name, false)) {
+            HVLog::Write(HVLog::kError, "CInstallSteps::CopyLauncherFiles", u"%s is missing", source + name);
+            ShowError(HVTranslator::Translate(kCopyFailed), u"Install Error");
+            return false;
+        }
         while (true) {
             bool inUse = false;
             const CFileInstaller::CopyResult result = files_.CopyCoreFile(source + name, context.installFolder + name, &inUse);
