@@ -48,6 +48,11 @@ struct InstallChange
     static constexpr const char16_t* kRegisteredAsDriver = u"WDMDriver";
     static constexpr const char16_t* kRegisteredAsService = u"Service";
 
+    // A file's successor is copied beside it under its name with kTemporarySuffix; what the
+    // install replaces or removes is kept beside it with kKeptSuffix until the install ends well.
+    static constexpr const char16_t* kTemporarySuffix = u".iwnew";
+    static constexpr const char16_t* kKeptSuffix = u".iwold";
+
     Kind kind = Kind::FileWritten;
     HVString path = {};
     HVString name = {};

@@ -54,7 +54,7 @@ HVString CDeferredOperations::Stage(const HVString& source, const HVString& dest
     }
 
     // Whole under a temporary name first: a pending rename must never find a part of the file.
-    const HVString temporary = staged + u".iwnew";
+    const HVString temporary = staged + InstallChange::kTemporarySuffix;
     const bool existed = HVFileSystem::Exists(staged, false);
     if (changes_) {
         changes_->NoteStarted(temporary, HVFileSystem::Exists(temporary, false));

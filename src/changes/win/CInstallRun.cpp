@@ -77,11 +77,15 @@ void CInstallRun::DropWhatWasKept()
     // completed them.
     std::vector<InstallChange> drops;
     for (const std::vector<InstallChange>* run : {&changes_.Earlier(), &changes_.Changes()})
-        for (const InstallChange& change : *run)
+        for (const InstallChange& change : *run) {
             if ((change.kind == Kind::FileStarted || change.kind == Kind::FileWritten || change.kind == Kind::FileDeleted ||
                  change.kind == Kind::FolderDeleted) &&
                 !change.before.IsEmpty())
                 drops.push_back(change);
+            // A temporary a stopped run left beside a file it was replacing goes the same way.
+            if (change.kind == Kind::FileStarted && change.path.EndsWith(InstallChange::kTemporarySuffix))
+                drops.push_back({.kind = Kind::FileStarted, .before = change.path});
+        }
     for (const InstallChange& change : drops) {
         const HVString& kept = change.before;
         if (change.kind == Kind::FolderDeleted) {

@@ -96,7 +96,7 @@ CFileInstaller::CFileInstaller(CDeferredOperations& deferred, CInstallChangeLog&
 
 HVString CFileInstaller::TemporaryName(const HVString& destination)
 {
-    return destination + u".iwnew";
+    return destination + InstallChange::kTemporarySuffix;
 }
 
 HVString CFileInstaller::Fingerprint(uint64_t size, uint64_t lastWrite)
@@ -193,7 +193,7 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
     }
 
     // What is replaced is kept beside it until the install has ended well, for a rollback.
-    HVString kept = existed ? destination + kKeptSuffix : HVString();
+    HVString kept = existed ? destination + InstallChange::kKeptSuffix : HVString();
     if (existed && !HVFileSystem::MakeUniqueName(kept))
         kept.Empty();
     NoteStarted(destination, existed, kept);
@@ -250,15 +250,17 @@ CFileInstaller::CopyResult CFileInstaller::Copy(const HVString& source, const HV
 
 void CFileInstaller::NoteStarted(const HVString& destination, bool existed, const HVString& kept)
 {
-    // In one write: the temporary (a leftover of a stopped run is no one's but the install's),
-    // the name the old file is kept under, and the file itself.
+    // In one write: the temporary that replaces a file that is there (a leftover of a stopped run
+    // is no one's but the install's), the name the old file is kept under, and the file itself.
     using Kind = InstallChange::Kind;
     const InstallChange file{.kind = Kind::FileStarted, .path = destination, .existedBefore = existed, .before = kept};
-    const InstallChange temporary{.kind = Kind::FileStarted, .path = TemporaryName(destination)};
-    if (kept.IsEmpty())
-        changes_.Note({temporary, file});
+    if (!existed)
+        changes_.Note(file);
+    else if (kept.IsEmpty())
+        changes_.Note({InstallChange{.kind = Kind::FileStarted, .path = TemporaryName(destination)}, file});
     else
-        changes_.Note({temporary, InstallChange{.kind = Kind::FileStarted, .path = kept}, file});
+        changes_.Note({InstallChange{.kind = Kind::FileStarted, .path = TemporaryName(destination)},
+                       InstallChange{.kind = Kind::FileStarted, .path = kept}, file});
 }
 
 bool CFileInstaller::IsInInstallFolder(const HVString& path) const
@@ -316,6 +318,10 @@ bool CFileInstaller::PutInPlace(const HVString& source, const HVString& destinat
     // The new file is whole beside the old one before the old one goes, and a rename within one
     // folder replaces it in one step: whenever the process ends, the destination is old or new.
     const bool blocked = destinationAttributes != INVALID_FILE_ATTRIBUTES && (destinationAttributes & kBlockingAttributes);
+    // A new file is written where it goes: there is no old one to keep whole, and a copy cut
+    // short is named in the record for the next run, a rollback or the uninstall.
+    if (destinationAttributes == INVALID_FILE_ATTRIBUTES)
+        return HVFileSystem::CopyFileWhole(source, destination, &error);
     if (kept.IsEmpty())
         return HVFileSystem::CopyFileByRename(source, destination, TemporaryName(destination), blocked, &error);
     const HVString temporary = TemporaryName(destination);
@@ -381,7 +387,7 @@ void CFileInstaller::RemoveKeeping(const HVString& path)
     const InstallChange::Kind kind = folder ? InstallChange::Kind::FolderDeleted : InstallChange::Kind::FileDeleted;
     // Kept aside under a free name until the install ended well, so that a rollback puts it back;
     // noted first, so that a run ended here still names where it went.
-    HVString kept = HVFileSystemPath::RemoveBackslash(path) + kKeptSuffix;
+    HVString kept = HVFileSystemPath::RemoveBackslash(path) + InstallChange::kKeptSuffix;
     if (HVFileSystem::MakeUniqueName(kept)) {
         changes_.Note({.kind = kind, .path = path, .existedBefore = true, .before = folder ? kept + u"\\" : kept});
         if (HVFileSystem::MoveFile(HVFileSystemPath::RemoveBackslash(path), kept, false, false))

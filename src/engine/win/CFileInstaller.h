@@ -68,9 +68,6 @@ public:
     // The temporary name a file is copied to before it is put in place; a leftover one from an
     // ended run is removed when its file is copied again.
     static HVString TemporaryName(const HVString& destination);
-    // What a file or folder that the install replaced or removed is kept under, beside it, until
-    // the install ended well: its name with this after it (numbered when taken).
-    static constexpr const char16_t* kKeptSuffix = u".iwold";
 
     // A file or folder (with a backslash) of the install that goes: moved aside under a free
     // name and kept until the install ended well, noted with where it went; what can't be moved
@@ -93,7 +90,8 @@ private:
     // (INVALID_FILE_ATTRIBUTES / kUnknownSize when nothing), so no file is asked twice.
     CopyResult Copy(const HVString& source, const HVString& destination, int32_t mode, bool allowDeferral,
                     DWORD sourceAttributes, uint64_t size, uint64_t lastWrite, bool* inUse);
-    // A whole copy at the temporary name, then one rename over the destination; the old file,
+    // A new file is copied where it goes. Over a file that is there: a whole copy at the
+    // temporary name, then one rename over the destination; the old file,
     // when `kept` names where, is kept there first as a second name of the same file (its bytes
     // as they are; a copy where the volume has no such names). Whenever the process ends, the
     // destination is old or new. On failure the destination is as it was, neither a temporary

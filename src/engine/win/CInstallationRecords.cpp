@@ -2,7 +2,6 @@
 
 #include "changes/CInstallRecord.h"
 #include "changes/win/CRegistryWriter.h"
-#include "engine/win/CFileInstaller.h"
 #include "foundation/HVLog.h"
 #include "foundation/HVSystemIdentity.h"
 #include "foundation/win/HVFileSystem.h"
@@ -99,7 +98,7 @@ uint64_t CInstallationRecords::FolderSize(const HVString& folder)
         // The install record grows until the run ends, and what the run keeps for a rollback
         // goes when it ends: neither is part of the product's size.
         if ((!item.isFolder && item.name.EqualsNoCase(CInstallRecord::kFileName)) ||
-            item.name.EndsWithNoCase(CFileInstaller::kKeptSuffix))
+            item.name.EndsWithNoCase(InstallChange::kKeptSuffix))
             continue;
         size += item.isFolder ? FolderSize(folder + item.name + u"\\") : item.size;
     }

@@ -95,14 +95,16 @@ TEST_F(CFileInstallerTest, TreeReplacesReadOnlyAndLeftoverFilesWithProgressByByt
     Write(source + u"Data\\Deep\\b.bin", std::string(100, 'b'));
     HVFileSystem::CopyFile(media + u"Listenwell\\HVShellExt.dll", source + u"HVShellExt.dll", false);
     Write(destination + u"a.txt", "old", FILE_ATTRIBUTE_READONLY);
-    // What a run ended in the middle of a copy leaves: a temporary beside its file.
+    // What a run ended in the middle of a copy leaves: a temporary beside the file it replaces.
+    Write(destination + u"Data\\b.bin", "old");
     Write(CFileInstaller::TemporaryName(destination + u"Data\\b.bin"), "partial", FILE_ATTRIBUTE_READONLY);
     Write(source + u"Data\\b.bin", "b");
     progress.positions.clear();
 
     ASSERT_TRUE(installer.CopyTree(source, destination, kCopyAlwaysOverwrite, progress));
     // The file it replaced is kept beside it until the install ends well.
-    EXPECT_TRUE(e2e::TreeMatches(destination.w(), {L"a.txt", L"a.txt.iwold", L"Data\\b.bin", L"Data\\Deep\\b.bin", L"HVShellExt.dll"}));
+    EXPECT_TRUE(e2e::TreeMatches(destination.w(), {L"a.txt", L"a.txt.iwold", L"Data\\b.bin", L"Data\\b.bin.iwold",
+                                                   L"Data\\Deep\\b.bin", L"HVShellExt.dll"}));
     EXPECT_EQ(Read(destination + u"a.txt.iwold"), "old");
     EXPECT_EQ(Read(destination + u"a.txt"), std::string(300, 'a'));
     EXPECT_EQ(HVFileSystem::GetAttributes(destination + u"a.txt") & FILE_ATTRIBUTE_READONLY, 0u);
