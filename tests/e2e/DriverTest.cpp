@@ -34,8 +34,7 @@ TEST(Driver, ADialogNoRuleAnswersFailsTheRun)
         {"no such button", L"Question \"Continue?\" MB_YESNO",
          {.title = L"Question", .text = L"Continue?", .button = IDRETRY}, e2e::RunOutcome::NoSuchButton, 1},
     };
-    for (const Row& row : rows)
-    {
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const e2e::RunResult run = ShowBox(row.arguments, {row.rule});
         EXPECT_EQ(run.outcome, row.outcome) << run.Describe();

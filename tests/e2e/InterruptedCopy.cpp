@@ -2,8 +2,7 @@
 // leaves every installed file whole, as it was or as it is meant to be, and the next run
 // completes the install and leaves nothing of its own behind.
 #include "E2ESupport.h"
-
-#include "changes/CInstallRecord.h"
+#include "InstallRecordFile.h"
 
 #include <gtest/gtest.h>
 
@@ -15,19 +14,6 @@ namespace
 {
 constexpr uint32_t kOldEdition = 1;
 constexpr uint32_t kNewEdition = 2;
-
-FILETIME Stamp(WORD year)
-{
-    const SYSTEMTIME time = {year, 3, 0, 1, 12, 0, 0, 0};
-    FILETIME stamp = {};
-    SystemTimeToFileTime(&time, &stamp);
-    return stamp;
-}
-
-bool Written(const WIN32_FIND_DATAW& file, const FILETIME& stamp)
-{
-    return CompareFileTime(&file.ftLastWriteTime, &stamp) == 0;
-}
 
 std::vector<e2e::GeneratedFile> OldEdition()
 {
@@ -72,15 +58,7 @@ protected:
     // Every generated file as installed: its edition, or 0 when it is neither.
     std::vector<uint32_t> InstalledEditions() const
     {
-        std::vector<uint32_t> editions;
-        for (size_t i = 0; i < oldFiles_.size(); ++i) {
-            std::string bytes;
-            e2e::ReadFileBytes(installed_ + oldFiles_[i].path, bytes);
-            editions.push_back(bytes == e2e::GeneratedContent(oldFiles_[i], kOldEdition)   ? kOldEdition
-                               : bytes == e2e::GeneratedContent(newFiles_[i], kNewEdition) ? kNewEdition
-                                                                                           : 0);
-        }
-        return editions;
+        return e2e::EditionsFound(installed_, oldFiles_, kOldEdition, newFiles_, kNewEdition);
     }
 
     std::wstring setup_;
@@ -88,8 +66,8 @@ protected:
     const std::vector<e2e::GeneratedFile> oldFiles_ = OldEdition();
     // A third of the files change their size.
     const std::vector<e2e::GeneratedFile> newFiles_ = e2e::ResizeSome(oldFiles_, 3);
-    const FILETIME oldStamp_ = Stamp(2020);
-    const FILETIME newStamp_ = Stamp(2024);
+    const FILETIME oldStamp_ = e2e::EditionStamp(2020);
+    const FILETIME newStamp_ = e2e::EditionStamp(2024);
 };
 
 TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
@@ -106,11 +84,11 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 
     ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", newFiles_, kNewEdition, &newStamp_));
     const std::wstring bulk = installed_ + L"Bulk\\";
-    const auto newFilesInPlace = [&](DWORD) { return e2e::CountFiles(bulk, [&](auto& f) { return Written(f, newStamp_); }); };
+    const auto newFilesInPlace = [&](DWORD) { return e2e::CountFiles(bulk, [&](auto& f) { return e2e::HasStamp(f, newStamp_); }); };
     // A file of neither edition is being written just now; among the big ones, the end comes
     // before it is done.
     const auto bigFileBeingWritten = [&](DWORD) {
-        return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !Written(f, oldStamp_) && !Written(f, newStamp_); }) > 0;
+        return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !e2e::HasStamp(f, oldStamp_) && !e2e::HasStamp(f, newStamp_); }) > 0;
     };
     const struct { const char* when; std::function<bool(DWORD)> reached; bool leavesAPartialFile = false; } ends[] = {
         // A later count each time: the files already new from the run before count again.
@@ -134,7 +112,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 
         // The record reads back but for the torn last line of each ended run, and names every
         // file the run left half written.
-        const CInstallRecord::Contents record = CInstallRecord::Parse(e2e::ReadFileText(installed_ + L"Install Record.txt"));
+        const CInstallRecord::Contents record = e2e::ReadInstallRecord(installed_);
         EXPECT_TRUE(record.problem.IsEmpty()) << record.problem.ToUtf8();
         EXPECT_LE(record.damagedLines, ++killed);
         EXPECT_TRUE(!end.leavesAPartialFile || !diff.extra.empty()) << diff.Describe();

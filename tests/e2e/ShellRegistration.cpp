@@ -2,12 +2,11 @@
 // back row by row, other programs' file types kept as backups across installs, and Default
 // Programs by Windows version.
 #include "E2ESupport.h"
+#include "ExpectedValue.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
-
-#include <sstream>
 
 namespace
 {
@@ -28,30 +27,12 @@ TEST_F(ShellRegistrationTest, SilentInstallLeavesTheActionTableRowByRow)
     const e2e::RunResult run = RunSilent();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe();
 
-    std::istringstream fixture(e2e::ReadFileText(std::wstring(L"" IW_SOURCE_DIR) + L"\\tests\\e2e\\data\\ActionTable.txt"));
     const std::wstring dest = e2e::DefaultDestination();
-    int rows = 0;
-    for (std::string text; std::getline(fixture, text);) {
-        if (text.empty() || text[0] == '#')
-            continue;
-        std::wstring line = e2e::Wide(text);
-        for (size_t at; (at = line.find(L"{DEST}")) != std::wstring::npos;)
-            line.replace(at, 6, dest);
-        std::vector<std::wstring> f;
-        std::wstringstream fields(line);
-        for (std::wstring field; std::getline(fields, field, L'|');)
-            f.push_back(field);
-        f.resize(5);
-        ++rows;
-        const HKEY root = f[0] == L"HKEY_LOCAL_MACHINE" ? HKEY_LOCAL_MACHINE
-                          : f[0] == L"HKEY_CURRENT_USER" ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT;
-        const std::wstring name = f[2] == L"Default" ? L"" : f[2];
-        if (f[4] == L"STRING")
-            EXPECT_EQ(e2e::RegString(root, f[1], name), f[3]) << "row " << rows << ": " << text;
-        else
-            EXPECT_EQ(e2e::RegDword(root, f[1], name), static_cast<DWORD>(std::stoul(f[3]))) << "row " << rows;
-    }
-    EXPECT_EQ(rows, 104);
+    const std::vector<e2e::ExpectedValue> table =
+        e2e::ReadExpectedValues(std::wstring(L"" IW_SOURCE_DIR) + L"\\tests\\e2e\\data\\ActionTable.txt", dest);
+    EXPECT_EQ(table.size(), 104u);
+    for (const e2e::ExpectedValue& row : table)
+        EXPECT_EQ(row.Actual(), row.data) << row.line;
     // The default file types of Install.xml are the product's now, and the choice is kept.
     for (const wchar_t* extension : {L".mp3", L".flac", L".cue"})
         EXPECT_EQ(e2e::RegString(HKEY_CLASSES_ROOT, extension, L""), L"Sonora32.File") << e2e::Utf8(extension);
@@ -154,17 +135,7 @@ TEST_F(ShellRegistrationTest, ThePagesChoiceIsWhatGetsRegistered)
     // An upgrade moves on from the welcome page by itself; on a machine without an earlier
     // installation the page asks. Everything unchecked, then space on the first row (.mp3,
     // focused): only .mp3.
-    e2e::WizardUser user({
-        {L"File Associations",
-         [](const e2e::WizardView& v) {
-             e2e::Click(v.Control(L"Unselect All"));
-             HWND list = v.ControlOfClass(L"SysListView32");
-             ::PostMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
-             ::PostMessageW(list, WM_KEYUP, VK_SPACE, 0);
-             e2e::ClickNext(v);
-         }},
-        e2e::NextOn(L"Install Complete"),
-    });
+    e2e::WizardUser user({e2e::FileTypesOn({VK_SPACE}), e2e::NextOn(L"Install Complete")});
     const e2e::RunResult run = e2e::ProgramDriver({.commandLine = L"/Upgrade /NoRun", .onPoll = user.Poller()}).Run();
     ASSERT_TRUE(run.ExitedWith(0)) << run.Describe() << user.Describe();
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"File Associations - Set"), L".mp3");

@@ -60,16 +60,6 @@ protected:
         return setup;
     }
 
-    e2e::RunResult Run(const std::wstring& setup, const std::wstring& arguments, e2e::WizardUser& user,
-                       std::vector<e2e::DialogRule> rules = {})
-    {
-        run_ = e2e::RunSetup(setup, arguments, std::move(rules), user.Poller());
-        return run_.result;
-    }
-
-    std::wstring Log() const { return run_.log; }
-    std::string Describe(const e2e::WizardUser& user) const { return run_.Describe(user.Describe()); }
-
     // The pages before the install: the copy page's header follows its steps, so it is
     // recognised by any of them and dropped.
     static std::vector<std::wstring> PagesBeforeInstall(const e2e::WizardUser& user)
@@ -82,7 +72,6 @@ protected:
         return pages;
     }
 
-    e2e::SetupRun run_;
 };
 
 using e2e::NextOn, e2e::ChooseOn;
@@ -144,8 +133,8 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
              e2e::ClickCancel(v);
          }},
     });
-    const e2e::RunResult run = Run(setup, L"", user, {ConfirmCancel(IDYES)});
-    ASSERT_TRUE(run.ExitedWith(kExitCancelled)) << Describe(user);
+    const e2e::SetupRun run = e2e::RunSetup(setup, L"", {ConfirmCancel(IDYES)}, user.Poller());
+    ASSERT_TRUE(run.result.ExitedWith(kExitCancelled)) << run.Describe(user.Describe());
     EXPECT_EQ(frame, (std::vector<std::wstring>{L"Install Wizard", L"< Back", L"Next >", L"Cancel"}));
     ASSERT_EQ(welcome.size(), 2u);
     EXPECT_EQ(welcome[0], L"Please read the following license agreement carefully.");
@@ -200,8 +189,8 @@ TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
              }},
             NextOn(L"File Associations"),
         });
-        const e2e::RunResult run = Run(setup, L"", user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
+        const e2e::SetupRun run = e2e::RunSetup(setup, L"", {}, user.Poller());
+        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
         EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), row.after);
     }
 }
@@ -249,14 +238,14 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
     std::vector<e2e::DialogRule> rules;
     for (const auto& refusal : refusals)
         rules.push_back(refusal.second);
-    const e2e::RunResult run = Run(setup, L"", user, rules);
-    ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
+    const e2e::SetupRun run = e2e::RunSetup(setup, L"", rules, user.Poller());
+    ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
     // In order: each refusal's box answered by its own rule.
-    ASSERT_EQ(run.dialogs.size(), refusals.size()) << Describe(user);
+    ASSERT_EQ(run.result.dialogs.size(), refusals.size()) << run.Describe(user.Describe());
     for (size_t i = 0; i < refusals.size(); ++i)
-        EXPECT_EQ(run.dialogs[i].rule, static_cast<int>(i)) << e2e::Utf8(run.dialogs[i].text);
+        EXPECT_EQ(run.result.dialogs[i].rule, static_cast<int>(i)) << e2e::Utf8(run.result.dialogs[i].text);
     EXPECT_TRUE(e2e::FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
-    EXPECT_TRUE(run_.Logged(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,")) << e2e::Utf8(Log());
+    EXPECT_TRUE(run.Logged(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,")) << run.Describe();
 }
 
 TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
@@ -294,12 +283,12 @@ TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
                                        e2e::ClickNext(v);
                                    }});
         e2e::WizardUser user(CustomInstall(destination));
-        const e2e::RunResult run = Run(setup, L"", user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
+        const e2e::SetupRun run = e2e::RunSetup(setup, L"", {}, user.Poller());
+        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
         EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
         const std::wstring earlier = L"Earlier installation: " + (row.pageShown ? L"none" : kEarlierFolder);
-        EXPECT_TRUE(run_.Logged(earlier)) << e2e::Utf8(Log());
-        EXPECT_TRUE(run_.Logged(L"(destination " + row.destination + L", express 0")) << e2e::Utf8(Log());
+        EXPECT_TRUE(run.Logged(earlier)) << run.Describe();
+        EXPECT_TRUE(run.Logged(L"(destination " + row.destination + L", express 0")) << run.Describe();
     }
 }
 
@@ -384,25 +373,25 @@ TEST_F(WizardTest, PageFlows)
             ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
         }
         e2e::WizardUser user(flow.steps);
-        const e2e::RunResult run = Run(setup, flow.arguments, user, flow.rules);
-        ASSERT_TRUE(run.ExitedWith(flow.exitCode)) << Describe(user);
-        ASSERT_EQ(run.dialogs.size(), flow.rules.size()) << Describe(user);
+        const e2e::SetupRun run = e2e::RunSetup(setup, flow.arguments, flow.rules, user.Poller());
+        ASSERT_TRUE(run.result.ExitedWith(flow.exitCode)) << run.Describe(user.Describe());
+        ASSERT_EQ(run.result.dialogs.size(), flow.rules.size()) << run.Describe(user.Describe());
         for (size_t i = 0; i < flow.rules.size(); ++i) {
             const int button = flow.rules[i].button;
-            EXPECT_EQ(run.dialogs[i].title, flow.rules[i].title);
-            EXPECT_EQ(run.dialogs[i].pressed, button == IDOK ? L"OK" : button == IDNO ? L"No" : L"Yes");
+            EXPECT_EQ(run.result.dialogs[i].title, flow.rules[i].title);
+            EXPECT_EQ(run.result.dialogs[i].pressed, button == IDOK ? L"OK" : button == IDNO ? L"No" : L"Yes");
             if (button != IDOK) {
-                EXPECT_EQ(run.dialogs[i].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
+                EXPECT_EQ(run.result.dialogs[i].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
             }
         }
-        EXPECT_EQ(PagesBeforeInstall(user), flow.pages) << Describe(user);
-        EXPECT_TRUE(run_.Logged(flow.logged)) << e2e::Utf8(Log());
-        EXPECT_EQ(run_.Logged(L"Auto install starts"), flow.byTimer) << e2e::Utf8(Log());
+        EXPECT_EQ(PagesBeforeInstall(user), flow.pages) << run.Describe(user.Describe());
+        EXPECT_TRUE(run.Logged(flow.logged)) << run.Describe();
+        EXPECT_EQ(run.Logged(L"Auto install starts"), flow.byTimer) << run.Describe();
         EXPECT_EQ(e2e::FolderExists(kDefaultFolder), flow.exitCode == kExitInstalled);
         EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), flow.wish);
         // A wish starts the countdown at 30 seconds and shows it in the title, going down. A title
         // lasts 100 ms here, so the driver's rounds may miss the first: the log says where it began.
-        EXPECT_EQ(run_.Logged(L"Auto install in 30 seconds"), flow.wish.has_value()) << e2e::Utf8(Log());
+        EXPECT_EQ(run.Logged(L"Auto install in 30 seconds"), flow.wish.has_value()) << run.Describe();
         std::vector<int> seconds;
         const std::wstring counting = L"Sonora - Install Wizard (Auto Install in ";
         for (const std::wstring& title : user.WindowTitles())
@@ -428,10 +417,10 @@ TEST_F(WizardTest, UnattendedRunsAskNothing)
         // install does.
         e2e::WizardUser user(arguments == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
                                                       : std::vector<e2e::WizardStep>{});
-        const e2e::RunResult run = Run(setup, arguments, user);
-        ASSERT_TRUE(run.ExitedWith(kExitInstalled)) << Describe(user);
-        EXPECT_TRUE(run.dialogs.empty());
-        EXPECT_TRUE(run_.Logged(express)) << e2e::Utf8(Log());
+        const e2e::SetupRun run = e2e::RunSetup(setup, arguments, {}, user.Poller());
+        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
+        EXPECT_TRUE(run.result.dialogs.empty());
+        EXPECT_TRUE(run.Logged(express)) << run.Describe();
         EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
         // No countdown, and the wish for the next run is kept as it was.
         for (const std::wstring& title : user.WindowTitles())

@@ -5,6 +5,7 @@
 
 #include "RecordingLogger.h"
 #include "ScratchDir.h"
+#include "SourceFile.h"
 
 #include <gtest/gtest.h>
 
@@ -149,18 +150,6 @@ TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
     }
 }
 
-// Language files are listed through an injected lister, as the dialog lists them.
-bool ListDirectory(const HVString& folder, std::vector<HVString>& names)
-{
-    std::error_code error;
-    std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
-    if (error)
-        return false;
-    for (const auto& entry : it)
-        names.push_back(HVString(entry.path().filename().u16string()));
-    return true;
-}
-
 std::string LanguageFile(const char* name, const char* code)
 {
     return std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVLanguage name=\"") + name + "\" code=\"" + code +
@@ -185,7 +174,7 @@ TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
     dir.Write("notes.txt", LanguageFile("Text", "tx"));
     std::filesystem::create_directories(dir.Dir() / "Folder.xml");
 
-    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ListDirectory);
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ScratchDir::ListNames);
     std::vector<std::string> names;
     for (const CLanguageInfo& l : languages)
         names.push_back(U8(l.name) + "/" + U8(l.code));
@@ -227,11 +216,7 @@ TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
 // The shipped German file: every entry usable, and the texts of the program found in it.
 TEST(CTranslationService, SampleGermanFileTranslatesTheWizardsTexts)
 {
-#ifdef _WIN32
-    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\sample\\Languages\\Deutsch.xml";
-#else
-    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"/sample/Languages/Deutsch.xml";
-#endif
+    const HVString path = SourceFilePath("sample/Languages/Deutsch.xml");
     RecordingLogger log;
     CTranslationService service;
     ASSERT_TRUE(service.Load(path));

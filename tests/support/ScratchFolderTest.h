@@ -28,9 +28,14 @@ protected:
         root = HVString(e2e::ScratchFolder(std::wstring(name.begin(), name.end())).c_str());
         return !root.IsEmpty();
     }
-    void Write(const HVString& path, const std::string& content)
+    // Makes the file's folder when it is missing; `attributes` (read-only, say) are set after.
+    void Write(const HVString& path, const std::string& content, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
     {
+        ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(HVFileSystemPath::GetFolder(path))) << path.ToUtf8();
         ASSERT_TRUE(HVFileSystem::WriteFile(path, content.data(), content.size())) << path.ToUtf8();
+        if (attributes != FILE_ATTRIBUTE_NORMAL) {
+            ASSERT_TRUE(::SetFileAttributesW(HVFileSystemPath::ToLongPath(path).w(), attributes)) << path.ToUtf8();
+        }
     }
     std::string Read(const HVString& path)
     {

@@ -6,7 +6,7 @@
 #include "foundation/win/HVRegKey.h"
 
 #include "HeldFileLock.h"
-#include "TestPaths.h"
+#include "ScratchFolderTest.h"
 
 #include <gtest/gtest.h>
 
@@ -16,12 +16,13 @@ namespace
 {
 const HVString kProductRoot = u"Software\\Halvard\\Install Wizard Journal Test";
 
-class CDeferredOperationsTest : public ::testing::Test
+class CDeferredOperationsTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
-        folder = HVString(e2e::ScratchFolder(L"CDeferredOperations").c_str());
+        ScratchFolderTest::SetUp();
+        folder = root;
         ASSERT_TRUE(runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey));
         runOnce.QueryString(CJournalFormat::kRunOnceValue, runOnceBefore);
         TearDown();
@@ -34,12 +35,6 @@ protected:
         runOnceBefore.IsEmpty() ? runOnce.DeleteValue(CJournalFormat::kRunOnceValue)
                                 : runOnce.SetString(CJournalFormat::kRunOnceValue, runOnceBefore);
     }
-    void Write(const HVString& path, const char* text, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
-    {
-        ASSERT_TRUE(HVFileSystem::WriteFile(path, text, strlen(text)));
-        ::SetFileAttributesW(path.w(), attributes);
-    }
-
     HVString folder, runOnceBefore;
     HVRegKey runOnce;
     CInstallChangeLog changes;
@@ -67,7 +62,6 @@ TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
     ASSERT_TRUE(deferred.DeferInstall(folder + u"new.exe", folder + u"Sonora.exe"));
     deferred.DeferDelete(folder + u"b.dll");
     // One name bound for another folder: a staged copy of its own, none left half made.
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"Old\\"));
     Write(folder + u"Old\\new.exe", "o");
     ASSERT_TRUE(deferred.DeferInstall(folder + u"Old\\new.exe", folder + u"Plugins\\new.exe"));
     EXPECT_FALSE(HVFileSystem::Exists(folder + u"Setup\\1\\new.exe.iwnew", true));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace e2e
@@ -13,4 +14,10 @@ std::wstring CopySampleSetup(const std::wstring& name);
 // element the sample doesn't have would silently test nothing. `value` is written as given
 // (escape "&" and "<" yourself).
 bool SetDescriptionText(const std::wstring& setupFolder, const std::string& elementPath, const std::string& value);
+
+// The product's version as the sample setup folder ships it (its main program's version
+// resource, "32.0.0.0" without one): what an install records.
+std::wstring SampleProductVersion();
+// The bytes of every file in the folder and below it.
+uint64_t TreeBytes(const std::wstring& folder);
 }

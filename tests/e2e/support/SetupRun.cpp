@@ -89,6 +89,12 @@ SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLi
     return RunSetup(std::move(options));
 }
 
+SetupRun RunUnseen(const std::wstring& setupFolder)
+{
+    return RunSetup({.setupFolder = setupFolder, .commandLine = L"/Silent /SuppressMessages", .timeoutMs = 30000,
+                     .onPoll = [](DWORD id) { return ListTopLevelWindows(id, true).empty(); }, .roundMs = 20});
+}
+
 RunningProduct::RunningProduct(bool ignoreClose, const std::wstring& recordFile)
 {
     std::wstring commandLine = L"\"" + MediaFolder() + L"Listenwell\\Sonora.exe\"";

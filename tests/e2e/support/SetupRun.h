@@ -43,6 +43,10 @@ SetupRun RunSetup(RunOptions options);
 SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules = {},
                   std::function<bool(DWORD)> onPoll = {});
 
+// A run as a deployment tool starts it where nobody is logged on: "/Silent /SuppressMessages",
+// ended at the first window of the program that becomes visible (the driver lists it then).
+SetupRun RunUnseen(const std::wstring& setupFolder = {});
+
 // A running copy of the product (the sample launcher), optionally refusing to close; ended
 // when the object goes.
 class RunningProduct

@@ -172,6 +172,19 @@ WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice)
             }};
 }
 
+WizardStep FileTypesOn(const std::vector<WPARAM>& keys)
+{
+    return {L"File Associations", [keys](const WizardView& v) {
+                Click(v.Control(L"Unselect All"));
+                const HWND list = v.ControlOfClass(L"SysListView32");
+                for (const WPARAM key : keys) {
+                    ::PostMessageW(list, WM_KEYDOWN, key, 0);
+                    ::PostMessageW(list, WM_KEYUP, key, 0);
+                }
+                ClickNext(v);
+            }};
+}
+
 WizardUser::WizardUser(std::vector<WizardStep> steps) : steps_(std::move(steps))
 {
 }

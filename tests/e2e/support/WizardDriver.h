@@ -72,6 +72,9 @@ WizardStep NextOn(const std::wstring& page, bool samePage = false);
 WizardStep BackOn(const std::wstring& page);
 WizardStep CancelOn(const std::wstring& page);
 WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice);
+// On the file-association page: "Unselect All", then these keys in its list, whose first row
+// (.mp3) has the focus (VK_SPACE ticks a row, VK_DOWN moves on), then Next.
+WizardStep FileTypesOn(const std::vector<WPARAM>& keys);
 
 // Plays the steps as the ProgramDriver polls (RunOptions::onPoll = user.Poller()), and keeps
 // what it saw: the pages in the order they appeared and every window title of the frame.

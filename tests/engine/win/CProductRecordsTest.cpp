@@ -2,24 +2,18 @@
 // settings, and the carry-over from an earlier major version.
 #include "engine/win/CProductRecords.h"
 
-#include "changes/CInstallChangeLog.h"
-#include "changes/win/CDeferredOperations.h"
 #include "changes/win/CRegistryWriter.h"
 #include "engine/win/CInstallationRecords.h"
 #include "engine/win/CSettingsHelper.h"
-#include "product/HVInstallDescription.h"
-#include "product/InstallOptions.h"
-#include "product/win/CProductIdentity.h"
+#include "foundation/win/HVProductPaths.h"
 
+#include "InstallStepParts.h"
 #include "ProductKeys.h"
-#include "RecordedProgress.h"
+#include "PublishedSettings.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <optional>
 
 namespace
 {
@@ -48,10 +42,8 @@ protected:
 
     CInstallContext& Context(const HVString& defaultSettings = u"")
     {
-        description_.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");
-        context_.emplace(CInstallContext{options_, description_, product_, setup_, u"C:\\Program Files\\Halvard\\Sonora\\",
-                                         changes_, deferred_, progress_});
-        return *context_;
+        parts_.description.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");
+        return parts_.context;
     }
     const InstallChange* Noted(InstallChange::Kind kind, const std::wstring& path, const std::wstring& name = L"")
     {
@@ -61,14 +53,8 @@ protected:
         return nullptr;
     }
 
-    HVString setup_ = e2e::ScratchFolder(L"ProductRecords").c_str();
-    InstallOptions options_;
-    HVInstallDescription description_;
-    CProductIdentity product_{setup_};
-    CInstallChangeLog changes_;
-    CDeferredOperations deferred_;
-    e2e::RecordedProgress progress_;
-    std::optional<CInstallContext> context_;
+    e2e::InstallStepParts parts_{e2e::ScratchFolder(L"ProductRecords").c_str(), u"C:\\Program Files\\Halvard\\Sonora\\"};
+    CInstallChangeLog& changes_ = parts_.changes;
 };
 
 TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeAndAfter)
@@ -81,7 +67,7 @@ TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeA
     ASSERT_TRUE(parent.OpenExisting());
     ASSERT_TRUE(parent.DeleteValue(u"Old") && parent.DeleteValue(u"Never There") && parent.DeleteSubKeyTree(u"A"));
 
-    ASSERT_EQ(changes_.Changes().size(), 6u);
+    ASSERT_EQ(changes_.Changes().size(), 7u);
     EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
     EXPECT_NE(Noted(InstallChange::Kind::KeyCreated, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B"), nullptr);
     EXPECT_FALSE(changes_.Changes()[2].existedBefore);
@@ -91,6 +77,10 @@ TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeA
     const InstallChange* deleted = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer", L"Old");
     ASSERT_NE(deleted, nullptr);
     EXPECT_EQ(deleted->before, u"dword:00000007");
+    // A tree that goes is noted with every value in it, for a rollback to give them back.
+    const InstallChange* inTree = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B", L"Text");
+    ASSERT_NE(inTree, nullptr);
+    EXPECT_EQ(inTree->before, u"\"two\"");
     EXPECT_NE(Noted(InstallChange::Kind::KeyDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
     EXPECT_FALSE(e2e::RegKeyExists(HKEY_CURRENT_USER, L"Software\\Halvard\\IW Test Writer\\A"));
     // Noted before it is made: a write that never happens still leaves its note, which an
@@ -108,8 +98,14 @@ TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
     EXPECT_EQ(written.size(), 87u);
     EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kPropertiesKey).size(), 88u);
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 2u);  // the user's own
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Tagging - Sidecar mode"), L"0");
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"General - Enable Shell Integration"), 1u);
+    // Every other one as published, of its type.
+    for (const PublishedSetting& s : PublishedSettings(HVProductPaths::GetMusicFolder()))
+        if (s.id == 11)
+            continue;
+        else if (s.storedAsText)
+            EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, s.name.w()), std::wstring(s.text.w())) << s.line;
+        else
+            EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, s.name.w()), static_cast<DWORD>(s.integer)) << s.line;
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProductKey + L"\\Shell Extensions", L"HVShellExt x64"), 1u);
     EXPECT_EQ(changes_.Count(InstallChange::Kind::ValueWritten), 88u);
 
@@ -159,7 +155,7 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRun, L"Sonora 32"),
               L"\"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe\" /Boot");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRun, L"Sonora 31"));
-    EXPECT_EQ(progress_.positions, (std::vector<int32_t>{0, 1}));
+    EXPECT_EQ(parts_.progress.positions, (std::vector<int32_t>{0, 1}));
 }
 
 // The registry lists values by name; the change log shows the order they were written in.

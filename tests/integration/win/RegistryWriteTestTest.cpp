@@ -24,8 +24,7 @@ TEST(RegistryWriteTest, PassesWithRightsAndLeavesNothingBehindEvenAfterAnEarlier
     product.Close();
     ASSERT_TRUE(RegistryWriteTest());
     EXPECT_TRUE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\Corvale"));
-    if (!hadHalvard)
-    {
+    if (!hadHalvard) {
         HVRegKey halvard;
         ASSERT_TRUE(halvard.Open(HKEY_LOCAL_MACHINE, kHalvard, KEY_READ | KEY_WRITE));
         halvard.DeleteSubKey(u"Corvale");
