@@ -1,7 +1,7 @@
 // The setup program's start-up under Wine, driven as a user would: the single-instance rule,
 // a running copy of the product, the Windows version, processor and browser-engine checks, the
-// rights test, the service stop, the VirtualStore clean-up, the switch list, the log and the
-// exit code of each outcome.
+// rights test, the VirtualStore clean-up, the switch list, the log and the exit code of each
+// outcome (the service stop and bad input are rows of tests/scenarios).
 #include "E2ESupport.h"
 #include "RunningSetup.h"
 
@@ -18,12 +18,7 @@ namespace
 {
 const std::wstring kPassed = L"Environment checks: passed";
 
-std::string DescriptionWithMinimum(const std::wstring& minimum)
-{
-    return e2e::Utf8(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n"
-                     L"  <Product><LauncherName>Sonora.exe</LauncherName></Product>\n"
-                     L"  <SpecialFeatures><MinIEVersion>" + minimum + L"</MinIEVersion></SpecialFeatures>\n</HVIC>\n");
-}
+std::string DescriptionWithMinimum(const std::string& minimum) { return e2e::DescriptionXml({{"SpecialFeatures/MinIEVersion", minimum}}); }
 
 // A run that ends once the first checks have passed (the wizard that follows is ended there).
 e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments,
@@ -57,7 +52,7 @@ protected:
     void SetUp() override
     {
         FreshMachineTest::SetUp();
-        setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum(L"5.0.0.0"));
+        setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum("5.0.0.0"));
         ASSERT_FALSE(setupFolder_.empty());
     }
     std::wstring setupFolder_;
@@ -190,7 +185,7 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
         if (row.windows)
             windows.emplace(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", row.windows);
         ::SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_SSE2", row.noSse2 ? L"1" : nullptr);
-        const std::wstring folder = e2e::MakeSetupFolder(L"StartupMachine", DescriptionWithMinimum(row.minimumBrowser));
+        const std::wstring folder = e2e::MakeSetupFolder(L"StartupMachine", DescriptionWithMinimum(e2e::Utf8(row.minimumBrowser)));
         std::vector<e2e::DialogRule> rules;
         if (row.title)
             rules.push_back({.title = row.title, .text = row.text, .buttonCaption = row.buttons.back()});
@@ -208,7 +203,7 @@ TEST_F(Startup, InstallXmlInTheParentFolderIsUsed)
     // Only the parent's description asks for a browser engine newer than any: the dialog shows
     // that it was read.
     const std::wstring parent = e2e::ScratchFolder(L"StartupParent");
-    ASSERT_TRUE(e2e::WriteFileBytes(parent + L"Install.xml", DescriptionWithMinimum(L"999.0")));
+    ASSERT_TRUE(e2e::WriteFileBytes(parent + L"Install.xml", DescriptionWithMinimum("999.0")));
     const std::wstring child = parent + L"Disk1\\";
     ASSERT_TRUE(e2e::MakeFolder(child));
     ASSERT_TRUE(::CopyFileW(e2e::InstallWizardPath().c_str(), (child + L"InstallWizard.exe").c_str(), FALSE));
@@ -234,46 +229,6 @@ TEST_F(Startup, WithoutRightsToWriteMachineSettingsItStops)
     ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Halvard");
     EXPECT_TRUE(run.result.ExitedWith(kExitNoRights)) << run.Describe();
     EXPECT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
-}
-
-TEST_F(Startup, TheServiceOfAnEarlierInstallationIsStopped)
-{
-    const std::wstring installed = e2e::ScratchFolder(L"StartupEarlierInstall");
-    ASSERT_TRUE(::CopyFileW((e2e::MediaFolder() + L"Listenwell\\HVService.exe").c_str(),
-                            (installed + L"HVService.exe").c_str(), FALSE));
-    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
-                                  installed + L"Sonora.exe"));
-    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"", {});
-    EXPECT_TRUE(PassedChecks(run)) << run.Describe();
-    EXPECT_EQ(e2e::ReadFileText(installed + L"HVService.stop.txt"),
-              "\"" + e2e::Utf8(installed) + "HVService.exe\" /Stop\r\n") << run.Describe();
-    EXPECT_TRUE(run.Logged(L"Parameters: /Stop")) << run.Describe();
-}
-
-TEST_F(Startup, BadInputGivesDefaultsAndALogLine)
-{
-    const struct
-    {
-        const char* name;
-        std::optional<std::string> installXml;
-        const wchar_t* arguments;
-        const wchar_t* logged;
-    } cases[] = {
-        {"no Install.xml anywhere", std::nullopt, L"", L"Install description not readable"},
-        {"version not a number", std::string("<HVIC version=\"abc\"><Settings AllowDowngrade=\"1\"/></HVIC>"), L"",
-         L"Install settings not applicable"},
-        {"junk command line", std::string("<HVIC version=\"1.0\"/>"), L"/Foo /DistributorID /// \x00e9/\x4e2d",
-         L"Unknown option ignored: /Foo"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const std::wstring folder = e2e::MakeSetupFolder(L"StartupBadInput", c.installXml);
-        ASSERT_FALSE(folder.empty());
-        const e2e::SetupRun run = RunUntilChecked(folder, c.arguments, {});
-        EXPECT_TRUE(PassedChecks(run)) << run.Describe();
-        EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
-        EXPECT_TRUE(run.Logged(L"allow downgrade no")) << run.Describe();
-    }
 }
 
 // Which spellings ask for it, and that it names every switch, CCommandLineParserTest proves.

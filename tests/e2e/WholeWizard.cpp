@@ -1,6 +1,7 @@
 // The wizard from its first page to its last on the sample setup folder: the shortcuts it
-// leaves (read back through the shell's link object), the finish page's restart and hand-over,
-// the exit code a deployment tool reads.
+// leaves (read back through the shell's link object), the finish page's restart, the exit code
+// a deployment tool reads (an express reinstall's shortcuts and hand-over are rows of
+// tests/scenarios).
 #include "E2ESupport.h"
 
 #include "product/InstallExitCode.h"
@@ -19,13 +20,6 @@ using e2e::kInstallerKey, e2e::kRunOnceKey;
 using e2e::NextOn, e2e::ChooseOn;
 
 std::wstring Dest() { return e2e::DefaultDestination(); }
-
-// "Finish.txt" as the setup writes it: UTF-16 with its mark, the tag and the launcher.
-std::string HandOver(const std::wstring& launcher)
-{
-    const std::wstring text = L"\xFEFFHVFI0001\r\n" + launcher;
-    return std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2);
-}
 
 class WholeWizardTest : public e2e::FreshMachineTest
 {
@@ -121,33 +115,6 @@ TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
     ExpectStartMenu(Dest(), {{L"Sonora", L"Sonora.exe"}, {L"Uninstall Sonora", L"HVMediaUninstall.exe"},
                              {L"Sonora Tag Editor", L"HVTagEditor.exe"}});
     EXPECT_TRUE(e2e::ReadShortcut(e2e::DesktopLink()));
-}
-
-// An express reinstall passes the shortcut page with its defaults: the Start Menu folder only
-// when another version made it; the desktop is left as the user has it.
-TEST_F(WholeWizardTest, AnExpressReinstallMakesStartMenuShortcutsOnlyForAnotherVersion)
-{
-    for (const bool sameVersion : {true, false}) {
-        SCOPED_TRACE(sameVersion ? "same version" : "other version");
-        SetUp();
-        const e2e::SetupRun first = Run(L"/Silent");
-        ASSERT_TRUE(first.result.ExitedWith(kExitInstalled)) << first.Describe();
-        ASSERT_TRUE(e2e::DeleteTree(e2e::StartMenuFolder()));
-        ASSERT_TRUE(DeleteFileW(e2e::DesktopLink().c_str()));
-        if (!sameVersion) {
-            ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Start Menu Version", 1));
-        }
-        e2e::WizardUser user({NextOn(L"Welcome"), NextOn(L"Setup Type")});
-        const e2e::SetupRun again = Run(L"", &user);
-        ASSERT_TRUE(again.result.ExitedWith(kExitInstalled)) << again.Describe(user.Describe());
-        EXPECT_EQ(e2e::FolderExists(e2e::StartMenuFolder()), !sameVersion);
-        EXPECT_FALSE(e2e::PathExists(e2e::DesktopLink()));
-        // No finish page: the program is handed over at once.
-        for (const std::wstring& page : user.PagesSeen())
-            EXPECT_NE(page, L"Install Complete");
-        EXPECT_EQ(e2e::ReadFileText(e2e::MediaFolder() + L"Finish.txt"), HandOver(Dest() + L"Sonora.exe"));
-        TearDown();
-    }
 }
 
 // A shell extension in use: the finish page offers the restart, "Cancel" in "Confirm Restart"

@@ -1,6 +1,7 @@
 // The install wizard under Wine, driven through its own controls as a user would: Cancel and
-// its question, Back and Next over the setup-type pages, the welcome page's countdown, the
-// auto-install check box, every refusal of the destination page, and the unattended runs.
+// its question, Back and Next over the setup-type pages, the welcome page's countdown and
+// every refusal of the destination page (the auto-install check box, the unattended runs' wish
+// and the earlier installation's folder are rows of tests/scenarios).
 #include "E2ESupport.h"
 
 #include "product/InstallExitCode.h"
@@ -9,7 +10,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,10 +18,7 @@ namespace
 {
 using e2e::kInstallerKey;
 const std::wstring kDefaultFolder = L"C:\\Program Files\\Halvard\\Sonora\\";
-const std::wstring kUninstallKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-const std::wstring kOtherProgramKey = kUninstallKey + L"IW Test Other Program";
-const std::wstring kOwnEntry = L"IW Test Sonora Entry";
-const std::wstring kEarlierFolder = L"C:\\IW Test\\Earlier Sonora\\";
+const std::wstring kOtherProgramKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\IW Test Other Program";
 
 struct Description
 {
@@ -29,49 +26,27 @@ struct Description
     std::wstring installToPath = L"";
 };
 
-std::string InstallXml(const Description& d)
-{
-    return e2e::Utf8(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n"
-                     L"  <Product><InstallToPath>" + d.installToPath +
-                     L"</InstallToPath><LauncherName>Sonora.exe</LauncherName></Product>\n"
-                     L"  <Installer><OfferAutoInstall>" + std::to_wstring(d.offerAutoInstall) +
-                     L"</OfferAutoInstall></Installer>\n</HVIC>\n");
-}
-
 class WizardTest : public e2e::FreshMachineTest
 {
 protected:
     void TearDown() override
     {
         e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kOtherProgramKey);
-        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallKey + kOwnEntry);
-        e2e::DeleteTree(L"C:\\IW Test\\");
         FreshMachineTest::TearDown();
     }
 
     // `wish`: "Run Auto Install" as an earlier run left it.
     std::wstring MakeSetup(const Description& description, std::optional<DWORD> wish = std::nullopt)
     {
-        const std::wstring setup = e2e::MakeSetupFolder(L"Wizard", InstallXml(description), true);
+        const std::wstring setup = e2e::MakeSetupFolder(
+            L"Wizard", e2e::DescriptionXml({{"Product/InstallToPath", e2e::Utf8(description.installToPath)},
+                                            {"Installer/OfferAutoInstall", std::to_string(description.offerAutoInstall)}}), true);
         EXPECT_FALSE(setup.empty());
         if (wish) {
             EXPECT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *wish));
         }
         return setup;
     }
-
-    // The pages before the install: the copy page's header follows its steps, so it is
-    // recognised by any of them and dropped.
-    static std::vector<std::wstring> PagesBeforeInstall(const e2e::WizardUser& user)
-    {
-        std::vector<std::wstring> pages = user.PagesSeen();
-        const std::vector<std::wstring> after = {L"Install Complete", L"Create Shortcuts", L"File Associations",
-                                                 L"Installing Dependencies", L"Copying Files", L"Installing Plugins"};
-        while (!pages.empty() && std::find(after.begin(), after.end(), pages.back()) != after.end())
-            pages.pop_back();
-        return pages;
-    }
-
 };
 
 using e2e::NextOn, e2e::ChooseOn;
@@ -89,16 +64,6 @@ e2e::DialogRule InvalidDestination(const std::wstring& where)
     return {.title = L"Invalid Destination Folder",
             .text = L"Sonora can not be installed " + where + L".\r\n\r\nPlease enter a new destination folder.",
             .button = IDOK, .times = 1};
-}
-
-// A custom install with `destination` acting on the destination page, then Next to the end.
-std::vector<e2e::WizardStep> CustomInstall(const std::vector<e2e::WizardStep>& destination)
-{
-    std::vector<e2e::WizardStep> steps = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"),
-                                          NextOn(L"Setup Type")};
-    steps.insert(steps.end(), destination.begin(), destination.end());
-    steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
-    return steps;
 }
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
@@ -157,44 +122,6 @@ TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
                           L"This lets you put a complete copy of the program on a removable drive, so you can take it to another compatible computer and run it.  This will also ask for a drive and path."}));
 }
 
-TEST_F(WizardTest, RunAutoInstallFollowsTheCheckBoxAndIsForgottenWhenNotOffered)
-{
-    struct Row
-    {
-        const char* name;
-        int offered;
-        std::optional<DWORD> before;
-        bool click;
-        std::optional<DWORD> after;
-    } rows[] = {
-        {"ticked", 1, std::nullopt, true, 1u},
-        {"left clear", 1, std::nullopt, false, 0u},
-        {"cleared after an earlier wish", 1, 1u, true, 0u},
-        {"not offered: forgotten", 0, 1u, false, std::nullopt},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup({.offerAutoInstall = row.offered}, row.before);
-        e2e::WizardUser user({
-            // Accept at once, before an earlier wish's countdown (30 s) could end.
-            NextOn(L"Welcome"),
-            {L"Setup Type",
-             [&](const e2e::WizardView& v) {
-                 HWND box = v.Control(L"Next time use Auto Install after 30 second timeout.");
-                 EXPECT_EQ(box != nullptr, row.offered != 0);
-                 if (row.click)
-                     e2e::Click(box);
-                 e2e::ClickNext(v);
-             }},
-            NextOn(L"File Associations"),
-        });
-        const e2e::SetupRun run = e2e::RunSetup(setup, L"", {}, user.Poller());
-        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
-        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), row.after);
-    }
-}
-
 TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
 {
     const std::wstring setup = MakeSetup({});
@@ -234,7 +161,7 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
                                e2e::ClickNext(v);
                            },
                            true});
-    e2e::WizardUser user(CustomInstall(destination));
+    e2e::WizardUser user(e2e::CustomInstall(destination));
     std::vector<e2e::DialogRule> rules;
     for (const auto& refusal : refusals)
         rules.push_back(refusal.second);
@@ -246,50 +173,6 @@ TEST_F(WizardTest, DestinationRefusesEachBadFolderWithItsMessage)
         EXPECT_EQ(run.result.dialogs[i].rule, static_cast<int>(i)) << e2e::Utf8(run.result.dialogs[i].text);
     EXPECT_TRUE(e2e::FolderExists(L"C:\\Program Files\\Halvard\\Sonora Test\\"));
     EXPECT_TRUE(run.Logged(L"destination C:\\Program Files\\Halvard\\Sonora Test\\,")) << run.Describe();
-}
-
-TEST_F(WizardTest, EarlierInstallationDecidesTheDestination)
-{
-    struct Row
-    {
-        const char* name;
-        std::wstring location;     // of the uninstall entry that the installations record names
-        std::wstring remembered;   // "Install Directory"
-        std::wstring destination;
-        bool pageShown;
-    } rows[] = {
-        {"the record's uninstall entry, quoted", L"\"" + kEarlierFolder + L"\"", L"", kEarlierFolder, false},
-        {"a recorded folder that is gone", L"C:\\IW Test\\Gone Sonora", L"", kDefaultFolder, true},
-        {"a remembered 32-bit folder", L"", L"C:\\Program Files (x86)\\Halvard\\Sonora\\", kDefaultFolder, true},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        e2e::ResetToFreshMachine();
-        ASSERT_TRUE(e2e::MakeFolder(kEarlierFolder));
-        const std::wstring setup = MakeSetup({});
-        if (!row.location.empty()) {
-            ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32",
-                                          L"Uninstall Key", kOwnEntry));
-            ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kUninstallKey + kOwnEntry, L"InstallLocation", row.location));
-        }
-        if (!row.remembered.empty()) {
-            ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kInstallerKey, L"Install Directory", row.remembered));
-        }
-        std::wstring proposed = L"(not shown)";
-        std::vector<e2e::WizardStep> destination;
-        if (row.pageShown)
-            destination.push_back({L"Destination Folder", [&](const e2e::WizardView& v) {
-                                       proposed = e2e::ControlText(v.ControlOfClass(L"Edit"));
-                                       e2e::ClickNext(v);
-                                   }});
-        e2e::WizardUser user(CustomInstall(destination));
-        const e2e::SetupRun run = e2e::RunSetup(setup, L"", {}, user.Poller());
-        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
-        EXPECT_EQ(proposed, row.pageShown ? row.destination : L"(not shown)");
-        const std::wstring earlier = L"Earlier installation: " + (row.pageShown ? L"none" : kEarlierFolder);
-        EXPECT_TRUE(run.Logged(earlier)) << run.Describe();
-        EXPECT_TRUE(run.Logged(L"(destination " + row.destination + L", express 0")) << run.Describe();
-    }
 }
 
 // Back, Next and Cancel over the pages: where each path leads, what it asks and what it installs.
@@ -384,7 +267,7 @@ TEST_F(WizardTest, PageFlows)
                 EXPECT_EQ(run.result.dialogs[i].buttons, (std::vector<std::wstring>{L"Yes", L"No"}));
             }
         }
-        EXPECT_EQ(PagesBeforeInstall(user), flow.pages) << run.Describe(user.Describe());
+        EXPECT_EQ(user.PagesBeforeInstall(), flow.pages) << run.Describe(user.Describe());
         EXPECT_TRUE(run.Logged(flow.logged)) << run.Describe();
         EXPECT_EQ(run.Logged(L"Auto install starts"), flow.byTimer) << run.Describe();
         EXPECT_EQ(e2e::FolderExists(kDefaultFolder), flow.exitCode == kExitInstalled);
@@ -405,27 +288,4 @@ TEST_F(WizardTest, PageFlows)
     }
 }
 
-TEST_F(WizardTest, UnattendedRunsAskNothing)
-{
-    const std::pair<std::wstring, std::wstring> rows[] = {
-        {L"/Silent", L"express 0"}, {L"/Upgrade", L"express 1"}, {L"/Silent /Upgrade", L"express 1"}};
-    for (const auto& [arguments, express] : rows) {
-        SCOPED_TRACE(e2e::Utf8(arguments));
-        e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup({.offerAutoInstall = 1}, 1);
-        // An upgrade that finds no earlier installation asks for the file types, as a first
-        // install does.
-        e2e::WizardUser user(arguments == L"/Upgrade" ? std::vector<e2e::WizardStep>{NextOn(L"File Associations")}
-                                                      : std::vector<e2e::WizardStep>{});
-        const e2e::SetupRun run = e2e::RunSetup(setup, arguments, {}, user.Poller());
-        ASSERT_TRUE(run.result.ExitedWith(kExitInstalled)) << run.Describe(user.Describe());
-        EXPECT_TRUE(run.result.dialogs.empty());
-        EXPECT_TRUE(run.Logged(express)) << run.Describe();
-        EXPECT_TRUE(e2e::FolderExists(kDefaultFolder));
-        // No countdown, and the wish for the next run is kept as it was.
-        for (const std::wstring& title : user.WindowTitles())
-            EXPECT_EQ(title.find(L"Auto Install in"), std::wstring::npos);
-        EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install"), 1u);
-    }
-}
 }   // namespace

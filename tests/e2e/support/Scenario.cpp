@@ -37,6 +37,8 @@ std::wstring Resolve(const std::wstring& text, const Place& place)
 {
     std::wstring out = Replace(text, L"{dest}", DefaultDestination());
     out = Replace(out, L"{setup}", place.setup);
+    out = Replace(out, L"{startmenu}", StartMenuFolder());
+    out = Replace(out, L"{desktop}", DesktopLink().substr(0, DesktopLink().rfind(L'\\') + 1));
     return Replace(out, L"{windows}", Expand(L"%SystemRoot%\\"));
 }
 
@@ -287,6 +289,8 @@ void Run(const Scenario& s, const Place& place)
     }
     for (const std::wstring& line : s.logged)
         EXPECT_TRUE(run.Logged(Resolve(line, place))) << Utf8(line) << "\n" << run.Describe();
+    for (const std::wstring& line : s.notLogged)
+        EXPECT_FALSE(run.Logged(Resolve(line, place))) << Utf8(line) << "\n" << run.Describe();
     if (s.untouched) {
         EXPECT_EQ(OwnTraces(), tracesBefore);
     }

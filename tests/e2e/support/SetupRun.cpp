@@ -1,5 +1,7 @@
 #include "SetupRun.h"
 
+#include <algorithm>
+
 #include "FolderTree.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
@@ -55,6 +57,22 @@ std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::
         !::CopyFileW((MediaFolder() + L"license.txt").c_str(), (folder + L"license.txt").c_str(), FALSE))
         return {};
     return folder;
+}
+
+std::string DescriptionXml(const std::vector<std::pair<std::string, std::string>>& elements)
+{
+    std::vector<std::pair<std::string, std::string>> sections = {{"Product", "<LauncherName>Sonora.exe</LauncherName>"}};
+    for (const auto& [path, text] : elements) {
+        const std::string section = path.substr(0, path.find('/')), element = path.substr(path.find('/') + 1);
+        auto at = std::find_if(sections.begin(), sections.end(), [&](const auto& s) { return s.first == section; });
+        if (at == sections.end())
+            at = sections.insert(sections.end(), {section, ""});
+        at->second += "<" + element + ">" + text + "</" + element + ">";
+    }
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n";
+    for (const auto& [section, inner] : sections)
+        xml += "  <" + section + ">" + inner + "</" + section + ">\n";
+    return xml + "</HVIC>\n";
 }
 
 std::string SetupRun::Describe(const std::string& more) const

@@ -6,6 +6,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace e2e
 {
@@ -24,6 +26,9 @@ int CountOf(const std::string& text, const std::string& what);
 // (none when `installXml` is empty) and, when asked, the sample agreement.
 std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::string>& installXml,
                              bool withAgreement = false);
+// An Install.xml for such a folder: the product's launcher and these element texts, each named
+// by its section ("Installer/OfferAutoInstall" -> "1"; the text is written as given).
+std::string DescriptionXml(const std::vector<std::pair<std::string, std::string>>& elements);
 
 // One run of the setup program that writes its log to SetupLogPath(), and the log read back.
 struct SetupRun
