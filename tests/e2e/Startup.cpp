@@ -110,7 +110,7 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         .title = L"Please Close Sonora",
         .text = L"Install Wizard could not close the running copy of Sonora.\r\nPlease manually close Sonora and then "
                 L"press 'OK'.\r\n\r\nIf you can not close Sonora restart your computer and run Install Wizard again.",
-        .button = IDOK, .times = 1};
+        .button = IDOK, .times = 1, .buttons = {L"OK"}};
     const e2e::DialogRule still = {.title = L"Install Wizard Error",
                                    .text = L"Sonora is still running.  Install Wizard can not continue.\r\n\r\n"
                                            L"Please restart your computer and run Install Wizard again.",
@@ -137,10 +137,6 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         const e2e::SetupRun run = RunUntilChecked(setupFolder_, row.arguments, row.rules);
         EXPECT_TRUE(row.exitCode ? run.result.ExitedWith(*row.exitCode) : PassedChecks(run)) << run.Describe();
         EXPECT_EQ(run.result.dialogs.size(), row.rules.size()) << run.Describe();
-        for (const e2e::DialogRecord& dialog : run.result.dialogs)
-            if (dialog.title == manual.title) {
-                EXPECT_EQ(dialog.buttons, std::vector<std::wstring>{L"OK"});
-            }
         EXPECT_TRUE(row.productEnds ? product.EndsSoon() : product.Running());
         // The rights test ran before the question, and left the machine as it found it.
         EXPECT_TRUE(run.Logged(L"Registry write test: passed")) << run.Describe();
@@ -188,12 +184,10 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
         const std::wstring folder = e2e::MakeSetupFolder(L"StartupMachine", DescriptionWithMinimum(e2e::Utf8(row.minimumBrowser)));
         std::vector<e2e::DialogRule> rules;
         if (row.title)
-            rules.push_back({.title = row.title, .text = row.text, .buttonCaption = row.buttons.back()});
+            rules.push_back({.title = row.title, .text = row.text, .buttonCaption = row.buttons.back(), .buttons = row.buttons});
         const e2e::SetupRun run = RunUntilChecked(folder, L"", rules);
         EXPECT_TRUE(row.title ? run.result.ExitedWith(row.exitCode) : PassedChecks(run)) << run.Describe();
-        ASSERT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
-        for (const e2e::DialogRecord& dialog : run.result.dialogs)
-            EXPECT_EQ(dialog.buttons, row.buttons);
+        EXPECT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
         EXPECT_TRUE(run.Logged(row.logged)) << run.Describe();
     }
 }

@@ -1,7 +1,6 @@
-// The wizard from its first page to its last on the sample setup folder: the shortcuts it
-// leaves (read back through the shell's link object), the finish page's restart, the exit code
-// a deployment tool reads (an express reinstall's shortcuts and hand-over are rows of
-// tests/scenarios).
+// The wizard from its first page to its last on the sample setup folder, and the shortcuts it
+// leaves, read back through the shell's link object (an express reinstall's shortcuts and
+// hand-over, and the finish page's restart, are rows of tests/scenarios).
 #include "E2ESupport.h"
 
 #include "product/InstallExitCode.h"
@@ -15,7 +14,7 @@
 
 namespace
 {
-using e2e::kInstallerKey, e2e::kRunOnceKey;
+using e2e::kInstallerKey;
 
 using e2e::NextOn, e2e::ChooseOn;
 
@@ -24,20 +23,6 @@ std::wstring Dest() { return e2e::DefaultDestination(); }
 class WholeWizardTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        FreshMachineTest::SetUp();
-        // Pressing "Restart" must not end the test machine's session.
-        SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_EXIT_WINDOWS", L"1");
-    }
-
-    e2e::SetupRun Run(const std::wstring& arguments, e2e::WizardUser* user = nullptr,
-                      std::vector<e2e::DialogRule> rules = {}, const std::wstring& setup = {})
-    {
-        return e2e::RunSetup({.setupFolder = setup, .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 90000,
-                              .onPoll = user ? user->Poller() : std::function<bool(DWORD)>()});
-    }
-
     // Each Start Menu shortcut with what it starts; the folder holds nothing else.
     static void ExpectStartMenu(const std::wstring& dest, const std::vector<std::pair<std::wstring, std::wstring>>& links)
     {
@@ -61,7 +46,7 @@ TEST_F(WholeWizardTest, ASilentInstallMakesTheShortcutsItsFeaturesAskFor)
 {
     const std::wstring setup = e2e::CopySampleSetup(L"ShortcutSetup");
     ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/Features", "25;104;176"));
-    const e2e::SetupRun install = Run(L"/Silent", nullptr, {}, setup);
+    const e2e::SetupRun install = e2e::RunSetup(setup, L"/Silent");
     ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe();
     ExpectStartMenu(Dest(), {{L"Sonora", L"Sonora.exe"}, {L"Sonora Hub Server", L"Sonora.exe /MediaServer"},
                              {L"Uninstall Sonora", L"HVMediaUninstall.exe"}, {L"Sonora Audio Converter", L"HVAudioConverter.exe"}});
@@ -103,7 +88,7 @@ TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
              e2e::ClickNext(v);
          }},
     });
-    const e2e::SetupRun install = Run(L"", &user);
+    const e2e::SetupRun install = e2e::RunSetup({}, L"", {}, user.Poller());
     ASSERT_TRUE(install.result.ExitedWith(kExitInstalled)) << install.Describe(user.Describe());
     ASSERT_TRUE(user.Finished()) << user.Describe();
     EXPECT_EQ(shortcutBoxes, (std::vector<std::wstring>{L"Create Start Menu shortcuts [x]", L"Create a desktop shortcut [x]"}));
@@ -115,50 +100,6 @@ TEST_F(WholeWizardTest, AFullInteractiveInstallPassesEveryPage)
     ExpectStartMenu(Dest(), {{L"Sonora", L"Sonora.exe"}, {L"Uninstall Sonora", L"HVMediaUninstall.exe"},
                              {L"Sonora Tag Editor", L"HVTagEditor.exe"}});
     EXPECT_TRUE(e2e::ReadShortcut(e2e::DesktopLink()));
-}
-
-// A shell extension in use: the finish page offers the restart, "Cancel" in "Confirm Restart"
-// keeps the page and Finish asks again; declining the restart ends with 3010.
-TEST_F(WholeWizardTest, ALockedFileOffersTheRestartAndAsksBeforeIt)
-{
-    const std::wstring restartText = L"Please save your work and close any open programs.\r\n\r\n"
-                                     L"Then click 'Restart' to restart your computer and finish installation.";
-    for (const bool restart : {true, false}) {
-        SCOPED_TRACE(restart ? "restart" : "later");
-        SetUp();
-        ASSERT_TRUE(e2e::WriteFileBytes(Dest() + L"HVShellExt.dll", "in use"));
-        const e2e::HeldFileLock shell(Dest() + L"HVShellExt.dll");
-        ASSERT_TRUE(shell.IsHeld());
-        std::vector<e2e::WizardStep> steps = {
-            NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"),
-            {L"Install Complete", [&](const e2e::WizardView& v) {
-                 EXPECT_EQ(v.Texts().empty() ? L"" : v.Texts().front(),
-                           L"Install Wizard could not copy all files.  Windows must be restarted to complete setup.");
-                 EXPECT_TRUE(e2e::IsChecked(v.Control(L"Restart Windows now")));
-                 if (!restart)
-                     e2e::Click(v.Control(L"Restart Windows now"));
-                 e2e::ClickNext(v);
-             }}};
-        std::vector<e2e::DialogRule> rules;
-        if (restart) {
-            steps.push_back(NextOn(L"Install Complete", true));
-            rules = {{.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Cancel", .times = 1},
-                     {.title = L"Confirm Restart", .text = restartText, .buttonCaption = L"Restart", .times = 1}};
-        }
-        e2e::WizardUser user(steps);
-        const e2e::SetupRun install = Run(L"", &user, rules);
-        ASSERT_TRUE(install.result.ExitedWith(restart ? kExitInstalled : kExitRestartNeeded)) << install.Describe(user.Describe());
-        ASSERT_TRUE(user.Finished()) << user.Describe();
-        EXPECT_EQ(install.result.dialogs.size(), rules.size());
-        for (const e2e::DialogRecord& dialog : install.result.dialogs)
-            EXPECT_EQ(dialog.buttons, (std::vector<std::wstring>{L"Restart", L"Cancel"}));
-        EXPECT_EQ(install.Logged(L"mode: Restart"), restart) << install.Describe();
-        EXPECT_EQ(install.Logged(L"ExitWindowsEx(0x12)"), restart) << install.Describe();
-        // The journal is written either way; nothing is started before the restart.
-        EXPECT_TRUE(e2e::RegValueExists(HKEY_CURRENT_USER, kRunOnceKey, L"Install Wizard Completion"));
-        EXPECT_FALSE(e2e::PathExists(e2e::MediaFolder() + L"Finish.txt"));
-        TearDown();
-    }
 }
 
 }   // namespace

@@ -99,6 +99,64 @@ const std::vector<e2e::WizardStep> kDefaultProposed = e2e::CustomInstall({{L"Des
     e2e::ClickNext(v);
 }}});
 const std::wstring kOwnEntry = L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora Earlier Entry";
+// The finish page after a copy that needs a restart: it says so, with its box checked, which
+// `keep` leaves as it is; then Finish. "Confirm Restart" answered by one of its two buttons.
+e2e::WizardStep RestartOffered(bool keep)
+{
+    return {L"Install Complete", [keep](const e2e::WizardView& v) {
+                EXPECT_EQ(v.Texts().empty() ? L"" : v.Texts().front(),
+                          L"Install Wizard could not copy all files.  Windows must be restarted to complete setup.");
+                EXPECT_TRUE(e2e::IsChecked(v.Control(L"Restart Windows now")));
+                if (!keep)
+                    e2e::Click(v.Control(L"Restart Windows now"));
+                e2e::ClickNext(v);
+            }};
+}
+e2e::DialogRule ConfirmRestart(const wchar_t* caption)
+{
+    return {.title = L"Confirm Restart",
+            .text = L"Please save your work and close any open programs.\r\n\r\n"
+                    L"Then click 'Restart' to restart your computer and finish installation.",
+            .buttonCaption = caption, .times = 1, .buttons = {L"Restart", L"Cancel"}};
+}
+// The destination page's refusals: the folders typed in turn, each refused by its box. The
+// page shows the default first and keeps the last refused text for correction; a good folder
+// with blanks after it is taken.
+e2e::DialogRule Refused(const std::wstring& why)
+{
+    return {.title = L"Invalid Destination Folder",
+            .text = L"Sonora can not be installed " + why + L".\r\n\r\nPlease enter a new destination folder.", .button = IDOK, .times = 1};
+}
+e2e::DialogRule NotMade(const std::wstring& folder)
+{
+    return {.title = L"Error", .text = L"Failed to create " + folder + L"\\ directory.", .button = IDOK, .times = 1};
+}
+const std::vector<std::pair<std::wstring, e2e::DialogRule>> kRefusals = {
+    {L"", Refused(L"to an empty folder")}, {L"    ", Refused(L"to an empty folder")}, {L"C:\\", Refused(L"to the root of a drive")},
+    {L"c:\\WINDOWS\\Sonora", Refused(L"in the Windows folder")}, {L"C:\\program files", Refused(L"to the root program files folder")},
+    {L"C:\\Program Files\\other vendor\\Tool\\Sonora", Refused(L"where a pre-existing program is installed")},
+    {L"Programs\\Sonora", NotMade(L"Programs\\Sonora")}, {L"Q:\\Sonora", NotMade(L"Q:\\Sonora")}};
+std::vector<e2e::WizardStep> TypedInTurn()
+{
+    std::vector<e2e::WizardStep> steps;
+    for (size_t i = 0; i <= kRefusals.size(); ++i)
+        steps.push_back({L"Destination Folder", [i](const e2e::WizardView& v) {
+                             const HWND edit = v.ControlOfClass(L"Edit");
+                             if (i == 0 || i == kRefusals.size()) {
+                                 EXPECT_EQ(e2e::ControlText(edit), i ? kRefusals.back().first : e2e::DefaultDestination());
+                             }
+                             e2e::TypeText(edit, i < kRefusals.size() ? kRefusals[i].first : L"C:\\Program Files\\Halvard\\Sonora Test   ");
+                             e2e::ClickNext(v);
+                         }, i > 0});
+    return e2e::CustomInstall(steps);
+}
+std::vector<e2e::DialogRule> RefusalBoxes()
+{
+    std::vector<e2e::DialogRule> boxes;
+    for (const auto& refusal : kRefusals)
+        boxes.push_back(refusal.second);
+    return boxes;
+}
 const e2e::DialogRule kFileTypesFatal = {
     .title = L"Information",
     .text = L"Failed to load file associations file.\r\n\r\nPlease reinstall the latest version of the program to fix this problem."
@@ -246,6 +304,11 @@ const e2e::Scenario kScenarios[] = {
                  }},
                 NextOn(L"File Associations")},
      .values = {{kInstaller, L"Run Auto Install", L"-"}}},
+    {.name = "the destination page refuses each bad folder with its box",
+     .valuesBefore = {{L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora Other Tool", L"InstallLocation",
+                       L"C:\\Program Files\\Other Vendor\\Tool"}},
+     .person = TypedInTurn(), .answers = RefusalBoxes(), .files = {{L"C:\\Program Files\\Halvard\\Sonora Test\\Sonora.exe", L"*"}},
+     .logged = {L"destination C:\\Program Files\\Halvard\\Sonora Test\\,"}},
     // An express reinstall passes the shortcut page on its defaults (the Start Menu only when
     // another version made it, the desktop as the user has it) and its finish page: the
     // program is handed over at once.
@@ -262,6 +325,20 @@ const e2e::Scenario kScenarios[] = {
      .person = {e2e::FileTypesOn({VK_SPACE}), NextOn(L"Install Complete")},
      .values = {{kProperties, L"File Associations - Set", L".mp3"}, {kProperties, L"File Associations - Selected Media Types", L"Audio"},
                 {L"HKCR\\.mp3", L"", L"Sonora32.File"}, {L"HKCR\\.flac", L"", L"-"}}},
+    // A shell extension in use: the finish page offers the restart, and Cancel in its question
+    // keeps the page; declined, the run ends with 3010. Either way the journal is written and
+    // nothing is started before the restart.
+    {.name = "a shell extension in use: the restart, asked twice", .filesBefore = {{L"{dest}HVShellExt.dll", L"text:in use"}},
+     .held = {L"{dest}HVShellExt.dll"}, .environment = {L"IW_TEST_ONLY_NO_EXIT_WINDOWS=1"},
+     .person = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"), RestartOffered(true),
+                NextOn(L"Install Complete", true)},
+     .answers = {ConfirmRestart(L"Cancel"), ConfirmRestart(L"Restart")}, .files = {{L"{setup}Finish.txt", L"-"}},
+     .values = {{kRunOnce, L"Install Wizard Completion", L"*"}}, .logged = {L"mode: Restart", L"ExitWindowsEx(0x12)"}},
+    {.name = "a shell extension in use: the restart declined", .filesBefore = {{L"{dest}HVShellExt.dll", L"text:in use"}},
+     .held = {L"{dest}HVShellExt.dll"}, .environment = {L"IW_TEST_ONLY_NO_EXIT_WINDOWS=1"},
+     .person = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"), RestartOffered(false)},
+     .exitCode = 3010, .files = {{L"{setup}Finish.txt", L"-"}}, .values = {{kRunOnce, L"Install Wizard Completion", L"*"}},
+     .notLogged = {L"mode: Restart", L"ExitWindowsEx(0x12)"}},
     // An earlier installation decides the destination, and the page is passed over; a folder
     // that is gone, or a remembered 32-bit one, does not.
     {.name = "the installations record's uninstall entry names the folder, quoted",

@@ -63,6 +63,7 @@ struct Scenario
     std::vector<std::wstring> environment{};
     std::wstring commandLine{};
     std::vector<WizardStep> person{};
+    // The boxes expected, in this order, each answering as many as its `times` says (0: any).
     std::vector<DialogRule> answers{};
     // No window of the program may become visible (the run is ended at the first).
     bool unseen = false;
