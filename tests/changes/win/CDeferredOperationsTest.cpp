@@ -5,6 +5,7 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
 
+#include "FreshMachine.h"
 #include "HeldFileLock.h"
 #include "ScratchFolderTest.h"
 
@@ -16,26 +17,19 @@ namespace
 {
 const HVString kProductRoot = u"Software\\Halvard\\Install Wizard Journal Test";
 
+// The journal's key and the RunOnce command start and end as a fresh machine has them.
 class CDeferredOperationsTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
         ScratchFolderTest::SetUp();
-        folder = root;
-        ASSERT_TRUE(runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey));
-        runOnce.QueryString(CJournalFormat::kRunOnceValue, runOnceBefore);
-        TearDown();
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey);
     }
-    void TearDown() override
-    {
-        HVRegKey halvard;
-        if (halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
-            halvard.DeleteSubKeyTree(u"Install Wizard Journal Test");
-        runOnceBefore.IsEmpty() ? runOnce.DeleteValue(CJournalFormat::kRunOnceValue)
-                                : runOnce.SetString(CJournalFormat::kRunOnceValue, runOnceBefore);
-    }
-    HVString folder, runOnceBefore;
+    void TearDown() override { e2e::ResetToFreshMachine(); }
+
+    const HVString& folder = root;
     HVRegKey runOnce;
     CInstallChangeLog changes;
 };

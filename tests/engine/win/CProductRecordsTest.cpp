@@ -7,6 +7,7 @@
 #include "engine/win/CSettingsHelper.h"
 #include "foundation/win/HVProductPaths.h"
 
+#include "FreshMachineTest.h"
 #include "InstallStepParts.h"
 #include "ProductKeys.h"
 #include "PublishedSettings.h"
@@ -17,29 +18,16 @@
 
 namespace
 {
-using e2e::kProductKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
+using e2e::kProductKey, e2e::kPropertiesKey;
 const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
 const std::wstring k30 = L"Software\\Halvard\\Sonora 30";
 const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
 
-void Clean()
-{
-    for (const std::wstring& key : {kProductKey, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
-        e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, key);
-    for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
-        e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
-    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kHandler);
-    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallEntryKey, HVRegView::Key64);
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecordKey, HVRegView::Key64);
-}
-
-class CProductRecordsTest : public ::testing::Test
+// The product's keys, Run entries, records and shell handler start and end as a fresh machine has them.
+class CProductRecordsTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override { Clean(); }
-    void TearDown() override { Clean(); }
-
     CInstallContext& Context(const HVString& defaultSettings = u"")
     {
         parts_.description.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");

@@ -3,6 +3,7 @@
 #include "engine/win/CUninstaller.h"
 
 #include "FolderTree.h"
+#include "FreshMachineTest.h"
 #include "InstallStepParts.h"
 #include "ProductKeys.h"
 #include "SetupRun.h"
@@ -16,14 +17,15 @@
 
 namespace
 {
-using e2e::kProductKey, e2e::kPropertiesKey;
+using e2e::kPropertiesKey;
 
 // The plug-in step of the server edition in a program folder of the test's own, with the
 // sample package installer also standing in for the server's control program (both log their
 // command line to "PackageInstaller.log").
-TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
+using CComponentInstallerTest = e2e::FreshMachineTest;
+
+TEST_F(CComponentInstallerTest, PluginStepOfTheServerEdition)
 {
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
     const std::wstring media = e2e::MediaFolder();
     const std::wstring folder = e2e::ScratchFolder(L"CComponentInstaller");
     const std::wstring install = folder + L"Program\\";
@@ -95,6 +97,5 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version");
     run();
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version"));
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
 }
 }
