@@ -24,45 +24,17 @@ std::vector<e2e::GeneratedFile> OldEdition()
     return files;
 }
 
-class InterruptedCopy : public ::testing::Test
+class InterruptedCopy : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
-        setup_ = e2e::CopySampleSetup(L"InterruptedCopy");
-        installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
-        ASSERT_FALSE(setup_.empty());
-        ASSERT_FALSE(installed_.empty());
-        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Product/InstallToPath", e2e::Utf8(installed_)));
-        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/PromoMinimumMilliseconds", "1000"));
-    }
-
-    void TearDown() override { e2e::ResetToFreshMachine(); }
-
-    e2e::RunResult Install(std::function<bool(DWORD)> endWhen = {})
-    {
-        e2e::RunOptions options;
-        options.setupFolder = setup_;
-        options.commandLine = L"/Silent";
-        options.endWhen = std::move(endWhen);
-        // Fine rounds that only look at the files, so that the end comes close to the moment
-        // the test waited for. A silent run asks nothing.
-        options.roundMs = 5;
-        options.watchDialogs = false;
-        options.timeoutMs = 60000;
-        return e2e::ProgramDriver(options).Run();
-    }
-
     // Every generated file as installed: its edition, or 0 when it is neither.
     std::vector<uint32_t> InstalledEditions() const
     {
         return e2e::EditionsFound(installed_, oldFiles_, kOldEdition, newFiles_, kNewEdition);
     }
 
-    std::wstring setup_;
-    std::wstring installed_;
+    const std::wstring installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
+    const std::wstring setup_ = e2e::CopySampleSetupInstallingInto(L"InterruptedCopy", installed_);
     const std::vector<e2e::GeneratedFile> oldFiles_ = OldEdition();
     // A third of the files change their size.
     const std::vector<e2e::GeneratedFile> newFiles_ = e2e::ResizeSome(oldFiles_, 3);
@@ -72,8 +44,9 @@ protected:
 
 TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 {
+    ASSERT_FALSE(setup_.empty() || installed_.empty());
     ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", oldFiles_, kOldEdition, &oldStamp_));
-    const e2e::RunResult first = Install();
+    const e2e::RunResult first = e2e::RunSilentUntil(setup_);
     ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
     std::vector<std::wstring> cleanInstall = e2e::ListTree(installed_, e2e::TreeEntries::FilesAndFolders);
     // Every later install finds this one recorded and asks its service to stop; the sample
@@ -100,7 +73,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     size_t killed = 0;
     for (const auto& end : ends) {
         SCOPED_TRACE(std::string("ended ") + end.when);
-        const e2e::RunResult run = Install(end.reached);
+        const e2e::RunResult run = e2e::RunSilentUntil(setup_, end.reached);
         ASSERT_EQ(run.outcome, e2e::RunOutcome::EndedByTest) << run.Describe();
 
         const std::vector<uint32_t> editions = InstalledEditions();
@@ -125,7 +98,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     }
     EXPECT_TRUE(sawMixture) << "every end came after the copy: the test proves nothing";
 
-    const e2e::RunResult rerun = Install();
+    const e2e::RunResult rerun = e2e::RunSilentUntil(setup_);
     ASSERT_TRUE(rerun.ExitedWith(0)) << rerun.Describe();
     const std::vector<uint32_t> editions = InstalledEditions();
     EXPECT_EQ(std::count(editions.begin(), editions.end(), kNewEdition), static_cast<long>(editions.size()));

@@ -21,11 +21,9 @@ const std::wstring kPassed = L"Environment checks: passed";
 std::string DescriptionWithMinimum(const std::string& minimum) { return e2e::DescriptionXml({{"SpecialFeatures/MinIEVersion", minimum}}); }
 
 // A run that ends once the first checks have passed (the wizard that follows is ended there).
-e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments,
-                       std::vector<e2e::DialogRule> rules)
+e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments, std::vector<e2e::DialogRule> rules)
 {
-    return e2e::RunSetup({.setupFolder = setupFolder, .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 30000,
-                          .onPoll = [](DWORD) { return e2e::ReadText(e2e::SetupLogPath()).find(kPassed) == std::wstring::npos; }});
+    return e2e::RunUntilLogged(setupFolder, arguments, std::move(rules), kPassed);
 }
 
 bool PassedChecks(const e2e::SetupRun& run)
@@ -49,13 +47,7 @@ const std::wstring kQuestion =
 class Startup : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        FreshMachineTest::SetUp();
-        setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum("5.0.0.0"));
-        ASSERT_FALSE(setupFolder_.empty());
-    }
-    std::wstring setupFolder_;
+    const std::wstring setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum("5.0.0.0"));
 };
 }
 

@@ -19,28 +19,16 @@ namespace
 using e2e::kInstallerKey;
 const std::wstring kDefaultFolder = L"C:\\Program Files\\Halvard\\Sonora\\";
 
-struct Description
+// The description's elements a run sets ("Installer/OfferAutoInstall" -> "1"); a setup folder
+// of the run's own with them and the agreement.
+using Elements = std::vector<std::pair<std::string, std::string>>;
+std::wstring MakeSetup(const Elements& description)
 {
-    int offerAutoInstall = 0;
-    std::wstring installToPath = L"";
-};
+    return e2e::MakeSetupFolder(L"Wizard", e2e::DescriptionXml(description), true);
+}
+const Elements kAutoOffered = {{"Installer/OfferAutoInstall", "1"}};
 
-class WizardTest : public e2e::FreshMachineTest
-{
-protected:
-    // `wish`: "Run Auto Install" as an earlier run left it.
-    std::wstring MakeSetup(const Description& description, std::optional<DWORD> wish = std::nullopt)
-    {
-        const std::wstring setup = e2e::MakeSetupFolder(
-            L"Wizard", e2e::DescriptionXml({{"Product/InstallToPath", e2e::Utf8(description.installToPath)},
-                                            {"Installer/OfferAutoInstall", std::to_string(description.offerAutoInstall)}}), true);
-        EXPECT_FALSE(setup.empty());
-        if (wish) {
-            EXPECT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *wish));
-        }
-        return setup;
-    }
-};
+using WizardTest = e2e::FreshMachineTest;
 
 using e2e::NextOn, e2e::ChooseOn;
 
@@ -61,7 +49,7 @@ e2e::DialogRule InvalidDestination(const std::wstring& where)
 
 TEST_F(WizardTest, PagesShowTheirTextsAndTheAgreement)
 {
-    const std::wstring setup = MakeSetup({.offerAutoInstall = 1});
+    const std::wstring setup = MakeSetup(kAutoOffered);
     std::vector<std::wstring> welcome, setupType, custom, frame;
     auto caption = [](const e2e::WizardView& v, int id) { return e2e::StripAccelerator(e2e::ControlText(v.Button(id))); };
     e2e::WizardUser user({
@@ -152,7 +140,7 @@ TEST_F(WizardTest, PageFlows)
     const struct
     {
         const char* name;
-        Description description;
+        Elements description;
         bool withoutAgreement;
         std::vector<e2e::WizardStep> steps;
         std::vector<e2e::DialogRule> rules;   // each answered once, in this order
@@ -168,7 +156,7 @@ TEST_F(WizardTest, PageFlows)
           ChooseOn(L"Setup Type", L"Custom"), NextOn(L"Setup Type"), e2e::CancelOn(L"Destination Folder")},
          {ConfirmCancel(IDNO), ConfirmCancel(IDYES)}, kExitCancelled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder"}, L"cancelled"},
-        {"Express whose proposal fails shows the destination and goes on as Custom", {.installToPath = L"C:\\"}, false,
+        {"Express whose proposal fails shows the destination and goes on as Custom", {{"Product/InstallToPath", "C:\\"}}, false,
          correctedExpress, {InvalidDestination(L"to the root of a drive")}, kExitInstalled,
          {L"Welcome", L"Setup Type", L"Destination Folder"}, L"express 0"},
         {"A refused /Dir is shown the same way", {}, false, correctedExpress,
@@ -180,18 +168,21 @@ TEST_F(WizardTest, PageFlows)
          {}, kExitInstalled,
          {L"Welcome", L"Setup Type", L"Setup Type", L"Destination Folder", L"Setup Type", L"Setup Type"},
          L"express 1, portable 0"},
-        {"Cancel during the countdown ends it; No keeps the welcome page", {.offerAutoInstall = 1}, false,
+        {"Cancel during the countdown ends it; No keeps the welcome page", kAutoOffered, false,
          {cancelInCountdown, cancelAfterNo}, {ConfirmCancel(IDNO, 5000), ConfirmCancel(IDYES)}, kExitCancelled,
          {L"Welcome"}, L"cancelled (destination , express 0", 1u},
         // Setup type and destination take their defaults; a first install asks for the file types.
         // The skipped setup-type page writes no wish: any non-zero one (2 here) stays as it was.
-        {"The countdown accepts by itself and installs Express", {.offerAutoInstall = 1}, false,
+        {"The countdown accepts by itself and installs Express", kAutoOffered, false,
          {NextOn(L"File Associations")}, {}, kExitInstalled, {L"Welcome"}, L"express 1", 2u, true},
     };
     for (const auto& flow : flows) {
         SCOPED_TRACE(flow.name);
         e2e::ResetToFreshMachine();
-        const std::wstring setup = MakeSetup(flow.description, flow.wish);
+        const std::wstring setup = MakeSetup(flow.description);
+        if (flow.wish) {
+            ASSERT_TRUE(e2e::RegSetDword(HKEY_CURRENT_USER, kInstallerKey, L"Run Auto Install", *flow.wish));
+        }
         if (flow.withoutAgreement) {
             ASSERT_TRUE(::DeleteFileW((setup + L"license.txt").c_str()));
         }

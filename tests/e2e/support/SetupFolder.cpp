@@ -17,6 +17,15 @@ std::wstring CopySampleSetup(const std::wstring& name)
     return folder;
 }
 
+std::wstring CopySampleSetupInstallingInto(const std::wstring& name, const std::wstring& installFolder, int promoMs)
+{
+    const std::wstring folder = CopySampleSetup(name);
+    if (folder.empty() || !SetDescriptionText(folder, "Product/InstallToPath", Utf8(installFolder)) ||
+        !SetDescriptionText(folder, "Installer/PromoMinimumMilliseconds", std::to_string(promoMs)))
+        return {};
+    return folder;
+}
+
 bool SetDescriptionText(const std::wstring& setupFolder, const std::string& elementPath, const std::string& value)
 {
     const std::wstring path = setupFolder + L"Install.xml";

@@ -107,6 +107,20 @@ SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLi
     return RunSetup(std::move(options));
 }
 
+SetupRun RunUntilLogged(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules,
+                        const std::wstring& line)
+{
+    return RunSetup({.setupFolder = setupFolder, .commandLine = commandLine, .rules = std::move(rules), .timeoutMs = 30000,
+                     .onPoll = [line](DWORD) { return ReadText(SetupLogPath()).find(line) == std::wstring::npos; }});
+}
+
+RunResult RunSilentUntil(const std::wstring& setupFolder, std::function<bool(DWORD)> endWhen)
+{
+    return ProgramDriver({.setupFolder = setupFolder, .commandLine = L"/Silent", .endWhen = std::move(endWhen), .roundMs = 5,
+                          .watchDialogs = false})
+        .Run();
+}
+
 SetupRun RunUnseen(const std::wstring& setupFolder)
 {
     return RunSetup({.setupFolder = setupFolder, .commandLine = L"/Silent /SuppressMessages", .timeoutMs = 30000,

@@ -48,6 +48,15 @@ SetupRun RunSetup(RunOptions options);
 SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules = {},
                   std::function<bool(DWORD)> onPoll = {});
 
+// A run ended once its log has `line` (its outcome then PollFailed), for tests of what comes
+// before the wizard.
+SetupRun RunUntilLogged(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules,
+                        const std::wstring& line);
+
+// A silent install watched only through the files (no dialog is looked at) in fine rounds, so
+// that `endWhen` ends it close to the moment it waits for, as a crash or a power cut would.
+RunResult RunSilentUntil(const std::wstring& setupFolder, std::function<bool(DWORD)> endWhen = {});
+
 // A run as a deployment tool starts it where nobody is logged on: "/Silent /SuppressMessages",
 // ended at the first window of the program that becomes visible (the driver lists it then).
 SetupRun RunUnseen(const std::wstring& setupFolder = {});

@@ -5,6 +5,7 @@
 #include "foundation/win/HVLoadLibrary.h"
 
 #include "BracketTranslator.h"
+#include "FreshMachineTest.h"
 #include "RecordingLogger.h"
 #include "ScopedRegString.h"
 #include "TestPaths.h"
@@ -20,14 +21,10 @@ namespace
 const HVString kTestInstallation = u"IW Unit Test Installation";
 const std::wstring kTestKey = (HVString(HVProductPaths::kInstallationsKey) + u"\\" + kTestInstallation).w();
 
-class HVProductPathsTest : public ::testing::Test
+// The installations records, in both views, start and end as a fresh machine has them.
+class HVProductPathsTest : public e2e::FreshMachineTest
 {
 protected:
-    void TearDown() override
-    {
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
-            e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kTestKey, view);
-    }
     void Record(HVRegView view, const HVString& path)
     {
         ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kTestKey, L"Path", path.w(), view));
