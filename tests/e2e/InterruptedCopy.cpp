@@ -61,7 +61,8 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     // A file of neither edition is being written just now; among the big ones, the end comes
     // before it is done.
     const auto bigFileBeingWritten = [&](DWORD) {
-        return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !e2e::HasStamp(f, oldStamp_) && !e2e::HasStamp(f, newStamp_); }) > 0;
+        const auto neither = [&](auto& f) { return !e2e::HasStamp(f, oldStamp_) && !e2e::HasStamp(f, newStamp_); };
+        return e2e::CountFiles(bulk + L"Video\\", neither) > 0;
     };
     const struct { const char* when; std::function<bool(DWORD)> reached; bool leavesAPartialFile = false; } ends[] = {
         // A later count each time: the files already new from the run before count again.

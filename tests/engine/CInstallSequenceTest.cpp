@@ -12,24 +12,17 @@ namespace
 // installation..." never shown.
 TEST(CInstallSequenceTest, EveryPictureIsShownForItsTimeBeforeTheWizardMovesOn)
 {
-    const struct
-    {
-        const char* name;
-        int32_t promoCount, promoMs, dependencyMs, copyMs;
-        bool skip;
-        int32_t effectiveMs, expectedTicks;
-        bool copies;
-    } rows[] = {
-        {"fast install waits for the slideshow", 2, 1500, 0, 0, false, 1500, 5, true},
-        {"count 0 and a short time count as 1 and 1000 ms", 0, 10, 0, 0, false, 1000, 4, true},
-        {"one picture still to come when finalizing", 3, 3000, 0, 1500, false, 3000, 7, true},
-        {"slideshow over during a long copy: no finalizing", 2, 1500, 0, 5000, false, 5000, -1, true},
-        {"installed files kept: no copy, still the whole slideshow", 4, 2000, 0, 0, true, 2000, 7, false},
+    const struct { const char* name; int32_t promoCount, promoMs, copyMs; bool skip; int32_t effectiveMs, expectedTicks;
+                   bool copies; } rows[] = {
+        {"fast install waits for the slideshow", 2, 1500, 0, false, 1500, 5, true},
+        {"count 0 and a short time count as 1 and 1000 ms", 0, 10, 0, false, 1000, 4, true},
+        {"one picture still to come when finalizing", 3, 3000, 1500, false, 3000, 7, true},
+        {"slideshow over during a long copy: no finalizing", 2, 1500, 5000, false, 5000, -1, true},
+        {"installed files kept: no copy, still the whole slideshow", 4, 2000, 0, true, 2000, 7, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         VirtualInstallPage page;
-        page.dependencyMs = row.dependencyMs;
         page.copyMs = row.copyMs;
         page.skip = row.skip;
         CInstallSequence sequence(page, row.promoCount, row.promoMs);

@@ -10,7 +10,8 @@ constexpr int32_t kVersion = 0x20010064;
 
 TEST(CShortcutRules, DefaultsFollowTheKindOfInstall)
 {
-    const struct { const char* name; InstallOptions options; int32_t startMenuVersion, windows; bool startMenu, desktop, quickLaunch; } cases[] = {
+    const struct { const char* name; InstallOptions options; int32_t startMenuVersion, windows;
+                   bool startMenu, desktop, quickLaunch; } cases[] = {
         {"first install on XP", {}, -1, 1006, true, true, true},
         {"first install, this version's Start Menu exists", {}, kVersion, 1012, false, true, false},
         {"reinstall asks for nothing", OptionsOf("earlier"), kVersion - 1, 1006, false, false, false},

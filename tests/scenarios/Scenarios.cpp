@@ -349,7 +349,8 @@ const e2e::Scenario kScenarios[] = {
     {.name = "a recorded folder that is gone",
      .valuesBefore = {{kRecord, L"Uninstall Key", L"Sonora Earlier Entry"}, {kOwnEntry, L"InstallLocation", L"C:\\Sonora Gone"}},
      .person = kDefaultProposed, .logged = {L"Earlier installation: none", L"(destination {dest}, express 0"}},
-    {.name = "a remembered 32-bit folder", .valuesBefore = {{kInstaller, L"Install Directory", L"C:\\Program Files (x86)\\Halvard\\Sonora\\"}},
+    {.name = "a remembered 32-bit folder",
+     .valuesBefore = {{kInstaller, L"Install Directory", L"C:\\Program Files (x86)\\Halvard\\Sonora\\"}},
      .person = kDefaultProposed, .logged = {L"Earlier installation: none", L"(destination {dest}, express 0"}},
     // Unattended runs ask nothing and start no countdown; the wish for the next run stays.
     {.name = "/Silent with a wish: no countdown", .description = kAutoOffered, .valuesBefore = kWished, .commandLine = L"/Silent",

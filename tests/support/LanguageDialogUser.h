@@ -4,7 +4,7 @@
 // for it, reads what a user would read (title, prompt, the list's lines and the line selected,
 // the buttons) and then acts on it. Header-only; for the Windows test programs.
 //
-//   LanguageDialogUser user([](HWND dialog, HWND list) { PressButton(dialog, IDOK); });
+//   LanguageDialogUser user(LanguageDialogUser::Pick(2, IDOK));
 //   const int chosen = CLanguageSelectionDlg::Show(nullptr, languages, u"de-DE");
 //   user.Join();
 //   EXPECT_EQ(user.selected, 1);
@@ -24,6 +24,23 @@ public:
     using Act = std::function<void(HWND dialog, HWND list)>;
 
     explicit LanguageDialogUser(Act act) : thread_([this, act = std::move(act)] { Meet(act); }) {}
+
+    // What a user does: selects a line of the list, then presses a button (IDOK, IDCANCEL),
+    // closes the window (kCloseWindow) or double-clicks the line (kDoubleClick).
+    static constexpr int kCloseWindow = 0, kDoubleClick = -1;
+    static Act Pick(int line, int press)
+    {
+        return [=](HWND dialog, HWND list) {
+            ::SendMessageW(list, LB_SETCURSEL, line, 0);
+            if (press == kCloseWindow)
+                ::PostMessageW(dialog, WM_CLOSE, 0, 0);
+            else if (press == kDoubleClick)
+                ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(CLanguageSelectionDlg::kLanguageListId, LBN_DBLCLK),
+                               reinterpret_cast<LPARAM>(list));
+            else
+                PressButton(dialog, press);
+        };
+    }
     ~LanguageDialogUser() { Join(); }
     LanguageDialogUser(const LanguageDialogUser&) = delete;
     LanguageDialogUser& operator=(const LanguageDialogUser&) = delete;

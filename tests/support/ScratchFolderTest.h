@@ -44,6 +44,12 @@ protected:
             return "<unreadable>";
         return std::string(data.begin(), data.end());
     }
+    // A folder held open without sharing, for as long as the handle lives: it can't be opened
+    // or listed, but files can still be made in it.
+    static HVFileHandle HoldWithoutSharing(const HVString& folder)
+    {
+        return HVFileHandle(::CreateFileW(folder.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    }
     // The names in a folder, sorted.
     std::vector<std::string> Names(const HVString& folder)
     {

@@ -11,7 +11,8 @@ namespace e2e
 CrashRun RunCrashOnPurpose(const std::wstring& mode)
 {
     const std::wstring logPath = ScratchFolder(L"CrashHandler-" + mode) + L"crash.log";
-    const RunResult run = ProgramDriver({.program = ToolPath(L"CrashOnPurpose.exe"), .commandLine = mode + L" \"" + logPath + L"\""}).Run();
+    const RunResult run =
+        ProgramDriver({.program = ToolPath(L"CrashOnPurpose.exe"), .commandLine = mode + L" \"" + logPath + L"\""}).Run();
     return {run.processId, run.exitCode, ReadFileText(logPath), TakeCrashReport(TestProgramFolder(), run.processId)};
 }
 

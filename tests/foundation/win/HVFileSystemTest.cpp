@@ -140,13 +140,6 @@ TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOrLogsThePath)
         EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(bad, free)) << U8(bad);
 }
 
-// A folder held open without sharing: it can't be opened or listed, but files can still be
-// made in it.
-HVFileHandle HoldWithoutSharing(const HVString& folder)
-{
-    return HVFileHandle(::CreateFileW(folder.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-}
-
 TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
 {
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(HVFileSystemPath::RemoveBackslash(root)));

@@ -14,23 +14,8 @@ namespace
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 
 using Act = LanguageDialogUser::Act;
-constexpr int kCloseWindow = 0, kDoubleClick = -1;
-
-// The user selects a line of the list, then presses a button, closes the window or
-// double-clicks the line.
-Act Pick(int line, int press)
-{
-    return [=](HWND dialog, HWND list) {
-        ::SendMessageW(list, LB_SETCURSEL, line, 0);
-        if (press == kCloseWindow)
-            ::PostMessageW(dialog, WM_CLOSE, 0, 0);
-        else if (press == kDoubleClick)
-            ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(CLanguageSelectionDlg::kLanguageListId, LBN_DBLCLK),
-                           reinterpret_cast<LPARAM>(list));
-        else
-            PressButton(dialog, press);
-    };
-}
+constexpr auto Pick = LanguageDialogUser::Pick;
+constexpr int kCloseWindow = LanguageDialogUser::kCloseWindow, kDoubleClick = LanguageDialogUser::kDoubleClick;
 
 std::vector<CLanguageInfo> ThreeLanguages()
 {

@@ -17,16 +17,9 @@ using Scene = RunningCopyScene;
 // read from the real program, end to end.
 TEST(CRunningCopyCheck, QuestionsClosingAndTheManualBox)
 {
-    struct Case
-    {
-        const char* name;
-        const char16_t* product;
-        bool silent;
-        Scene scene;  // how the product and the user behave
-        bool passes, declined;
-        int closeCalls;
-        std::vector<std::string> titles;  // of the boxes shown, in order
-    };
+    // How the product and the user behave; what the check said, the close calls made, the boxes' titles.
+    struct Case { const char* name; const char16_t* product; bool silent; Scene scene; bool passes, declined; int closeCalls;
+                  std::vector<std::string> titles; };
     const Case cases[] = {
         {"not running", u"Sonora", false, {.running = false, .closeStopsIt = true}, true, false, 0, {}},
         {"closing the box counts as No", u"Sonora", false, {.closeStopsIt = true, .answer = IDCANCEL}, false, true, 0,

@@ -1,11 +1,10 @@
 #include "foundation/win/HVComInit.h"
-#include "toolkit/win/HVImageCtrl.h"
 #include "toolkit/win/HVImageFile.h"
-#include "toolkit/win/HVOkCancelPopupWnd.h"
 #include "toolkit/win/HVToolkit.h"
 
 #include "FolderTree.h"
 #include "OffscreenCanvas.h"
+#include "PicturePopup.h"
 #include "SourceFile.h"
 #include "TestPaths.h"
 
@@ -14,17 +13,6 @@
 namespace
 {
 HVString DataFile(const char16_t* name) { return SourceFilePath("tests/toolkit/win/data/") + name; }
-
-// A pop-up holding one picture, never shown.
-class PicturePopup : public HVOkCancelPopupWnd
-{
-public:
-    HVImageCtrl image;
-    bool Make() { return CreatePopup(nullptr, u"Pictures", WS_POPUP | WS_CAPTION); }
-
-protected:
-    bool CreateContent() override { return image.Create(*this, HVPlacement{.cx = 100, .cy = 60}); }
-};
 
 // Transparent parts of a picture show the background.
 TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)
