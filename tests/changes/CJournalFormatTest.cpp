@@ -4,22 +4,6 @@
 
 namespace
 {
-TEST(CJournalFormatTest, DeletesAndInstallsAreCountedApart)
-{
-    const std::vector<HVString> pending = {
-        CJournalFormat::DeleteEntry(u"C:\\Sonora\\Old.dll"),
-        CJournalFormat::InstallEntry(u"C:\\Sonora\\Setup\\Sonora.exe", u"C:\\Sonora\\Sonora.exe"),
-        CJournalFormat::DeleteEntry(u"C:\\Sonora\\Older.dll"),
-    };
-    const std::vector<CJournalFormat::Value> values = CJournalFormat::FileValues(pending);
-    ASSERT_EQ(values.size(), 3u);
-    EXPECT_EQ(values[0].name, u"Delete File (0)");
-    EXPECT_EQ(values[0].data, u"C:\\Sonora\\Old.dll|_DELETEFILE");
-    EXPECT_EQ(values[1].name, u"Install File (0)");
-    EXPECT_EQ(values[1].data, u"C:\\Sonora\\Setup\\Sonora.exe|C:\\Sonora\\Sonora.exe");
-    EXPECT_EQ(values[2].name, u"Delete File (1)");
-}
-
 TEST(CJournalFormatTest, TheDeleteMarkerAnywhereMakesADelete)
 {
     // The companion program reads it so; an install into such a path is journaled as a delete.

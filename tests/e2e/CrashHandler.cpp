@@ -2,60 +2,14 @@
 // log lines, the crash-info block as HVCrashHandler.exe reads it from outside, and one
 // handler program for two threads crashing at once. And the wizard itself, dying inside its
 // own message loop: the report names the message it was dispatching.
+#include "CrashRun.h"
 #include "E2ESupport.h"
 
 #include "foundation/win/HVCrashHandler.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <map>
-#include <sstream>
 #include <string>
-#include <vector>
-
-namespace
-{
-// "Name: value" lines of the handler's report.
-std::map<std::string, std::string> Fields(const std::string& report)
-{
-    std::map<std::string, std::string> fields;
-    std::istringstream in(report);
-    for (std::string line; std::getline(in, line);)
-    {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        if (const size_t colon = line.find(": "); colon != std::string::npos)
-            fields[line.substr(0, colon)] = line.substr(colon + 2);
-    }
-    return fields;
-}
-
-struct Crash
-{
-    DWORD processId = 0;
-    DWORD exitCode = 0;
-    std::string log;
-    std::string report;
-};
-
-// The handler program's report beside it, removed once read.
-std::string TakeReport(const std::wstring& handlerFolder, DWORD processId)
-{
-    const std::wstring path = handlerFolder + L"HVCrashInfo" + std::to_wstring(processId) + L".txt";
-    std::string report = e2e::ReadFileText(path);
-    ::DeleteFileW(path.c_str());
-    return report;
-}
-
-Crash RunCrash(const std::wstring& mode)
-{
-    const std::wstring logPath = e2e::ScratchFolder(L"CrashHandler-" + mode) + L"crash.log";
-    const e2e::RunResult run =
-        e2e::ProgramDriver({.program = e2e::ToolPath(L"CrashOnPurpose.exe"), .commandLine = mode + L" \"" + logPath + L"\""}).Run();
-    return {run.processId, run.exitCode, e2e::ReadFileText(logPath), TakeReport(e2e::TestProgramFolder(), run.processId)};
-}
-}
 
 // Each way of dying reaches the handler program once, with a block it can read from outside.
 TEST(CrashHandler, ACrashIsHandedToOneHandlerProgram)
@@ -66,10 +20,9 @@ TEST(CrashHandler, ACrashIsHandedToOneHandlerProgram)
         bool exception;     // a pure virtual call raises none: a record of zeros and a captured context
         int filterReturns;  // the filter the system calls lets the system's own handling follow
     } rows[] = {{L"access", true, 1}, {L"purevirtual", false, 0}, {L"twothreads", true, 2}};
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         SCOPED_TRACE(e2e::Utf8(row.mode));
-        const Crash crash = RunCrash(row.mode);
+        const e2e::CrashRun crash = e2e::RunCrashOnPurpose(row.mode);
         ASSERT_NE(crash.processId, 0u);
         EXPECT_EQ(e2e::CountOf(crash.log, "L1 TopLevelExceptionFilter: Unhandled exception -- program crashing"), 1)
             << crash.log;
@@ -78,7 +31,7 @@ TEST(CrashHandler, ACrashIsHandedToOneHandlerProgram)
         // Of two threads, both went through the filter and one of them returned at once.
         EXPECT_EQ(e2e::CountOf(crash.log, "Filter returned 0"), row.filterReturns) << crash.log;
 
-        auto fields = Fields(crash.report);
+        auto fields = e2e::CrashReportFields(crash.report);
         ASSERT_EQ(e2e::CountOf(crash.report, "Block: "), 1) << crash.report;
         EXPECT_EQ(fields["Block"], "HVCrashInfo" + std::to_string(crash.processId));
         EXPECT_EQ(fields["ProcessId"], std::to_string(crash.processId));
@@ -122,7 +75,7 @@ TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
     ::SetEnvironmentVariableW(L"IW_TEST_ONLY_CRASH_ON_COMMAND", nullptr);
     e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, L"Software\\Wine\\WineDbg");
     const std::string log = e2e::ReadFileText(logPath);
-    const std::string report = TakeReport(e2e::MediaFolder(), run.processId);
+    const std::string report = e2e::TakeCrashReport(e2e::MediaFolder(), run.processId);
     e2e::ResetToFreshMachine();
 
     ASSERT_TRUE(run.Exited()) << run.Describe();
@@ -130,13 +83,13 @@ TEST(CrashHandler, ACrashInTheWizardsLoopNamesTheCommandMessage)
     EXPECT_EQ(e2e::CountOf(log, "TopLevelExceptionFilter: Message: 33769, wParam: " + std::to_string(pairAddress) + ", lParam: 0"), 1)
         << log;
     EXPECT_EQ(e2e::CountOf(log, "TopLevelExceptionFilter: MCC: 7, Param: 42"), 1) << log;
-    EXPECT_EQ(Fields(report)["ProcessId"], std::to_string(run.processId)) << report;
-    EXPECT_EQ(Fields(report)["ExceptionCode"], "0xc0000005") << report;
+    EXPECT_EQ(e2e::CrashReportFields(report)["ProcessId"], std::to_string(run.processId)) << report;
+    EXPECT_EQ(e2e::CrashReportFields(report)["ExceptionCode"], "0xc0000005") << report;
 }
 
 TEST(CrashHandler, WithoutALoggerNothingIsStarted)
 {
-    const Crash crash = RunCrash(L"nologger");
+    const e2e::CrashRun crash = e2e::RunCrashOnPurpose(L"nologger");
     // The process went through the installed filter (which ends it with 3) and no handler ran.
     EXPECT_EQ(crash.exitCode, 3u);
     EXPECT_EQ(crash.report, "");

@@ -1,7 +1,8 @@
 // The end-to-end support's own checks, kept to what would let an installer test pass when it
 // should fail: a dialog no rule answers, a rule used up, a text that only nearly matches, a
-// button a dialog lacks, a folder tree that only nearly matches. What the support does right
-// is shown by every other end-to-end test; these show that it also says when things are wrong.
+// button a dialog lacks, buttons other than the rule's, a folder tree that only nearly
+// matches. What the support does right is shown by every other end-to-end test; these show
+// that it also says when things are wrong.
 #include "E2ESupport.h"
 
 #include <gtest/gtest.h>
@@ -33,9 +34,10 @@ TEST(Driver, ADialogNoRuleAnswersFailsTheRun)
          {.title = L"Question", .text = L"Again?", .button = IDYES, .times = 1}, e2e::RunOutcome::UnexpectedDialog, 2},
         {"no such button", L"Question \"Continue?\" MB_YESNO",
          {.title = L"Question", .text = L"Continue?", .button = IDRETRY}, e2e::RunOutcome::NoSuchButton, 1},
+        {"other buttons", L"Question \"Continue?\" MB_YESNO",
+         {.title = L"Question", .text = L"Continue?", .button = IDYES, .buttons = {L"Yes"}}, e2e::RunOutcome::UnexpectedDialog, 1},
     };
-    for (const Row& row : rows)
-    {
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const e2e::RunResult run = ShowBox(row.arguments, {row.rule});
         EXPECT_EQ(run.outcome, row.outcome) << run.Describe();

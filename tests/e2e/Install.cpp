@@ -2,8 +2,8 @@
 // earlier versions' leftovers arranged beforehand, and the machine read back afterwards (the
 // other whole runs are rows of tests/scenarios).
 #include "E2ESupport.h"
+#include "InstallRecordFile.h"
 
-#include "changes/CInstallRecord.h"
 #include "engine/CRetiredFiles.h"
 #include "engine/CSharedFileRules.h"
 
@@ -11,28 +11,12 @@
 
 #include <windows.h>
 
-
 namespace
 {
 using e2e::kJournalKey, e2e::kRunOnceKey;
 const std::wstring kRegistered = L"Software\\Halvard\\Sonora 32\\Registered";
 
 std::wstring Windows() { return e2e::Expand(L"%SystemRoot%\\"); }
-
-// The install record of the folder, as the uninstaller reads it.
-CInstallRecord::Contents ReadRecord(const std::wstring& installFolder)
-{
-    return CInstallRecord::Parse(e2e::ReadFileText(installFolder + L"Install Record.txt"));
-}
-
-// The first change of the kind whose path starts with `path` (case ignored); null when none.
-const InstallChange* Find(const CInstallRecord::Contents& record, InstallChange::Kind kind, const std::wstring& path)
-{
-    const auto found = std::find_if(record.changes.begin(), record.changes.end(), [&](const InstallChange& change) {
-        return change.kind == kind && change.path.StartsWithNoCase(HVString(path.c_str()));
-    });
-    return found == record.changes.end() ? nullptr : &*found;
-}
 
 using InstallTest = e2e::FreshMachineTest;
 
@@ -108,23 +92,23 @@ TEST_F(InstallTest, CopiesTheProductByItsRulesAndClearsWhatEarlierVersionsLeft)
 
     EXPECT_EQ(e2e::RegDword(HKEY_LOCAL_MACHINE, sharedDlls, notes), 2u);
     // The record names every kind of change an uninstall has to take back, and the run's end.
-    const CInstallRecord::Contents record = ReadRecord(dest);
+    const CInstallRecord::Contents record = e2e::ReadInstallRecord(dest);
     EXPECT_TRUE(record.problem.IsEmpty()) << record.problem.ToUtf8();
     EXPECT_EQ(record.damagedLines, 0u);
     ASSERT_FALSE(record.changes.empty());
     using Kind = InstallChange::Kind;
-    EXPECT_TRUE(Find(record, Kind::FileWritten, dest + L"Sonora.exe"));
+    EXPECT_TRUE(e2e::FindChange(record, Kind::FileWritten, dest + L"Sonora.exe"));
     const std::wstring uninstallRoot = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-    const InstallChange* entry = Find(record, Kind::KeyCreated, L"HKLM\\" + uninstallRoot);
+    const InstallChange* entry = e2e::FindChange(record, Kind::KeyCreated, L"HKLM\\" + uninstallRoot);
     ASSERT_TRUE(entry);
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry->path.Mid(5).w(), L"UninstallString"), dest + L"HVMediaUninstall.exe");
-    const InstallChange* font = Find(record, Kind::FontAdded, Windows() + L"Fonts\\DejaVuSans.ttf");
+    const InstallChange* font = e2e::FindChange(record, Kind::FontAdded, Windows() + L"Fonts\\DejaVuSans.ttf");
     ASSERT_TRUE(font);
     EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Fonts", font->name.w()),
               L"DejaVuSans.ttf");
-    EXPECT_TRUE(Find(record, Kind::ShortcutCreated, e2e::StartMenuFolder()));
-    EXPECT_TRUE(Find(record, Kind::ModuleRegistered, dest + L"HVShellExt.dll"));
-    const InstallChange* counted = Find(record, Kind::SharedFileCounted, notes);
+    EXPECT_TRUE(e2e::FindChange(record, Kind::ShortcutCreated, e2e::StartMenuFolder()));
+    EXPECT_TRUE(e2e::FindChange(record, Kind::ModuleRegistered, dest + L"HVShellExt.dll"));
+    const InstallChange* counted = e2e::FindChange(record, Kind::SharedFileCounted, notes);
     ASSERT_TRUE(counted);
     EXPECT_EQ(counted->before, u"1");
     EXPECT_EQ(record.changes.back().kind, Kind::InstallEnded);

@@ -2,8 +2,7 @@
 // leaves every installed file whole, as it was or as it is meant to be, and the next run
 // completes the install and leaves nothing of its own behind.
 #include "E2ESupport.h"
-
-#include "changes/CInstallRecord.h"
+#include "InstallRecordFile.h"
 
 #include <gtest/gtest.h>
 
@@ -16,19 +15,6 @@ namespace
 constexpr uint32_t kOldEdition = 1;
 constexpr uint32_t kNewEdition = 2;
 
-FILETIME Stamp(WORD year)
-{
-    const SYSTEMTIME time = {year, 3, 0, 1, 12, 0, 0, 0};
-    FILETIME stamp = {};
-    SystemTimeToFileTime(&time, &stamp);
-    return stamp;
-}
-
-bool Written(const WIN32_FIND_DATAW& file, const FILETIME& stamp)
-{
-    return CompareFileTime(&file.ftLastWriteTime, &stamp) == 0;
-}
-
 std::vector<e2e::GeneratedFile> OldEdition()
 {
     std::vector<e2e::GeneratedFile> files = e2e::PlanTree({.files = 300, .totalBytes = 30 << 20});
@@ -38,64 +24,29 @@ std::vector<e2e::GeneratedFile> OldEdition()
     return files;
 }
 
-class InterruptedCopy : public ::testing::Test
+class InterruptedCopy : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        std::vector<std::wstring> problems;
-        ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
-        setup_ = e2e::CopySampleSetup(L"InterruptedCopy");
-        installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
-        ASSERT_FALSE(setup_.empty());
-        ASSERT_FALSE(installed_.empty());
-        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Product/InstallToPath", e2e::Utf8(installed_)));
-        ASSERT_TRUE(e2e::SetDescriptionText(setup_, "Installer/PromoMinimumMilliseconds", "1000"));
-    }
-
-    void TearDown() override { e2e::ResetToFreshMachine(); }
-
-    e2e::RunResult Install(std::function<bool(DWORD)> endWhen = {})
-    {
-        e2e::RunOptions options;
-        options.setupFolder = setup_;
-        options.commandLine = L"/Silent";
-        options.endWhen = std::move(endWhen);
-        // Fine rounds that only look at the files, so that the end comes close to the moment
-        // the test waited for. A silent run asks nothing.
-        options.roundMs = 5;
-        options.watchDialogs = false;
-        options.timeoutMs = 60000;
-        return e2e::ProgramDriver(options).Run();
-    }
-
     // Every generated file as installed: its edition, or 0 when it is neither.
     std::vector<uint32_t> InstalledEditions() const
     {
-        std::vector<uint32_t> editions;
-        for (size_t i = 0; i < oldFiles_.size(); ++i) {
-            std::string bytes;
-            e2e::ReadFileBytes(installed_ + oldFiles_[i].path, bytes);
-            editions.push_back(bytes == e2e::GeneratedContent(oldFiles_[i], kOldEdition)   ? kOldEdition
-                               : bytes == e2e::GeneratedContent(newFiles_[i], kNewEdition) ? kNewEdition
-                                                                                           : 0);
-        }
-        return editions;
+        return e2e::EditionsFound(installed_, oldFiles_, kOldEdition, newFiles_, kNewEdition);
     }
 
-    std::wstring setup_;
-    std::wstring installed_;
+    const std::wstring installed_ = e2e::ScratchFolder(L"InterruptedCopyInstalled");
+    const std::wstring setup_ = e2e::CopySampleSetupInstallingInto(L"InterruptedCopy", installed_);
     const std::vector<e2e::GeneratedFile> oldFiles_ = OldEdition();
     // A third of the files change their size.
     const std::vector<e2e::GeneratedFile> newFiles_ = e2e::ResizeSome(oldFiles_, 3);
-    const FILETIME oldStamp_ = Stamp(2020);
-    const FILETIME newStamp_ = Stamp(2024);
+    const FILETIME oldStamp_ = e2e::EditionStamp(2020);
+    const FILETIME newStamp_ = e2e::EditionStamp(2024);
 };
 
 TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 {
+    ASSERT_FALSE(setup_.empty() || installed_.empty());
     ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", oldFiles_, kOldEdition, &oldStamp_));
-    const e2e::RunResult first = Install();
+    const e2e::RunResult first = e2e::RunSilentUntil(setup_);
     ASSERT_TRUE(first.ExitedWith(0)) << first.Describe();
     std::vector<std::wstring> cleanInstall = e2e::ListTree(installed_, e2e::TreeEntries::FilesAndFolders);
     // Every later install finds this one recorded and asks its service to stop; the sample
@@ -106,11 +57,12 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 
     ASSERT_TRUE(e2e::WriteGeneratedTree(setup_ + L"Listenwell\\", newFiles_, kNewEdition, &newStamp_));
     const std::wstring bulk = installed_ + L"Bulk\\";
-    const auto newFilesInPlace = [&](DWORD) { return e2e::CountFiles(bulk, [&](auto& f) { return Written(f, newStamp_); }); };
+    const auto newFilesInPlace = [&](DWORD) { return e2e::CountFiles(bulk, [&](auto& f) { return e2e::HasStamp(f, newStamp_); }); };
     // A file of neither edition is being written just now; among the big ones, the end comes
     // before it is done.
     const auto bigFileBeingWritten = [&](DWORD) {
-        return e2e::CountFiles(bulk + L"Video\\", [&](auto& f) { return !Written(f, oldStamp_) && !Written(f, newStamp_); }) > 0;
+        const auto neither = [&](auto& f) { return !e2e::HasStamp(f, oldStamp_) && !e2e::HasStamp(f, newStamp_); };
+        return e2e::CountFiles(bulk + L"Video\\", neither) > 0;
     };
     const struct { const char* when; std::function<bool(DWORD)> reached; bool leavesAPartialFile = false; } ends[] = {
         // A later count each time: the files already new from the run before count again.
@@ -122,7 +74,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     size_t killed = 0;
     for (const auto& end : ends) {
         SCOPED_TRACE(std::string("ended ") + end.when);
-        const e2e::RunResult run = Install(end.reached);
+        const e2e::RunResult run = e2e::RunSilentUntil(setup_, end.reached);
         ASSERT_EQ(run.outcome, e2e::RunOutcome::EndedByTest) << run.Describe();
 
         const std::vector<uint32_t> editions = InstalledEditions();
@@ -134,7 +86,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
 
         // The record reads back but for the torn last line of each ended run, and names every
         // file the run left half written.
-        const CInstallRecord::Contents record = CInstallRecord::Parse(e2e::ReadFileText(installed_ + L"Install Record.txt"));
+        const CInstallRecord::Contents record = e2e::ReadInstallRecord(installed_);
         EXPECT_TRUE(record.problem.IsEmpty()) << record.problem.ToUtf8();
         EXPECT_LE(record.damagedLines, ++killed);
         EXPECT_TRUE(!end.leavesAPartialFile || !diff.extra.empty()) << diff.Describe();
@@ -147,7 +99,7 @@ TEST_F(InterruptedCopy, LeavesEachFileOldOrNewAndARerunCompletesTheInstall)
     }
     EXPECT_TRUE(sawMixture) << "every end came after the copy: the test proves nothing";
 
-    const e2e::RunResult rerun = Install();
+    const e2e::RunResult rerun = e2e::RunSilentUntil(setup_);
     ASSERT_TRUE(rerun.ExitedWith(0)) << rerun.Describe();
     const std::vector<uint32_t> editions = InstalledEditions();
     EXPECT_EQ(std::count(editions.begin(), editions.end(), kNewEdition), static_cast<long>(editions.size()));

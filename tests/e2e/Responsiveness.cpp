@@ -25,11 +25,9 @@ TEST(Responsiveness, TheWizardAnswersWithin200MsAllThroughALargeCopy)
 {
     std::vector<std::wstring> problems;
     ASSERT_TRUE(e2e::ResetToFreshMachine(&problems)) << e2e::Utf8(problems.front());
-    const std::wstring setup = e2e::CopySampleSetup(L"Responsiveness");
     const std::wstring work = e2e::ScratchFolder(L"ResponsivenessInstalled");
-    ASSERT_FALSE(setup.empty());
-    ASSERT_FALSE(work.empty());
-    ASSERT_TRUE(e2e::SetDescriptionText(setup, "Product/InstallToPath", e2e::Utf8(work + L"Sonora\\")));
+    const std::wstring setup = e2e::CopySampleSetupInstallingInto(L"Responsiveness", work + L"Sonora\\", 1500);
+    ASSERT_FALSE(setup.empty() || work.empty());
     ASSERT_TRUE(e2e::WriteGeneratedTree(setup + L"Listenwell\\", e2e::PlanTree({.files = 1500, .totalBytes = 60 << 20}), 1));
     const std::wstring log = work + L"Install.log";
 

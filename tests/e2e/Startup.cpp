@@ -1,8 +1,9 @@
 // The setup program's start-up under Wine, driven as a user would: the single-instance rule,
 // a running copy of the product, the Windows version, processor and browser-engine checks, the
-// rights test, the service stop, the VirtualStore clean-up, the switch list, the log and the
-// exit code of each outcome.
+// rights test, the VirtualStore clean-up, the switch list, the log and the exit code of each
+// outcome (the service stop and bad input are rows of tests/scenarios).
 #include "E2ESupport.h"
+#include "RunningSetup.h"
 
 #include "product/InstallExitCode.h"
 
@@ -17,19 +18,12 @@ namespace
 {
 const std::wstring kPassed = L"Environment checks: passed";
 
-std::string DescriptionWithMinimum(const std::wstring& minimum)
-{
-    return e2e::Utf8(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n"
-                     L"  <Product><LauncherName>Sonora.exe</LauncherName></Product>\n"
-                     L"  <SpecialFeatures><MinIEVersion>" + minimum + L"</MinIEVersion></SpecialFeatures>\n</HVIC>\n");
-}
+std::string DescriptionWithMinimum(const std::string& minimum) { return e2e::DescriptionXml({{"SpecialFeatures/MinIEVersion", minimum}}); }
 
 // A run that ends once the first checks have passed (the wizard that follows is ended there).
-e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments,
-                       std::vector<e2e::DialogRule> rules)
+e2e::SetupRun RunUntilChecked(const std::wstring& setupFolder, const std::wstring& arguments, std::vector<e2e::DialogRule> rules)
 {
-    return e2e::RunSetup({.setupFolder = setupFolder, .commandLine = arguments, .rules = std::move(rules), .timeoutMs = 30000,
-                          .onPoll = [](DWORD) { return e2e::ReadText(e2e::SetupLogPath()).find(kPassed) == std::wstring::npos; }});
+    return e2e::RunUntilLogged(setupFolder, arguments, std::move(rules), kPassed);
 }
 
 bool PassedChecks(const e2e::SetupRun& run)
@@ -53,13 +47,7 @@ const std::wstring kQuestion =
 class Startup : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        FreshMachineTest::SetUp();
-        setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum(L"5.0.0.0"));
-        ASSERT_FALSE(setupFolder_.empty());
-    }
-    std::wstring setupFolder_;
+    const std::wstring setupFolder_ = e2e::MakeSetupFolder(L"StartupSetup", DescriptionWithMinimum("5.0.0.0"));
 };
 }
 
@@ -68,40 +56,24 @@ TEST_F(Startup, ASecondInstanceIsTurnedAwayWhileTheFirstRunsOn)
     e2e::RunningProduct product(false);
     ASSERT_TRUE(product.Started());
     // The first instance waits at the running-copy question: it holds the mutex meanwhile.
-    std::wstring commandLine = L"\"" + setupFolder_ + L"InstallWizard.exe\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION first = {};
-    ASSERT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                                 &first));
-    HVHandle process(first.hProcess), thread(first.hThread);
-    HWND question = nullptr;
-    for (int i = 0; i < 1000 && !question; ++i, ::Sleep(question ? 0 : 20))
-        for (const e2e::WindowInfo& window : e2e::ListTopLevelWindows(first.dwProcessId, true))
-            if (window.IsDialog() && window.text == kQuestion)
-                question = window.hwnd;
+    const e2e::RunningSetup first(setupFolder_, L"");
+    const HWND question = e2e::WaitForDialog(first.ProcessId(), kQuestion);
     ASSERT_NE(question, nullptr) << "the first instance never asked";
 
     const e2e::SetupRun second = RunUntilChecked(setupFolder_, L"", {AnotherInstaller()});
     EXPECT_TRUE(second.result.ExitedWith(kExitAnotherInstaller)) << second.Describe();
     EXPECT_EQ(second.result.dialogs.size(), 1u) << second.Describe();
     // Unattended, it shows no window at all: the box's words go to the log.
-    const e2e::SetupRun third = e2e::RunSetup({.setupFolder = setupFolder_, .commandLine = L"/Silent /SuppressMessages",
-                                               .onPoll = [](DWORD id) { return e2e::ListTopLevelWindows(id, true).empty(); }});
+    const e2e::SetupRun third = e2e::RunUnseen(setupFolder_);
     EXPECT_TRUE(third.result.ExitedWith(kExitAnotherInstaller)) << third.Describe();
     EXPECT_TRUE(third.Logged(L"L1 HVMessageBox::Show: Box text: Another instance of the Halvard installer is already "
                              L"running on this system. Please finish any other Halvard installations and try again."))
         << third.Describe();
 
     // The first is still where it was, and goes on when answered.
-    ASSERT_EQ(::WaitForSingleObject(process.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
-    for (const e2e::ButtonInfo& button : e2e::InspectWindow(question).buttons)
-        if (button.id == IDNO)
-            e2e::PressButton(question, button);
-    ASSERT_EQ(::WaitForSingleObject(process.Get(), 20000), static_cast<DWORD>(WAIT_OBJECT_0));
-    DWORD exitCode = 0;
-    ::GetExitCodeProcess(process.Get(), &exitCode);
-    EXPECT_EQ(exitCode, static_cast<DWORD>(kExitCancelled));
+    ASSERT_FALSE(first.WaitForExit(0));
+    ASSERT_TRUE(e2e::PressButton(question, IDNO));
+    EXPECT_EQ(first.WaitForExit(20000), std::optional<DWORD>(kExitCancelled));
     EXPECT_TRUE(product.Running());
 }
 
@@ -111,14 +83,8 @@ TEST_F(Startup, AMutexThatCanNotBeOpenedCountsAsAnotherInstallerAfterTheVirtualS
     const std::wstring wow = L"Software\\Classes\\VirtualStore\\Machine\\Software\\Wow6432Node\\Halvard";
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, plain, L"Stale", L"1"));
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, wow + L"\\Sonora 32", L"Stale", L"1"));
-    // An empty access list: the mutex exists, but nobody may open it (error 5).
-    SECURITY_DESCRIPTOR descriptor;
-    ACL acl;
-    ASSERT_TRUE(::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
-    ASSERT_TRUE(::InitializeAcl(&acl, sizeof(acl), ACL_REVISION));
-    ASSERT_TRUE(::SetSecurityDescriptorDacl(&descriptor, TRUE, &acl, FALSE));
-    SECURITY_ATTRIBUTES attributes = {sizeof(attributes), &descriptor, FALSE};
-    const HVHandle mutex(::CreateMutexW(&attributes, FALSE, L"Global\\Halvard Installer"));
+    // The mutex exists, but nobody may open it (error 5).
+    const HVHandle mutex = e2e::UnopenableMutex(L"Global\\Halvard Installer");
     ASSERT_TRUE(mutex);
     const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"", {AnotherInstaller()});
     EXPECT_TRUE(run.result.ExitedWith(kExitAnotherInstaller)) << run.Describe();
@@ -136,7 +102,7 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         .title = L"Please Close Sonora",
         .text = L"Install Wizard could not close the running copy of Sonora.\r\nPlease manually close Sonora and then "
                 L"press 'OK'.\r\n\r\nIf you can not close Sonora restart your computer and run Install Wizard again.",
-        .button = IDOK, .times = 1};
+        .button = IDOK, .times = 1, .buttons = {L"OK"}};
     const e2e::DialogRule still = {.title = L"Install Wizard Error",
                                    .text = L"Sonora is still running.  Install Wizard can not continue.\r\n\r\n"
                                            L"Please restart your computer and run Install Wizard again.",
@@ -156,19 +122,13 @@ TEST_F(Startup, ARunningCopyIsClosedOnlyWhenAllowed)
         {"won't close", true, L"", {yes, manual, still}, kExitProductRunning, false},
         {"silent, won't close: manual box all the same", true, L"/Silent", {manual, still}, kExitProductRunning, false},
     };
-    for (const Row& row : rows)
-    {
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         e2e::RunningProduct product(row.ignoreClose);
         ASSERT_TRUE(product.Started());
         const e2e::SetupRun run = RunUntilChecked(setupFolder_, row.arguments, row.rules);
         EXPECT_TRUE(row.exitCode ? run.result.ExitedWith(*row.exitCode) : PassedChecks(run)) << run.Describe();
         EXPECT_EQ(run.result.dialogs.size(), row.rules.size()) << run.Describe();
-        for (const e2e::DialogRecord& dialog : run.result.dialogs)
-            if (dialog.title == manual.title)
-            {
-                EXPECT_EQ(dialog.buttons, std::vector<std::wstring>{L"OK"});
-            }
         EXPECT_TRUE(row.productEnds ? product.EndsSoon() : product.Running());
         // The rights test ran before the question, and left the machine as it found it.
         EXPECT_TRUE(run.Logged(L"Registry write test: passed")) << run.Describe();
@@ -207,22 +167,19 @@ TEST_F(Startup, UnsupportedMachinesAreRefusedWithTheirBox)
          L"\r\n\r\nClick on 'Download' to download and install the latest version of Internet Explorer.  Please "
          L"re-run setup after installing Internet Explorer.", {L"Download", L"Quit Setup"}},
     };
-    for (const Row& row : rows)
-    {
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         std::optional<e2e::ScopedRegString> windows;
         if (row.windows)
             windows.emplace(HKEY_CURRENT_USER, L"Software\\Wine", L"Version", row.windows);
         ::SetEnvironmentVariableW(L"IW_TEST_ONLY_NO_SSE2", row.noSse2 ? L"1" : nullptr);
-        const std::wstring folder = e2e::MakeSetupFolder(L"StartupMachine", DescriptionWithMinimum(row.minimumBrowser));
+        const std::wstring folder = e2e::MakeSetupFolder(L"StartupMachine", DescriptionWithMinimum(e2e::Utf8(row.minimumBrowser)));
         std::vector<e2e::DialogRule> rules;
         if (row.title)
-            rules.push_back({.title = row.title, .text = row.text, .buttonCaption = row.buttons.back()});
+            rules.push_back({.title = row.title, .text = row.text, .buttonCaption = row.buttons.back(), .buttons = row.buttons});
         const e2e::SetupRun run = RunUntilChecked(folder, L"", rules);
         EXPECT_TRUE(row.title ? run.result.ExitedWith(row.exitCode) : PassedChecks(run)) << run.Describe();
-        ASSERT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
-        for (const e2e::DialogRecord& dialog : run.result.dialogs)
-            EXPECT_EQ(dialog.buttons, row.buttons);
+        EXPECT_EQ(run.result.dialogs.size(), rules.size()) << run.Describe();
         EXPECT_TRUE(run.Logged(row.logged)) << run.Describe();
     }
 }
@@ -232,7 +189,7 @@ TEST_F(Startup, InstallXmlInTheParentFolderIsUsed)
     // Only the parent's description asks for a browser engine newer than any: the dialog shows
     // that it was read.
     const std::wstring parent = e2e::ScratchFolder(L"StartupParent");
-    ASSERT_TRUE(e2e::WriteFileBytes(parent + L"Install.xml", DescriptionWithMinimum(L"999.0")));
+    ASSERT_TRUE(e2e::WriteFileBytes(parent + L"Install.xml", DescriptionWithMinimum("999.0")));
     const std::wstring child = parent + L"Disk1\\";
     ASSERT_TRUE(e2e::MakeFolder(child));
     ASSERT_TRUE(::CopyFileW(e2e::InstallWizardPath().c_str(), (child + L"InstallWizard.exe").c_str(), FALSE));
@@ -246,16 +203,9 @@ TEST_F(Startup, InstallXmlInTheParentFolderIsUsed)
 TEST_F(Startup, WithoutRightsToWriteMachineSettingsItStops)
 {
     // A volatile "Software\Halvard" can't take the lasting key of the write test, as a key
-    // without write rights can't. An empty key, as earlier runs' write tests leave it, makes
-    // way for the volatile one.
-    ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Halvard");
-    HKEY raw = nullptr;
-    DWORD disposition = 0;
-    ASSERT_EQ(::RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Halvard", 0, nullptr, REG_OPTION_VOLATILE,
-                                KEY_ALL_ACCESS, nullptr, &raw, &disposition),
-              ERROR_SUCCESS);
-    ::RegCloseKey(raw);
-    ASSERT_EQ(disposition, static_cast<DWORD>(REG_CREATED_NEW_KEY)) << "Software\\Halvard holds data";
+    // without write rights can't. (An empty key, as earlier runs' write tests leave it, makes
+    // way for the volatile one.)
+    ASSERT_TRUE(e2e::RegCreateVolatileKey(HKEY_LOCAL_MACHINE, L"Software\\Halvard")) << "Software\\Halvard holds data";
     const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"",
                                        {{.title = L"Information",
                                          .text = L"Sorry, but you do not have sufficient rights to install the "
@@ -265,48 +215,6 @@ TEST_F(Startup, WithoutRightsToWriteMachineSettingsItStops)
     ::RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Halvard");
     EXPECT_TRUE(run.result.ExitedWith(kExitNoRights)) << run.Describe();
     EXPECT_EQ(run.result.dialogs.size(), 1u) << run.Describe();
-}
-
-TEST_F(Startup, TheServiceOfAnEarlierInstallationIsStopped)
-{
-    const std::wstring installed = e2e::ScratchFolder(L"StartupEarlierInstall");
-    ASSERT_TRUE(::CopyFileW((e2e::MediaFolder() + L"Listenwell\\HVService.exe").c_str(),
-                            (installed + L"HVService.exe").c_str(), FALSE));
-    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, L"Software\\Halvard\\Corvale\\Installations\\Sonora 32", L"Path",
-                                  installed + L"Sonora.exe"));
-    const e2e::SetupRun run = RunUntilChecked(setupFolder_, L"", {});
-    EXPECT_TRUE(PassedChecks(run)) << run.Describe();
-    EXPECT_EQ(e2e::ReadFileText(installed + L"HVService.stop.txt"),
-              "\"" + e2e::Utf8(installed) + "HVService.exe\" /Stop\r\n") << run.Describe();
-    EXPECT_TRUE(run.Logged(L"Parameters: /Stop")) << run.Describe();
-}
-
-TEST_F(Startup, BadInputGivesDefaultsAndALogLine)
-{
-    const struct
-    {
-        const char* name;
-        std::optional<std::string> installXml;
-        const wchar_t* arguments;
-        const wchar_t* logged;
-    } cases[] = {
-        {"no Install.xml anywhere", std::nullopt, L"", L"Install description not readable"},
-        {"broken XML", std::string("<HVIC version=\"1.0\"><Product><<</"), L"", kPassed.c_str()},
-        {"version not a number", std::string("<HVIC version=\"abc\"><Settings AllowDowngrade=\"1\"/></HVIC>"), L"",
-         L"Install settings not applicable"},
-        {"junk command line", std::string("<HVIC version=\"1.0\"/>"), L"/Foo /DistributorID /// \x00e9/\x4e2d",
-         L"Unknown option ignored: /Foo"},
-    };
-    for (const auto& c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        const std::wstring folder = e2e::MakeSetupFolder(L"StartupBadInput", c.installXml);
-        ASSERT_FALSE(folder.empty());
-        const e2e::SetupRun run = RunUntilChecked(folder, c.arguments, {});
-        EXPECT_TRUE(PassedChecks(run)) << run.Describe();
-        EXPECT_TRUE(run.Logged(c.logged)) << run.Describe();
-        EXPECT_TRUE(run.Logged(L"allow downgrade no")) << run.Describe();
-    }
 }
 
 // Which spellings ask for it, and that it names every switch, CCommandLineParserTest proves.

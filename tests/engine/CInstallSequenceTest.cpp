@@ -1,98 +1,28 @@
 #include "engine/CInstallSequence.h"
 
+#include "VirtualInstallPage.h"
+
 #include <gtest/gtest.h>
 
-#include <map>
 #include <vector>
 
 namespace
 {
-// The page on a virtual clock: timers fire in time order and re-arm as Windows timers do;
-// a step that "takes" time lets due timers fire meanwhile, as draining the queue does.
-class VirtualPage : public IInstallSequenceHost
-{
-public:
-    int32_t dependencyMs = 0, copyMs = 0;
-    bool dependenciesOk = true, skip = false;
-
-    int64_t now = 0;
-    int64_t finishedAt = -1;
-    bool copied = false, pluginsRun = false;
-    int32_t finalizingTicks = -1, waitTicks = 0;
-    std::vector<int32_t> images;
-
-    void Run(CInstallSequence& sequence)
-    {
-        sequence_ = &sequence;
-        sequence.Start();
-        while (!due_.empty() && now < 600000)
-            FireNext();
-    }
-
-    void SetTimer(int32_t id, int32_t ms) override { due_[id] = {now + ms, ms}; }
-    void KillTimer(int32_t id) override { due_.erase(id); }
-    void ShowImage(int32_t n) override { images.push_back(n); }
-    bool RunDependencies() override { Spend(dependencyMs); return dependenciesOk; }
-    bool RunCopy() override { copied = true; Spend(copyMs); return true; }
-    bool RunPlugins() override { return pluginsRun = true; }
-    bool SkipInstall() override { return skip; }
-    void BeginFinalizing(int32_t ticks) override { finalizingTicks = ticks; }
-    void WaitTick() override { ++waitTicks; }
-    void Finish() override { finishedAt = now; }
-
-private:
-    struct Timer { int64_t due; int32_t period; };
-
-    void FireNext()
-    {
-        auto next = due_.begin();
-        for (auto it = due_.begin(); it != due_.end(); ++it)
-            if (it->second.due < next->second.due)
-                next = it;
-        const int32_t id = next->first;
-        now = next->second.due;
-        next->second.due = now + next->second.period;
-        EXPECT_TRUE(sequence_->OnTimer(id));
-    }
-
-    void Spend(int32_t ms)
-    {
-        const int64_t end = now + ms;
-        while (true) {
-            auto it = due_.find(CInstallSequence::kSlideshowTimer);
-            if (it == due_.end() || it->second.due > end)
-                break;
-            FireNext();
-        }
-        now = end;
-    }
-
-    std::map<int32_t, Timer> due_;
-    CInstallSequence* sequence_ = nullptr;
-};
-
 // effectiveMs: the slideshow's length after the floors; expectedTicks -1: "Finalizing
 // installation..." never shown.
 TEST(CInstallSequenceTest, EveryPictureIsShownForItsTimeBeforeTheWizardMovesOn)
 {
-    const struct
-    {
-        const char* name;
-        int32_t promoCount, promoMs, dependencyMs, copyMs;
-        bool skip;
-        int32_t effectiveMs, expectedTicks;
-        bool copies;
-    } rows[] = {
-        {"fast install waits for the slideshow", 2, 1500, 0, 0, false, 1500, 5, true},
-        {"count 0 and a short time count as 1 and 1000 ms", 0, 10, 0, 0, false, 1000, 4, true},
-        {"one picture still to come when finalizing", 3, 3000, 0, 1500, false, 3000, 7, true},
-        {"slideshow over during a long copy: no finalizing", 2, 1500, 0, 5000, false, 5000, -1, true},
-        {"installed files kept: no copy, still the whole slideshow", 4, 2000, 0, 0, true, 2000, 7, false},
+    const struct { const char* name; int32_t promoCount, promoMs, copyMs; bool skip; int32_t effectiveMs, expectedTicks;
+                   bool copies; } rows[] = {
+        {"fast install waits for the slideshow", 2, 1500, 0, false, 1500, 5, true},
+        {"count 0 and a short time count as 1 and 1000 ms", 0, 10, 0, false, 1000, 4, true},
+        {"one picture still to come when finalizing", 3, 3000, 1500, false, 3000, 7, true},
+        {"slideshow over during a long copy: no finalizing", 2, 1500, 5000, false, 5000, -1, true},
+        {"installed files kept: no copy, still the whole slideshow", 4, 2000, 0, true, 2000, 7, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        VirtualPage page;
-        page.dependencyMs = row.dependencyMs;
+        VirtualInstallPage page;
         page.copyMs = row.copyMs;
         page.skip = row.skip;
         CInstallSequence sequence(page, row.promoCount, row.promoMs);
@@ -117,7 +47,7 @@ TEST(CInstallSequenceTest, EveryPictureIsShownForItsTimeBeforeTheWizardMovesOn)
 
 TEST(CInstallSequenceTest, AStoppedDependencyStepEndsTheChain)
 {
-    VirtualPage page;
+    VirtualInstallPage page;
     page.dependenciesOk = false;
     CInstallSequence sequence(page, 1, 1000);
     page.Run(sequence);

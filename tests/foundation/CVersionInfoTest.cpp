@@ -40,12 +40,4 @@ TEST(CVersionInfoTest, VersionsCompareAsNumbersNotText)
     EXPECT_TRUE(CVersionInfo().IsZero());
     EXPECT_FALSE(CVersionInfo(0, 0, 0, 1).IsZero());
 }
-
-TEST(CVersionInfoTest, TextsHaveFourAndThreeParts)
-{
-    const CVersionInfo v(32, 1, 174, 9);
-    EXPECT_EQ(v.GetText(), u"32.1.174.9");
-    EXPECT_EQ(v.GetShortText(), u"32.1.174");
-    EXPECT_EQ(CVersionInfo().GetText(), u"0.0.0.0");
-}
 }

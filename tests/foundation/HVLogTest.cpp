@@ -1,12 +1,10 @@
 #include "foundation/HVLog.h"
-#include "foundation/HVLogTimer.h"
 
 #include "RecordingLogger.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace
 {
@@ -27,24 +25,5 @@ TEST(HVLogTest, LineCarriesLevelSourceAndFormattedMessageCutWhenLong)
     const std::string kept(HVLog::kMaxMessageLength, 'x');
     EXPECT_EQ(lines[1].message, kept + " [... 1000 more characters cut]");
     EXPECT_EQ(lines[2].message, kept);
-}
-
-TEST(HVLogTest, TimerLogsStartAndFinish)
-{
-    RecordingLogger log;
-    (void)HVLogTimer("RunProgram");   // no result set: the finish line names none
-    {
-        HVLogTimer timer("RunProgram");
-        timer.SetResult(7);
-    }
-    const auto lines = log.Lines();
-    ASSERT_EQ(lines.size(), 4u);
-    EXPECT_EQ(lines[0].message, "Start");
-    EXPECT_EQ(lines[1].message.rfind("Finish (", 0), 0u);
-    EXPECT_EQ(lines[1].message.find("result"), std::string::npos);
-    EXPECT_EQ(lines[1].message.substr(lines[1].message.size() - 4), " ms)");
-    EXPECT_EQ(lines[3].message.rfind("Finish (result: 7) (", 0), 0u);
-    for (const auto& line : lines)
-        EXPECT_EQ(line.source, "RunProgram");
 }
 }   // namespace

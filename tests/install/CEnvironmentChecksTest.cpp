@@ -1,65 +1,39 @@
 #include "install/CEnvironmentChecks.h"
 
-#include <gtest/gtest.h>
+#include "RecordingEnvironmentProbe.h"
 
-#include <string>
+#include <gtest/gtest.h>
 
 namespace
 {
 using Result = CEnvironmentChecks::Result;
+using Machine = RecordingEnvironmentProbe;
 
 constexpr uint32_t kSSE = CEnvironmentChecks::kSSEBit;
 constexpr uint32_t kSSE2 = CEnvironmentChecks::kSSE2Bit;
-
-// A machine from a table row; it records which checks were asked, in order.
-class TableMachine : public IEnvironmentProbe
-{
-public:
-    bool rights = true;
-    bool productClosed = true;
-    const char16_t* browser = u"11.0.0.0";
-    const char16_t* minimum = u"5.0.0.0";
-    uint32_t cpu = kSSE | kSSE2;
-    int32_t windows = 1012;
-    std::string asked;
-
-    bool HasWriteRights() override { return Ask("rights"), rights; }
-    bool EnsureProductNotRunning() override { return Ask("running"), productClosed; }
-    void StopProductService() override { Ask("service"); }
-    HVString InstalledBrowserVersion() override { return Ask("browser"), browser; }
-    HVString MinimumBrowserVersion() override { return minimum; }
-    uint32_t ProcessorFeatures() override { return Ask("cpu"), cpu; }
-    int32_t WindowsVersionCode() override { return Ask("windows"), windows; }
-
-private:
-    void Ask(const char* what) { asked += asked.empty() ? what : std::string(" ") + what; }
-};
 
 const char* const kAll = "rights running service browser cpu windows";
 }
 
 TEST(CEnvironmentChecks, OrderAndFirstFailureWins)
 {
-    const struct { const char* name; void (*setUp)(TableMachine&); Result expected; const char* asked; } cases[] = {
-        {"all pass", [](TableMachine&) {}, Result::Passed, kAll},
-        {"no rights", [](TableMachine& m) { m.rights = false; }, Result::NoRights, "rights"},
-        {"no rights and no SSE2: rights are told", [](TableMachine& m) { m.rights = false, m.cpu = 0; }, Result::NoRights,
-         "rights"},
-        {"product stays", [](TableMachine& m) { m.productClosed = false; }, Result::ProductRunning, "rights running"},
-        {"old browser", [](TableMachine& m) { m.browser = u"4.72.3110.0"; }, Result::BrowserTooOld,
-         "rights running service browser"},
-        {"SSE without SSE2, before the Windows version is looked at", [](TableMachine& m) { m.cpu = kSSE, m.windows = 1004; },
+    const struct { const char* name; void (*setUp)(Machine&); Result expected; const char* asked; } cases[] = {
+        {"all pass", [](Machine&) {}, Result::Passed, kAll},
+        {"no rights", [](Machine& m) { m.rights = false; }, Result::NoRights, "rights"},
+        {"no rights and no SSE2: rights are told", [](Machine& m) { m.rights = false, m.cpu = 0; }, Result::NoRights, "rights"},
+        {"product stays", [](Machine& m) { m.productClosed = false; }, Result::ProductRunning, "rights running"},
+        {"old browser", [](Machine& m) { m.browser = u"4.72.3110.0"; }, Result::BrowserTooOld, "rights running service browser"},
+        {"SSE without SSE2, before the Windows version is looked at", [](Machine& m) { m.cpu = kSSE, m.windows = 1004; },
          Result::NoSSE2, "rights running service browser cpu"},
-        {"SSE2 without SSE", [](TableMachine& m) { m.cpu = kSSE2; }, Result::NoSSE2,
-         "rights running service browser cpu"},
-        {"NT 4", [](TableMachine& m) { m.windows = 1004; }, Result::WindowsNotSupported, kAll},
-        {"Windows 2000", [](TableMachine& m) { m.windows = 1005; }, Result::Passed, kAll},
-        {"unknown Windows", [](TableMachine& m) { m.windows = 0; }, Result::WindowsNotSupported, kAll},
-        {"code 2000", [](TableMachine& m) { m.windows = 2000; }, Result::WindowsNotSupported, kAll},
-        {"code 1999", [](TableMachine& m) { m.windows = 1999; }, Result::Passed, kAll},
+        {"SSE2 without SSE", [](Machine& m) { m.cpu = kSSE2; }, Result::NoSSE2, "rights running service browser cpu"},
+        {"NT 4", [](Machine& m) { m.windows = 1004; }, Result::WindowsNotSupported, kAll},
+        {"Windows 2000", [](Machine& m) { m.windows = 1005; }, Result::Passed, kAll},
+        {"unknown Windows", [](Machine& m) { m.windows = 0; }, Result::WindowsNotSupported, kAll},
+        {"code 2000", [](Machine& m) { m.windows = 2000; }, Result::WindowsNotSupported, kAll},
+        {"code 1999", [](Machine& m) { m.windows = 1999; }, Result::Passed, kAll},
     };
     for (const auto& c : cases) {
-        TableMachine machine;
+        Machine machine;
         c.setUp(machine);
         EXPECT_EQ(CEnvironmentChecks::Run(machine), c.expected) << c.name;
         EXPECT_EQ(machine.asked, c.asked) << c.name;

@@ -13,23 +13,15 @@ std::string U8(const HVString& s) { return s.ToUtf8(); }
 
 const char16_t* const kXmlPath = u"C:\\Setup\\Disk1\\Install.xml";
 
-// support and media are "" when the default stays.
-struct SettingsCase
-{
-    const char* name;
-    const char16_t* xml;
-    bool applies;
-    const char* support;
-    bool allowDowngrade;
-    const char* media;
-};
-
 TEST(CInstallSettingsTest, SettingsCountOnlyForHvicVersionOneOrLater)
 {
     // The folders that "exist" on this fake machine.
     const std::set<std::string> existing = {"C:\\Setup\\Support Files\\", "C:\\Setup\\Disk1\\Media\\",
                                             "D:\\Shared\\Media\\"};
     const auto exists = [&](const HVString& folder) { return existing.count(U8(folder)) != 0; };
+    // Support and media are "" when the default stays.
+    struct SettingsCase { const char* name; const char16_t* xml; bool applies; const char* support; bool allowDowngrade;
+                          const char* media; };
     const SettingsCase cases[] = {
         {"all three", u"<HVIC version='1.0'><Settings SupportFiles='..\\Support Files' AllowDowngrade='1' "
                       u"BundledMedia='Media'/></HVIC>",

@@ -1,6 +1,7 @@
 #include "install/CSelectPathRules.h"
 
-#include "foundation/HVTranslator.h"
+#include "BracketTranslator.h"
+#include "SelectPathMachine.h"
 
 #include <gtest/gtest.h>
 
@@ -10,38 +11,6 @@
 namespace
 {
 std::string U8(const HVString& s) { return s.ToUtf8(); }
-
-// A machine described by plain fields; records what the rules asked it to create.
-class FakeMachine : public ISelectPathMachine
-{
-public:
-    HVString windows = u"C:\\Windows";
-    HVString programFiles = u"C:\\Program Files\\";
-    std::vector<HVString> protectedFolders{u"D:\\Games\\Other Player\\", u"C:\\Tools\\Editor"};
-    HVString remembered;
-    HVString earlier;
-    bool createOk = true;
-    std::optional<uint64_t> freeBytes = uint64_t(1) << 40;
-    mutable std::vector<HVString> created;
-
-    HVString WindowsFolder() const override { return windows; }
-    HVString ProgramFilesFolder() const override { return programFiles; }
-    std::vector<HVString> ProtectedFolders() const override { return protectedFolders; }
-    HVString RememberedFolder() const override { return remembered; }
-    HVString EarlierInstallationFolder() const override { return earlier; }
-    bool MakeDirectoryTree(const HVString& folder) override
-    {
-        created.push_back(folder);
-        return createOk;
-    }
-    bool FreeBytes(const HVString&, uint64_t& bytes) const override
-    {
-        if (!freeBytes)
-            return false;
-        bytes = *freeBytes;
-        return true;
-    }
-};
 
 constexpr uint64_t MiB = uint64_t(1) << 20;
 
@@ -67,7 +36,7 @@ TEST(CSelectPathRules, RefusesWithTheFirstFailingCheck)
         {u"C:Sonora", 6, u"C:Sonora\\"}, {u"..\\..\\Sonora", 6, u"..\\..\\Sonora\\"},
     };
     for (const auto& row : rows) {
-        FakeMachine machine;
+        SelectPathMachine machine;
         CSelectPathResult r = CSelectPathRules::Check(row.entered, u"Sonora", machine);
         EXPECT_EQ(r.check, row.check) << U8(HVString(row.entered));
         EXPECT_EQ(r.accepted, row.check == 0);
@@ -85,7 +54,7 @@ TEST(CSelectPathRules, FreeSpaceIsMeasuredInWholeMiBAgainstThirty)
         {std::nullopt, true}, {UINT64_MAX, true},    {29 * MiB, false},
     };
     for (const Row& row : rows) {
-        FakeMachine machine;
+        SelectPathMachine machine;
         machine.freeBytes = row.free;
         CSelectPathResult r = CSelectPathRules::Check(u"E:\\Sonora", u"Sonora", machine);
         EXPECT_EQ(r.accepted, row.accepted) << (row.free ? *row.free : 0);
@@ -101,7 +70,7 @@ TEST(CSelectPathRules, FreeSpaceIsMeasuredInWholeMiBAgainstThirty)
 
 TEST(CSelectPathRules, EarlierChecksWinOverLaterOnesAndUnreadFoldersRefuseNothing)
 {
-    FakeMachine machine;
+    SelectPathMachine machine;
     machine.windows = u"C:\\Windows\\";
     machine.protectedFolders = {u"C:\\Windows\\Apps\\", u"C:\\Program Files\\"};
     machine.createOk = false;
@@ -114,31 +83,18 @@ TEST(CSelectPathRules, EarlierChecksWinOverLaterOnesAndUnreadFoldersRefuseNothin
     EXPECT_EQ(U8(machine.created[0]), "C:\\Elsewhere\\");
 
     // A machine whose folders couldn't be read must not refuse every folder.
-    FakeMachine unread;
+    SelectPathMachine unread;
     unread.windows.Empty();
     unread.programFiles.Empty();
     unread.protectedFolders = {HVString(), HVString(u"")};
     EXPECT_TRUE(CSelectPathRules::Check(u"C:\\Sonora", u"Sonora", unread).accepted);
 }
 
-class PrefixTranslator : public IHVTranslator
-{
-public:
-    HVString Translate(const HVString& english) const override
-    {
-        if (english == u"%s can not be installed to an empty folder.\r\n\r\n")
-            return u"Leer: %s.\r\n\r\n";
-        if (english == u"Failed to create %s directory.")
-            return u"Ordner %s nicht erstellt.";
-        return u"[" + english + u"]";
-    }
-};
-
 TEST(CSelectPathRules, TranslatesEachPartBeforeFillingInTheName)
 {
-    PrefixTranslator translator;
-    HVTranslator::Set(&translator);
-    FakeMachine machine;
+    const BracketTranslator translator({{u"%s can not be installed to an empty folder.\r\n\r\n", u"Leer: %s.\r\n\r\n"},
+                                        {u"Failed to create %s directory.", u"Ordner %s nicht erstellt."}});
+    SelectPathMachine machine;
     CSelectPathResult r = CSelectPathRules::Check(u"", u"%s", machine);   // a name with a marker stays literal
     EXPECT_EQ(U8(r.title), "[Invalid Destination Folder]");
     EXPECT_EQ(U8(r.text), "Leer: %s.\r\n\r\n[Please enter a new destination folder.]");
@@ -146,51 +102,40 @@ TEST(CSelectPathRules, TranslatesEachPartBeforeFillingInTheName)
     r = CSelectPathRules::Check(u"F:\\x", u"Sonora", machine);
     EXPECT_EQ(U8(r.title), "[Error]");
     EXPECT_EQ(U8(r.text), "Ordner F:\\x\\ nicht erstellt.");
-    HVTranslator::Set(nullptr);
 }
-
-struct ProposalRow
-{
-    const char* name;
-    bool portable, earlierFound;
-    const char16_t *current, *earlier, *remembered, *installToPath, *expected;
-    const char16_t* answered = u"";
-};
 
 TEST(CSelectPathRules, ProposesTheFirstKnownFolderInOrder)
 {
-    const ProposalRow rows[] = {
-        {"portable is always empty", true, true, u"C:\\Old\\", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u""},
-        {"current destination kept", false, true, u"C:\\Typed\\", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Typed\\"},
-        {"earlier installation", false, true, u"", u"C:\\Earlier\\", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Earlier\\"},
-        {"earlier folder ignored when not found", false, false, u"", u"C:\\Earlier\\", u"C:\\Rem", u"C:\\Xml\\", u"C:\\Rem\\"},
-        {"found but no folder", false, true, u"", u"", u"C:\\Rem\\", u"C:\\Xml\\", u"C:\\Rem\\"},
-        {"remembered (x86) discarded", false, false, u"", u"", u"C:\\Program Files (x86)\\Halvard\\Sonora\\", u"C:\\Xml\\", u"C:\\Xml\\"},
-        {"remembered (X86) discarded", false, false, u"", u"", u"C:\\Program Files (X86)\\S\\", u"", u"C:\\Program Files\\Halvard\\Sonora\\"},
-        {"install description", false, false, u"", u"", u"", u"D:\\From Xml", u"D:\\From Xml\\"},
-        {"built from Program Files", false, false, u"", u"", u"", u"", u"C:\\Program Files\\Halvard\\Sonora\\"},
-        {"a typed destination stays as typed", false, false, u"E:\\Typed  ", u"", u"", u"", u"E:\\Typed  "},
-        {"portable: what an answer file says was typed", true, true, u"C:\\Old\\", u"C:\\Earlier\\", u"", u"",
-         u"F:\\Portable\\", u"F:\\Portable\\"},
+    // The machine's earlier installation and remembered folder; what the wizard knows (portable,
+    // earlier installation found, current destination, InstallToPath, the name, the answered
+    // folder); the proposal.
+    using In = CSelectPathRules::ProposalInput;
+    const std::u16string_view e = u"C:\\Earlier\\", r = u"C:\\Rem\\", x = u"C:\\Xml\\";
+    const struct { const char* name; HVString earlier, remembered; In in; const char16_t* expected; } rows[] = {
+        {"portable is always empty", e, r, {true, true, u"C:\\Old\\", x, u"Sonora", u""}, u""},
+        {"current destination kept", e, r, {false, true, u"C:\\Typed\\", x, u"Sonora", u""}, u"C:\\Typed\\"},
+        {"earlier installation", e, r, {false, true, u"", x, u"Sonora", u""}, u"C:\\Earlier\\"},
+        {"earlier folder ignored when not found", e, u"C:\\Rem", {false, false, u"", x, u"Sonora", u""}, u"C:\\Rem\\"},
+        {"found but no folder", u"", r, {false, true, u"", x, u"Sonora", u""}, u"C:\\Rem\\"},
+        {"remembered (x86) discarded", u"", u"C:\\Program Files (x86)\\Halvard\\Sonora\\", {false, false, u"", x, u"Sonora", u""},
+         u"C:\\Xml\\"},
+        {"remembered (X86) discarded", u"", u"C:\\Program Files (X86)\\S\\", {false, false, u"", u"", u"Sonora", u""},
+         u"C:\\Program Files\\Halvard\\Sonora\\"},
+        {"install description", u"", u"", {false, false, u"", u"D:\\From Xml", u"Sonora", u""}, u"D:\\From Xml\\"},
+        {"built from Program Files", u"", u"", {false, false, u"", u"", u"Sonora", u""}, u"C:\\Program Files\\Halvard\\Sonora\\"},
+        {"a typed destination stays as typed", u"", u"", {false, false, u"E:\\Typed  ", u"", u"Sonora", u""}, u"E:\\Typed  "},
+        {"portable: what an answer file says was typed", e, u"", {true, true, u"C:\\Old\\", u"", u"Sonora", u"F:\\Portable\\"},
+         u"F:\\Portable\\"},
     };
-    for (const ProposalRow& row : rows) {
-        FakeMachine machine;
+    for (const auto& row : rows) {
+        SelectPathMachine machine;
         machine.earlier = row.earlier;
         machine.remembered = row.remembered;
-        CSelectPathRules::ProposalInput in;
-        in.portable = row.portable;
-        in.earlierInstallationFound = row.earlierFound;
-        in.currentDestination = row.current;
-        in.installToPath = row.installToPath;
-        in.displayName = u"Sonora";
-        in.answeredFolder = row.answered;
-        EXPECT_EQ(U8(CSelectPathRules::Propose(in, machine)), U8(HVString(row.expected))) << row.name;
+        EXPECT_EQ(U8(CSelectPathRules::Propose(row.in, machine)), U8(HVString(row.expected))) << row.name;
     }
     // Program Files read without its backslash: still one between it and the company.
-    FakeMachine bare;
+    SelectPathMachine bare;
     bare.programFiles = u"C:\\Program Files";
-    CSelectPathRules::ProposalInput in;
-    in.displayName = u"Sonora";
-    EXPECT_EQ(U8(CSelectPathRules::Propose(in, bare)), "C:\\Program Files\\Halvard\\Sonora\\");
+    EXPECT_EQ(U8(CSelectPathRules::Propose(rows[8].in, bare)), "C:\\Program Files\\Halvard\\Sonora\\");
 }
 }

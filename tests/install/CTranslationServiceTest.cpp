@@ -3,8 +3,10 @@
 #include "foundation/HVLog.h"
 #include "foundation/HVTranslator.h"
 
+#include "LanguageFileText.h"
 #include "RecordingLogger.h"
 #include "ScratchDir.h"
+#include "SourceFile.h"
 
 #include <gtest/gtest.h>
 
@@ -16,14 +18,8 @@ namespace
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 HVString H(const char* utf8) { return HVString::FromUtf8(utf8); }
 
-HVString Doc(const char* body, const char* root = "<HVLanguage name=\"Deutsch\" code=\"de\">")
-{
-    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    text += root;
-    text += body;
-    text += "</HVLanguage>\n";
-    return H(text.c_str());
-}
+// A German language file with these entries.
+HVString Doc(const char* entries) { return H(LanguageFileText("Deutsch", "de", entries).c_str()); }
 
 // A text as written, and what should come out of it.
 struct TextRow { const char* english; const char* expected; };
@@ -149,43 +145,25 @@ TEST(CTranslationService, BrokenFilesLeaveEnglishWithAWarning)
     }
 }
 
-// Language files are listed through an injected lister, as the dialog lists them.
-bool ListDirectory(const HVString& folder, std::vector<HVString>& names)
-{
-    std::error_code error;
-    std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
-    if (error)
-        return false;
-    for (const auto& entry : it)
-        names.push_back(HVString(entry.path().filename().u16string()));
-    return true;
-}
-
-std::string LanguageFile(const char* name, const char* code)
-{
-    return std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVLanguage name=\"") + name + "\" code=\"" + code +
-           "\"><Text><English>Cancel</English><Translation>" + name + "</Translation></Text></HVLanguage>\n";
-}
-
 TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
 {
     RecordingLogger log;
     const ScratchDir dir;
-    dir.Write("Deutsch.xml", LanguageFile("Deutsch", "de"));
-    dir.Write("francais.XML", LanguageFile("Français", "fr"));
-    dir.Write("aa.xml", LanguageFile("Afrikaans", "af"));
+    dir.Write("Deutsch.xml", LanguageFileText("Deutsch", "de"));
+    dir.Write("francais.XML", LanguageFileText("Français", "fr"));
+    dir.Write("aa.xml", LanguageFileText("Afrikaans", "af"));
     dir.Write("Broken.xml", "<HVLanguage name=\"Broken\"><Text>");
     dir.Write("Install.xml", "<HVIC version=\"1.0\"><Settings/></HVIC>");
     dir.Write("Nameless.xml", "<HVLanguage><Text><English>a</English><Translation>b</Translation></Text></HVLanguage>");
-    dir.Write("Deutsch2.xml", LanguageFile("deutsch", "de-AT"));
-    dir.Write("English.xml", LanguageFile("English", "en"));
+    dir.Write("Deutsch2.xml", LanguageFileText("deutsch", "de-AT"));
+    dir.Write("English.xml", LanguageFileText("English", "en"));
     const std::u16string greek = u"\uFEFF<HVLanguage name=\"Ελληνικά\" code=\"el\"><Text><English>Cancel</English>"
                                  u"<Translation>Άκυρο</Translation></Text></HVLanguage>";
     dir.Write("Greek.xml", std::string(reinterpret_cast<const char*>(greek.data()), greek.size() * 2));
-    dir.Write("notes.txt", LanguageFile("Text", "tx"));
+    dir.Write("notes.txt", LanguageFileText("Text", "tx"));
     std::filesystem::create_directories(dir.Dir() / "Folder.xml");
 
-    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ListDirectory);
+    const std::vector<CLanguageInfo> languages = CTranslationService::ListLanguages(dir.Folder(), ScratchDir::ListNames);
     std::vector<std::string> names;
     for (const CLanguageInfo& l : languages)
         names.push_back(U8(l.name) + "/" + U8(l.code));
@@ -206,8 +184,6 @@ TEST(LanguageFolder, ListsEnglishFirstThenTheLanguagesByName)
 TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
 {
     const ScratchDir dir;
-    const auto missing = [](const HVString&, std::vector<HVString>&) { return false; };
-    ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", missing).size(), 1u);
     ASSERT_EQ(CTranslationService::ListLanguages(u"nowhere", nullptr).size(), 1u);
     const auto ghosts = [](const HVString&, std::vector<HVString>& names) {
         names = {u"Gone.xml", u".xml", u"x"};
@@ -227,11 +203,7 @@ TEST(LanguageFolder, MissingFolderOrFilesListEnglishAlone)
 // The shipped German file: every entry usable, and the texts of the program found in it.
 TEST(CTranslationService, SampleGermanFileTranslatesTheWizardsTexts)
 {
-#ifdef _WIN32
-    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"\\sample\\Languages\\Deutsch.xml";
-#else
-    const HVString path = HVString::FromUtf8(IW_SOURCE_DIR) + u"/sample/Languages/Deutsch.xml";
-#endif
+    const HVString path = SourceFilePath("sample/Languages/Deutsch.xml");
     RecordingLogger log;
     CTranslationService service;
     ASSERT_TRUE(service.Load(path));

@@ -1,7 +1,8 @@
 #include "integration/FileTypeModel.h"
 
-#include "foundation/HVTranslator.h"
 #include "foundation/HVXMLDocument.h"
+
+#include "BracketTranslator.h"
 
 #include <gtest/gtest.h>
 
@@ -48,13 +49,10 @@ TEST(FileTypeModelTest, ListsMediaTypesOverridesPluginsAndMime)
     EXPECT_EQ(model.Description(u".mp3"), u"MP3 Audio file (Tracker)");
     EXPECT_EQ(model.Description(u".mp4"), u"MP4 Video file");
     // The user reads it in the language chosen: the format and the media type are translated.
-    struct Brackets : IHVTranslator
     {
-        HVString Translate(const HVString& english) const override { return u"[" + english + u"]"; }
-    } brackets;
-    HVTranslator::Set(&brackets);
-    EXPECT_EQ(model.Description(u".mp4"), u"[MP4 [Video] file]");
-    HVTranslator::Set(nullptr);
+        const BracketTranslator translator;
+        EXPECT_EQ(model.Description(u".mp4"), u"[MP4 [Video] file]");
+    }
     ASSERT_EQ(model.MimeAssociations().size(), 1u);
     EXPECT_EQ(model.MimeAssociations()[0].extension, u".mp3");
     EXPECT_EQ(FileTypeModel::JoinList(model.Protocols()), u"itpc");

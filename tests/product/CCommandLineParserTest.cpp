@@ -77,8 +77,7 @@ const Case kCases[] = {
 
 TEST(CCommandLineParser, ReadsEachOptionAndIgnoresTheRest)
 {
-    for (const Case& c : kCases)
-    {
+    for (const Case& c : kCases) {
         InstallOptions options;
         const auto ignored = CCommandLineParser::Parse(c.commandLine, options);
         const std::string line = HVString(c.commandLine).ToUtf8();

@@ -18,8 +18,7 @@ TEST(CSetupFolders, FoldersAndTheDescriptionBesideOrAbove)
         // A folder given without its backslash still yields well-formed paths.
         {u"D:\\Setup", true, u"D:\\Setup\\Support\\", u"D:\\Setup\\Library\\", u"D:\\Setup\\Install.xml"},
     };
-    for (const Case& c : cases)
-    {
+    for (const Case& c : cases) {
         InstallOptions options;
         std::vector<HVString> asked;
         CSetupFolders::Apply(

@@ -4,7 +4,8 @@
 #include "product/CCommandLineParser.h"
 #include "product/InstallExitCode.h"
 
-#include "foundation/HVTextFileReader.h"
+#include "ManifestValue.h"
+#include "SourceFile.h"
 
 #include <gtest/gtest.h>
 
@@ -13,27 +14,6 @@
 
 namespace
 {
-std::string SourceFile(const char* relative)
-{
-    std::string path = std::string(IW_SOURCE_DIR) + "/" + relative;
-#ifdef _WIN32
-    for (char& ch : path)
-        ch = ch == '/' ? '\\' : ch;
-#endif
-    HVString text;
-    EXPECT_TRUE(HVTextFileReader::Read(HVString::FromUtf8(path), text)) << path;
-    return text.ToUtf8();
-}
-
-std::string Value(const std::string& text, const std::string& key)
-{
-    const size_t at = text.find("\n" + key + ": ");
-    if (at == std::string::npos)
-        return "<" + key + " missing>";
-    const size_t start = at + key.size() + 3;
-    return text.substr(start, text.find('\n', start) - start);
-}
-
 // What each exit code means to a deployment; 0 and 1603 need no entry (success, and failure
 // with nothing more to say).
 const std::map<int, std::string> kResponses = {
@@ -48,11 +28,11 @@ const std::string kInstaller = "packaging/winget/Halvard.Sonora.installer.yaml";
 
 TEST(PackageManifest, ReturnCodesAreTheProgramsExitCodes)
 {
-    const std::string manifest = SourceFile(kInstaller.c_str());
+    const std::string manifest = SourceFileText(kInstaller);
     std::map<int, std::string> listed;
     for (size_t at = manifest.find("- InstallerReturnCode: "); at != std::string::npos;
          at = manifest.find("- InstallerReturnCode: ", at + 1))
-        listed[std::stoi(manifest.substr(at + 23))] = Value(manifest.substr(at), "  ReturnResponse");
+        listed[std::stoi(manifest.substr(at + 23))] = ManifestValue(manifest.substr(at), "  ReturnResponse");
     EXPECT_EQ(listed, kResponses);
     // A new exit code gets its meaning here (and so in the manifest) before this passes.
     for (const InstallExitCode code : kInstallExitCodes)
@@ -61,9 +41,9 @@ TEST(PackageManifest, ReturnCodesAreTheProgramsExitCodes)
 
 TEST(PackageManifest, SwitchesDoWhatTheManifestSays)
 {
-    const std::string manifest = SourceFile(kInstaller.c_str());
+    const std::string manifest = SourceFileText(kInstaller);
     const auto parse = [&](const char* key, const char* placeholder, const char16_t* path) {
-        HVString line = HVString::FromUtf8(Value(manifest, std::string("  ") + key));
+        HVString line = HVString::FromUtf8(ManifestValue(manifest, std::string("  ") + key));
         if (placeholder)
             line.Replace(HVString::FromUtf8(placeholder), path);
         InstallOptions options;
@@ -79,7 +59,7 @@ TEST(PackageManifest, SwitchesDoWhatTheManifestSays)
     EXPECT_EQ(log.logPath, u"C:\\Deploy Logs\\sonora.log");
     EXPECT_EQ(parse("InstallLocation", "<INSTALLPATH>", u"D:\\My Apps\\Sonora").destinationFolder, u"D:\\My Apps\\Sonora");
     // A program whose manifest asks for administrator rights raises itself when started without.
-    EXPECT_NE(SourceFile("src/install/win/res/InstallWizard.manifest").find("\"requireAdministrator\""), std::string::npos);
-    EXPECT_EQ(Value(manifest, "ElevationRequirement"), "elevatesSelf");
-    EXPECT_EQ(Value(manifest, "Scope"), "machine");
+    EXPECT_NE(SourceFileText("src/install/win/res/InstallWizard.manifest").find("\"requireAdministrator\""), std::string::npos);
+    EXPECT_EQ(ManifestValue(manifest, "ElevationRequirement"), "elevatesSelf");
+    EXPECT_EQ(ManifestValue(manifest, "Scope"), "machine");
 }

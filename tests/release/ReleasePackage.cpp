@@ -3,6 +3,7 @@
 // its package manifest and installed with the manifest's own silent switch, and the signed
 // setup folder installed as it is.
 #include "E2ESupport.h"
+#include "ManifestValue.h"
 
 #include "foundation/HVZipReader.h"
 #include "foundation/win/HVFileSystem.h"
@@ -22,16 +23,7 @@ std::wstring FromEnvironment(const char* name)
     return e2e::Wide(value ? value : "");
 }
 
-// The text after "<key>: " on the manifest's first line that has it (YAML as the release
-// writes it: one key a line).
-std::wstring ManifestValue(const std::string& manifest, const std::string& key)
-{
-    const size_t at = manifest.find(key + ": ");
-    if (at == std::string::npos)
-        return L"";
-    const size_t start = at + key.size() + 2;
-    return e2e::Wide(manifest.substr(start, manifest.find_first_of("\r\n", start) - start));
-}
+std::wstring Manifest(const std::string& manifest, const std::string& key) { return e2e::Wide(ManifestValue(manifest, key)); }
 
 using Release = e2e::FreshMachineTest;
 }  // namespace
@@ -41,12 +33,12 @@ TEST_F(Release, TheDownloadIsTheManifestsAndInstallsWithItsSilentSwitch)
     const std::wstring release = FromEnvironment("IW_RELEASE");
     const std::string manifest = e2e::ReadFileText(release + L"winget\\Halvard.Sonora.installer.yaml");
     ASSERT_FALSE(manifest.empty()) << e2e::Utf8(release);
-    const std::wstring version = ManifestValue(manifest, "PackageVersion");
+    const std::wstring version = Manifest(manifest, "PackageVersion");
     const std::wstring archive = release + L"Sonora-" + version + L"-setup.zip";
 
     HVFileHandle file = HVFileSystem::OpenFile(archive.c_str(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
     ASSERT_TRUE(file) << e2e::Utf8(archive);
-    EXPECT_TRUE(HVSha256::Matches(HVSha256::OfFile(file.Get()), ManifestValue(manifest, "InstallerSha256").c_str()));
+    EXPECT_TRUE(HVSha256::Matches(HVSha256::OfFile(file.Get()), Manifest(manifest, "InstallerSha256").c_str()));
     file = HVFileHandle();
 
     std::vector<uint8_t> bytes;
@@ -56,17 +48,17 @@ TEST_F(Release, TheDownloadIsTheManifestsAndInstallsWithItsSilentSwitch)
     ASSERT_TRUE(HVZipUnpacker::ReadArchive(archive.c_str(), bytes) && reader.Open(bytes.data(), bytes.size()) &&
                 HVZipUnpacker::Unpack(reader, setup.c_str(), true, error))
         << error.ToUtf8() << reader.GetError().ToUtf8();
-    ASSERT_TRUE(e2e::PathExists(setup + ManifestValue(manifest, "- RelativeFilePath")));
+    ASSERT_TRUE(e2e::PathExists(setup + Manifest(manifest, "- RelativeFilePath")));
 
-    const e2e::SetupRun run = e2e::RunSetup(setup, ManifestValue(manifest, "  Silent"));
+    const e2e::SetupRun run = e2e::RunSetup(setup, Manifest(manifest, "  Silent"));
     ASSERT_TRUE(run.result.ExitedWith(0)) << run.Describe();
     // Apps and Features shows what the manifest says it will.
     const std::wstring entry = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" +
-                               ManifestValue(manifest, "  ProductCode");
+                               Manifest(manifest, "  ProductCode");
     for (const char* name : {"DisplayName", "Publisher", "DisplayVersion"})
-        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry, e2e::Wide(name), HVRegView::Key64), ManifestValue(manifest, name))
+        EXPECT_EQ(e2e::RegString(HKEY_LOCAL_MACHINE, entry, e2e::Wide(name), HVRegView::Key64), Manifest(manifest, name))
             << name;
-    EXPECT_EQ(version, ManifestValue(manifest, "  DisplayVersion"));
+    EXPECT_EQ(version, Manifest(manifest, "  DisplayVersion"));
 }
 
 TEST_F(Release, TheSignedSetupInstalls)

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <iterator>
 
 namespace
 {
@@ -89,11 +88,83 @@ Values Plus(Values a, const Values& b)
 const Files kNothingInstalled = {{L"{dest}", L"empty"}, {L"{setup}Finish.txt", L"-"}};
 const std::wstring kHandOver = L"utf16:HVFI0001\r\n{dest}Sonora.exe";
 const std::vector<e2e::WizardStep> kExpress = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations")};
+// The setup-type page's box for the next run, offered by the description; the wish it leaves.
+const std::wstring kAutoBox = L"Next time use Auto Install after 30 second timeout.";
+const std::vector<std::pair<std::string, std::string>> kAutoOffered = {{"Installer/OfferAutoInstall", "1"}};
+const Values kWished = {{kInstaller, L"Run Auto Install", L"dword:1"}};
+const std::vector<e2e::WizardStep> kAutoBoxClicked = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", kAutoBox), NextOn(L"File Associations")};
+// The destination page shows the default folder; then Next to the end of a custom install.
+const std::vector<e2e::WizardStep> kDefaultProposed = e2e::CustomInstall({{L"Destination Folder", [](const e2e::WizardView& v) {
+    EXPECT_EQ(e2e::ControlText(v.ControlOfClass(L"Edit")), e2e::DefaultDestination());
+    e2e::ClickNext(v);
+}}});
+const std::wstring kOwnEntry = L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora Earlier Entry";
+// The finish page after a copy that needs a restart: it says so, with its box checked, which
+// `keep` leaves as it is; then Finish. "Confirm Restart" answered by one of its two buttons.
+e2e::WizardStep RestartOffered(bool keep)
+{
+    return {L"Install Complete", [keep](const e2e::WizardView& v) {
+                EXPECT_EQ(v.Texts().empty() ? L"" : v.Texts().front(),
+                          L"Install Wizard could not copy all files.  Windows must be restarted to complete setup.");
+                EXPECT_TRUE(e2e::IsChecked(v.Control(L"Restart Windows now")));
+                if (!keep)
+                    e2e::Click(v.Control(L"Restart Windows now"));
+                e2e::ClickNext(v);
+            }};
+}
+e2e::DialogRule ConfirmRestart(const wchar_t* caption)
+{
+    return {.title = L"Confirm Restart",
+            .text = L"Please save your work and close any open programs.\r\n\r\n"
+                    L"Then click 'Restart' to restart your computer and finish installation.",
+            .buttonCaption = caption, .times = 1, .buttons = {L"Restart", L"Cancel"}};
+}
+// The destination page's refusals: the folders typed in turn, each refused by its box. The
+// page shows the default first and keeps the last refused text for correction; a good folder
+// with blanks after it is taken.
+e2e::DialogRule Refused(const std::wstring& why)
+{
+    return {.title = L"Invalid Destination Folder",
+            .text = L"Sonora can not be installed " + why + L".\r\n\r\nPlease enter a new destination folder.", .button = IDOK, .times = 1};
+}
+e2e::DialogRule NotMade(const std::wstring& folder)
+{
+    return {.title = L"Error", .text = L"Failed to create " + folder + L"\\ directory.", .button = IDOK, .times = 1};
+}
+const std::vector<std::pair<std::wstring, e2e::DialogRule>> kRefusals = {
+    {L"", Refused(L"to an empty folder")}, {L"    ", Refused(L"to an empty folder")}, {L"C:\\", Refused(L"to the root of a drive")},
+    {L"c:\\WINDOWS\\Sonora", Refused(L"in the Windows folder")}, {L"C:\\program files", Refused(L"to the root program files folder")},
+    {L"C:\\Program Files\\other vendor\\Tool\\Sonora", Refused(L"where a pre-existing program is installed")},
+    {L"Programs\\Sonora", NotMade(L"Programs\\Sonora")}, {L"Q:\\Sonora", NotMade(L"Q:\\Sonora")}};
+std::vector<e2e::WizardStep> TypedInTurn()
+{
+    std::vector<e2e::WizardStep> steps;
+    for (size_t i = 0; i <= kRefusals.size(); ++i)
+        steps.push_back({L"Destination Folder", [i](const e2e::WizardView& v) {
+                             const HWND edit = v.ControlOfClass(L"Edit");
+                             if (i == 0 || i == kRefusals.size()) {
+                                 EXPECT_EQ(e2e::ControlText(edit), i ? kRefusals.back().first : e2e::DefaultDestination());
+                             }
+                             e2e::TypeText(edit, i < kRefusals.size() ? kRefusals[i].first : L"C:\\Program Files\\Halvard\\Sonora Test   ");
+                             e2e::ClickNext(v);
+                         }, i > 0});
+    return e2e::CustomInstall(steps);
+}
+std::vector<e2e::DialogRule> RefusalBoxes()
+{
+    std::vector<e2e::DialogRule> boxes;
+    for (const auto& refusal : kRefusals)
+        boxes.push_back(refusal.second);
+    return boxes;
+}
+const e2e::DialogRule kFileTypesFatal = {
+    .title = L"Information",
+    .text = L"Failed to load file associations file.\r\n\r\nPlease reinstall the latest version of the program to fix this problem."
+            L"\r\n\r\nThis is a fatal error, so the program must close.\r\n\r\nPath: {dest}FileAssociations.xml\r\nVersion: ",
+    .match = e2e::TextMatch::StartsWith, .button = IDOK, .times = 1};
 
 const e2e::Scenario kScenarios[] = {
-    {.name = "first install, silent", .commandLine = L"/Silent",
-     .files = Installed(L"{dest}", SystemFiles({{L"{setup}Finish.txt", L"-"}})),
-     .values = Recorded({{kJournal, L"Delete File (0)", L"-"}, {kRunOnce, L"Install Wizard Completion", L"-"}})},
+    // A first silent install is tests/e2e/Install.cpp's and Records.cpp's.
     {.name = "first install, interactive express", .person = kExpress,
      .files = Installed(L"{dest}", {{L"{setup}Finish.txt", kHandOver}}),
      .values = Recorded({{L"HKCR\\.mp3", L"", L"Sonora32.File"}})},
@@ -222,6 +293,94 @@ const e2e::Scenario kScenarios[] = {
     {.name = "a read-only setup folder, interactive: no hand-over file, still installed", .readOnlySetup = true,
      .person = kExpress, .files = Installed(L"{dest}", {{L"{setup}Finish.txt", L"-"}}), .values = Recorded(),
      .logged = {L"Could not write {setup}Finish.txt"}},
+    {.name = "the auto-install box ticked is the next run's wish", .description = kAutoOffered, .person = kAutoBoxClicked,
+     .values = kWished},
+    {.name = "the auto-install box left clear", .description = kAutoOffered, .person = kExpress,
+     .values = {{kInstaller, L"Run Auto Install", L"dword:0"}}},
+    {.name = "the auto-install box cleared after an earlier wish", .description = kAutoOffered, .valuesBefore = kWished,
+     .person = kAutoBoxClicked, .values = {{kInstaller, L"Run Auto Install", L"dword:0"}}},
+    {.name = "auto install not offered: no box, and the wish is forgotten", .valuesBefore = kWished,
+     .person = {NextOn(L"Welcome"),
+                {L"Setup Type", [](const e2e::WizardView& v) {
+                     EXPECT_EQ(v.Control(kAutoBox), nullptr);
+                     e2e::ClickNext(v);
+                 }},
+                NextOn(L"File Associations")},
+     .values = {{kInstaller, L"Run Auto Install", L"-"}}},
+    {.name = "the destination page refuses each bad folder with its box",
+     .valuesBefore = {{L"HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sonora Other Tool", L"InstallLocation",
+                       L"C:\\Program Files\\Other Vendor\\Tool"}},
+     .person = TypedInTurn(), .answers = RefusalBoxes(), .files = {{L"C:\\Program Files\\Halvard\\Sonora Test\\Sonora.exe", L"*"}},
+     .logged = {L"destination C:\\Program Files\\Halvard\\Sonora Test\\,"}},
+    // An express reinstall passes the shortcut page on its defaults (the Start Menu only when
+    // another version made it, the desktop as the user has it) and its finish page: the
+    // program is handed over at once.
+    {.name = "an express reinstall of the same version", .installedBefore = L"/Silent",
+     .filesBefore = {{L"{startmenu}", L"-"}, {L"{desktop}Sonora.lnk", L"-"}}, .person = {NextOn(L"Welcome"), NextOn(L"Setup Type")},
+     .files = {{L"{startmenu}", L"-"}, {L"{desktop}Sonora.lnk", L"-"}, {L"{setup}Finish.txt", kHandOver}}},
+    {.name = "an express reinstall over another version", .installedBefore = L"/Silent",
+     .filesBefore = {{L"{startmenu}", L"-"}, {L"{desktop}Sonora.lnk", L"-"}},
+     .valuesBefore = {{kInstaller, L"Start Menu Version", L"dword:1"}}, .person = {NextOn(L"Welcome"), NextOn(L"Setup Type")},
+     .files = {{L"{startmenu}Sonora.lnk", L"*"}, {L"{desktop}Sonora.lnk", L"-"}, {L"{setup}Finish.txt", kHandOver}}},
+    // The file types chosen on the page are what gets registered: all cleared, then the first
+    // row (.mp3) ticked. An upgrade without an earlier installation asks for them.
+    {.name = "the file-association page's choice", .commandLine = L"/Upgrade /NoRun",
+     .person = {e2e::FileTypesOn({VK_SPACE}), NextOn(L"Install Complete")},
+     .values = {{kProperties, L"File Associations - Set", L".mp3"}, {kProperties, L"File Associations - Selected Media Types", L"Audio"},
+                {L"HKCR\\.mp3", L"", L"Sonora32.File"}, {L"HKCR\\.flac", L"", L"-"}}},
+    // A shell extension in use: the finish page offers the restart, and Cancel in its question
+    // keeps the page; declined, the run ends with 3010. Either way the journal is written and
+    // nothing is started before the restart.
+    {.name = "a shell extension in use: the restart, asked twice", .filesBefore = {{L"{dest}HVShellExt.dll", L"text:in use"}},
+     .held = {L"{dest}HVShellExt.dll"}, .environment = {L"IW_TEST_ONLY_NO_EXIT_WINDOWS=1"},
+     .person = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"), RestartOffered(true),
+                NextOn(L"Install Complete", true)},
+     .answers = {ConfirmRestart(L"Cancel"), ConfirmRestart(L"Restart")}, .files = {{L"{setup}Finish.txt", L"-"}},
+     .values = {{kRunOnce, L"Install Wizard Completion", L"*"}}, .logged = {L"mode: Restart", L"ExitWindowsEx(0x12)"}},
+    {.name = "a shell extension in use: the restart declined", .filesBefore = {{L"{dest}HVShellExt.dll", L"text:in use"}},
+     .held = {L"{dest}HVShellExt.dll"}, .environment = {L"IW_TEST_ONLY_NO_EXIT_WINDOWS=1"},
+     .person = {NextOn(L"Welcome"), NextOn(L"Setup Type"), NextOn(L"File Associations"), RestartOffered(false)},
+     .exitCode = 3010, .files = {{L"{setup}Finish.txt", L"-"}}, .values = {{kRunOnce, L"Install Wizard Completion", L"*"}},
+     .notLogged = {L"mode: Restart", L"ExitWindowsEx(0x12)"}},
+    // An earlier installation decides the destination, and the page is passed over; a folder
+    // that is gone, or a remembered 32-bit one, does not.
+    {.name = "the installations record's uninstall entry names the folder, quoted",
+     .filesBefore = {{L"C:\\Sonora Elsewhere\\Sonora.exe", L"text:x"}},
+     .valuesBefore = {{kRecord, L"Uninstall Key", L"Sonora Earlier Entry"}, {kOwnEntry, L"InstallLocation", L"\"C:\\Sonora Elsewhere\\\""}},
+     .person = e2e::CustomInstall({}),
+     .logged = {L"Earlier installation: C:\\Sonora Elsewhere\\", L"(destination C:\\Sonora Elsewhere\\, express 0"}},
+    {.name = "a recorded folder that is gone",
+     .valuesBefore = {{kRecord, L"Uninstall Key", L"Sonora Earlier Entry"}, {kOwnEntry, L"InstallLocation", L"C:\\Sonora Gone"}},
+     .person = kDefaultProposed, .logged = {L"Earlier installation: none", L"(destination {dest}, express 0"}},
+    {.name = "a remembered 32-bit folder",
+     .valuesBefore = {{kInstaller, L"Install Directory", L"C:\\Program Files (x86)\\Halvard\\Sonora\\"}},
+     .person = kDefaultProposed, .logged = {L"Earlier installation: none", L"(destination {dest}, express 0"}},
+    // Unattended runs ask nothing and start no countdown; the wish for the next run stays.
+    {.name = "/Silent with a wish: no countdown", .description = kAutoOffered, .valuesBefore = kWished, .commandLine = L"/Silent",
+     .values = kWished, .logged = {L"express 0"}, .notLogged = {L"Auto install in"}},
+    {.name = "/Upgrade with a wish and no earlier installation: only the file types asked", .description = kAutoOffered,
+     .valuesBefore = kWished, .commandLine = L"/Upgrade", .person = {NextOn(L"File Associations")}, .values = kWished,
+     .logged = {L"express 1"}, .notLogged = {L"Auto install in"}},
+    {.name = "/Silent /Upgrade with a wish", .description = kAutoOffered, .valuesBefore = kWished, .commandLine = L"/Silent /Upgrade",
+     .values = kWished, .logged = {L"express 1"}, .notLogged = {L"Auto install in"}},
+    // Bad input leaves the defaults and says so in the log.
+    {.name = "no Install.xml anywhere", .filesBefore = {{L"{setup}Install.xml", L"-"}}, .commandLine = L"/Silent",
+     .logged = {L"Install description not readable", L"allow downgrade no"}},
+    {.name = "an Install.xml version that is no number", .installXml = "<HVIC version=\"abc\"><Settings AllowDowngrade=\"1\"/></HVIC>",
+     .commandLine = L"/Silent", .logged = {L"Install settings not applicable", L"allow downgrade no"}},
+    {.name = "junk on the command line", .commandLine = L"/Silent /Foo /DistributorID /// \x00e9/\x4e2d",
+     .logged = {L"Unknown option ignored: /Foo"}},
+    {.name = "an earlier installation's service is stopped first",
+     .filesBefore = {{L"{dest}HVService.exe", L"setup:Listenwell\\HVService.exe"}}, .valuesBefore = kEarlierRecord,
+     .commandLine = L"/Silent", .files = {{L"{dest}HVService.stop.txt", L"text:\"{dest}HVService.exe\" /Stop\r\n"}},
+     .logged = {L"Parameters: /Stop"}},
+    // Without its file types the product can't be registered: a fatal box naming where the
+    // installed product keeps the file, and the install fails.
+    {.name = "no file-types description", .filesBefore = {{L"{setup}Listenwell\\FileAssociations.xml", L"-"}},
+     .commandLine = L"/Silent", .answers = {kFileTypesFatal}, .exitCode = 1603},
+    {.name = "a broken file-types description",
+     .filesBefore = {{L"{setup}Listenwell\\FileAssociations.xml", L"text:<LWFA version=\"1.0\"><Type"}}, .commandLine = L"/Silent",
+     .answers = {kFileTypesFatal}, .exitCode = 1603},
 };
 
 TEST(Scenarios, EachRowLeavesTheMachineItsExpectationDescribes)

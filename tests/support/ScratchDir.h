@@ -15,6 +15,7 @@
 #include <fstream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 class ScratchDir
 {
@@ -46,6 +47,19 @@ public:
     {
         std::ofstream(dir_ / name, std::ios::binary) << bytes;
         return Path(name);
+    }
+
+    // The names in a folder, for the product's code that is handed a folder lister; false when
+    // the folder can't be read.
+    static bool ListNames(const HVString& folder, std::vector<HVString>& names)
+    {
+        std::error_code error;
+        std::filesystem::directory_iterator it(std::filesystem::path(folder.view()), error);
+        if (error)
+            return false;
+        for (const auto& entry : it)
+            names.push_back(HVString(entry.path().filename().u16string()));
+        return true;
     }
 
     static HVString PathOf(const std::filesystem::path& p)

@@ -28,9 +28,14 @@ protected:
         root = HVString(e2e::ScratchFolder(std::wstring(name.begin(), name.end())).c_str());
         return !root.IsEmpty();
     }
-    void Write(const HVString& path, const std::string& content)
+    // Makes the file's folder when it is missing; `attributes` (read-only, say) are set after.
+    void Write(const HVString& path, const std::string& content, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
     {
+        ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(HVFileSystemPath::GetFolder(path))) << path.ToUtf8();
         ASSERT_TRUE(HVFileSystem::WriteFile(path, content.data(), content.size())) << path.ToUtf8();
+        if (attributes != FILE_ATTRIBUTE_NORMAL) {
+            ASSERT_TRUE(::SetFileAttributesW(HVFileSystemPath::ToLongPath(path).w(), attributes)) << path.ToUtf8();
+        }
     }
     std::string Read(const HVString& path)
     {
@@ -38,6 +43,12 @@ protected:
         if (!HVFileSystem::ReadFile(path, data))
             return "<unreadable>";
         return std::string(data.begin(), data.end());
+    }
+    // A folder held open without sharing, for as long as the handle lives: it can't be opened
+    // or listed, but files can still be made in it.
+    static HVFileHandle HoldWithoutSharing(const HVString& folder)
+    {
+        return HVFileHandle(::CreateFileW(folder.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     }
     // The names in a folder, sorted.
     std::vector<std::string> Names(const HVString& folder)

@@ -55,20 +55,16 @@ Setup MakeSetup(int files)
 {
     Setup setup;
     const std::wstring name = L"InstallBench" + std::to_wstring(files);
-    setup.folder = e2e::CopySampleSetup(name);
-    if (setup.folder.empty())
-        Fail("cannot copy the sample setup folder");
-    const e2e::TreeShape shape{.files = files, .totalBytes = kTreeBytes};
-    if (!e2e::WriteGeneratedTree(setup.folder + L"Listenwell\\", e2e::PlanTree(shape), 1))
-        Fail("cannot write the generated tree");
-    if (!e2e::SetDescriptionText(setup.folder, "Installer/PromoMinimumMilliseconds", std::to_string(kPromoFloorMs)))
-        Fail("Install.xml has no PromoMinimumMilliseconds");
     const std::wstring work = e2e::ScratchFolder(name + L"Out");
     setup.installFolder = work + L"Installed\\";
     setup.xcopyFolder = work + L"Xcopy\\";
     setup.log = work + L"Install.log";
-    if (!e2e::SetDescriptionText(setup.folder, "Product/InstallToPath", e2e::Utf8(setup.installFolder)))
-        Fail("Install.xml has no InstallToPath");
+    setup.folder = e2e::CopySampleSetupInstallingInto(name, setup.installFolder, kPromoFloorMs);
+    if (setup.folder.empty())
+        Fail("cannot copy the sample setup folder and point it at the install folder");
+    const e2e::TreeShape shape{.files = files, .totalBytes = kTreeBytes};
+    if (!e2e::WriteGeneratedTree(setup.folder + L"Listenwell\\", e2e::PlanTree(shape), 1))
+        Fail("cannot write the generated tree");
     return setup;
 }
 

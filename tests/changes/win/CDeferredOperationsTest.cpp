@@ -5,8 +5,9 @@
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVRegKey.h"
 
+#include "FreshMachine.h"
 #include "HeldFileLock.h"
-#include "TestPaths.h"
+#include "ScratchFolderTest.h"
 
 #include <gtest/gtest.h>
 
@@ -16,31 +17,19 @@ namespace
 {
 const HVString kProductRoot = u"Software\\Halvard\\Install Wizard Journal Test";
 
-class CDeferredOperationsTest : public ::testing::Test
+// The journal's key and the RunOnce command start and end as a fresh machine has them.
+class CDeferredOperationsTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
-        folder = HVString(e2e::ScratchFolder(L"CDeferredOperations").c_str());
-        ASSERT_TRUE(runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey));
-        runOnce.QueryString(CJournalFormat::kRunOnceValue, runOnceBefore);
-        TearDown();
+        ScratchFolderTest::SetUp();
+        ASSERT_TRUE(e2e::ResetToFreshMachine());
+        runOnce.Create(HKEY_CURRENT_USER, CJournalFormat::kRunOnceKey);
     }
-    void TearDown() override
-    {
-        HVRegKey halvard;
-        if (halvard.Open(HKEY_CURRENT_USER, u"Software\\Halvard", KEY_READ | KEY_WRITE))
-            halvard.DeleteSubKeyTree(u"Install Wizard Journal Test");
-        runOnceBefore.IsEmpty() ? runOnce.DeleteValue(CJournalFormat::kRunOnceValue)
-                                : runOnce.SetString(CJournalFormat::kRunOnceValue, runOnceBefore);
-    }
-    void Write(const HVString& path, const char* text, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
-    {
-        ASSERT_TRUE(HVFileSystem::WriteFile(path, text, strlen(text)));
-        ::SetFileAttributesW(path.w(), attributes);
-    }
+    void TearDown() override { e2e::ResetToFreshMachine(); }
 
-    HVString folder, runOnceBefore;
+    const HVString& folder = root;
     HVRegKey runOnce;
     CInstallChangeLog changes;
 };
@@ -67,7 +56,6 @@ TEST_F(CDeferredOperationsTest, JournalValuesAndTheCompletionCommand)
     ASSERT_TRUE(deferred.DeferInstall(folder + u"new.exe", folder + u"Sonora.exe"));
     deferred.DeferDelete(folder + u"b.dll");
     // One name bound for another folder: a staged copy of its own, none left half made.
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"Old\\"));
     Write(folder + u"Old\\new.exe", "o");
     ASSERT_TRUE(deferred.DeferInstall(folder + u"Old\\new.exe", folder + u"Plugins\\new.exe"));
     EXPECT_FALSE(HVFileSystem::Exists(folder + u"Setup\\1\\new.exe.iwnew", true));

@@ -18,13 +18,11 @@ namespace
 std::string RunProgramText(const RecordingLogger& log)
 {
     std::string text;
-    for (std::string line : log.Texts())
-    {
+    for (std::string line : log.Texts()) {
         if (line.rfind("RunProgram: ", 0) != 0)
             continue;
         const size_t ms = line.find(" ms)");
-        if (ms != std::string::npos)
-        {
+        if (ms != std::string::npos) {
             size_t open = line.rfind('(', ms);
             line.replace(open + 1, ms - open - 1, "N");
         }
@@ -40,8 +38,7 @@ HVString ExitLater() { return BinFolder() + u"ExitLater.exe"; }
 TEST(RunProgram, WaitsAndReturnsTheExitCodeWithThePartsLogLines)
 {
     // Directly and through the shell: the same lines, the shell's own one after the first.
-    for (bool useShell : {false, true})
-    {
+    for (bool useShell : {false, true}) {
         RecordingLogger log;
         int exitCode = 12345;
         const HVString path = ExitLater();
@@ -62,8 +59,7 @@ TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
     const struct { const char16_t* parameters; bool pump; int timeoutMs; int exitCode; } rows[] = {
         {u"0 0", true, 0, 0},     {u"1 0", true, 0, 1},     {u"3010 0", true, 0, 3010}, {u"-1 0", true, 0, -1},
         {u"255 0", true, 0, 255}, {u"4 1200", false, 0, 4}, {u"5 700", false, -5, 5}};
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         int exitCode = 999;
         ASSERT_TRUE(RunProgram(ExitLater(), row.parameters, SW_HIDE, true, row.pump, &exitCode, row.timeoutMs))
             << row.exitCode;
@@ -74,23 +70,6 @@ TEST(RunProgram, ExitCodesAcrossTheRangeAndTimeOutsThatMeanNoLimit)
     ASSERT_TRUE(RunProgram(ExitLater(), u"3 0", SW_HIDE, true, false));
     const std::string text = RunProgramText(log);
     EXPECT_TRUE(text.ends_with("\nRunProgram: Finish (N ms)\n")) << text;
-}
-
-TEST(RunProgram, ATimeoutOrACancelEndsAProgramThatRunsForever)
-{
-    const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
-    for (const bool byCancel : {false, true})
-    {
-        RecordingLogger log;
-        int exitCode = 0;
-        EXPECT_FALSE(RunProgram(ExitLater(), u"0 forever", SW_HIDE, true, !byCancel, &exitCode, byCancel ? 0 : 300,
-                                false, byCancel ? cancel : nullptr));
-        EXPECT_EQ(exitCode, -1);
-        const std::string text = RunProgramText(log);
-        EXPECT_NE(text.find(byCancel ? "RunProgram: Cancel\n" : "RunProgram: Timeout\n"), std::string::npos) << text;
-        EXPECT_EQ(text.find("Done waiting"), std::string::npos) << text;
-    }
-    ::CloseHandle(cancel);
 }
 
 // The program's path has blanks: it is quoted, and the parameters arrive as given.
@@ -113,27 +92,35 @@ TEST(RunProgram, WithoutWaitingItReturnsAtOnceAndTheProgramRunsFromAQuotedPath)
     EXPECT_NE(line.find("\"" + copy.ToUtf8() + "\" 9 0"), std::string::npos) << line;
 }
 
-TEST(RunProgram, AMissingProgramFailsWithTheSystemError)
+// A program that can't start, or that runs forever until the time-out or a cancel ends it:
+// no exit code, and the log line that says why.
+TEST(RunProgram, AMissingProgramTimeOutOrCancelGivesNoExitCode)
 {
-    for (bool useShell : {false, true})
-    {
+    const HANDLE cancel = ::CreateEventW(nullptr, TRUE, TRUE, nullptr);
+    const struct { HVString program; bool pump; int timeoutMs; bool shell; HANDLE cancel; const char *logged, *notLogged; } rows[] = {
+        {BinFolder() + u"NoSuchProgram.exe", false, 0, false, nullptr, "RunProgram: Failed to start (error 2)\n", "Running process"},
+        {BinFolder() + u"NoSuchProgram.exe", false, 0, true, nullptr, "RunProgram: Failed to start (error 2)\n", "Running process"},
+        {ExitLater(), true, 300, false, nullptr, "RunProgram: Timeout\n", "Done waiting"},
+        {ExitLater(), false, 0, false, cancel, "RunProgram: Cancel\n", "Done waiting"},
+    };
+    for (const auto& row : rows) {
         RecordingLogger log;
         int exitCode = 0;
-        EXPECT_FALSE(RunProgram(BinFolder() + u"NoSuchProgram.exe", u"", SW_HIDE, true, false, &exitCode, 0, useShell));
+        EXPECT_FALSE(RunProgram(row.program, u"0 forever", SW_HIDE, true, row.pump, &exitCode, row.timeoutMs, row.shell, row.cancel));
         EXPECT_EQ(exitCode, -1);
         const std::string text = RunProgramText(log);
-        EXPECT_NE(text.find("RunProgram: Failed to start (error 2)"), std::string::npos) << text;
-        EXPECT_EQ(text.find("Running process"), std::string::npos) << text;
-        EXPECT_EQ(text.find("Performing ShellExecute") != std::string::npos, useShell) << text;
+        EXPECT_NE(text.find(row.logged), std::string::npos) << text;
+        EXPECT_EQ(text.find(row.notLogged), std::string::npos) << text;
+        EXPECT_EQ(text.find("Performing ShellExecute") != std::string::npos, row.shell) << text;
     }
+    ::CloseHandle(cancel);
 }
 
 TEST(RunProgram, PumpsTheCallersMessagesWhileWaitingOnlyWhenAsked)
 {
     // A timer of this thread fires only if its messages are dispatched during the wait.
     static int ticks = 0;
-    for (const bool pump : {true, false})
-    {
+    for (const bool pump : {true, false}) {
         ticks = 0;
         int exitCode = 0;
         const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });
@@ -142,7 +129,6 @@ TEST(RunProgram, PumpsTheCallersMessagesWhileWaitingOnlyWhenAsked)
         EXPECT_EQ(ticks > 0, pump);
     }
     MSG msg;
-    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-    {
+    while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
     }
 }

@@ -117,4 +117,31 @@ bool WriteGeneratedTree(const std::wstring& root, const std::vector<GeneratedFil
     }
     return true;
 }
+
+FILETIME EditionStamp(WORD year)
+{
+    const SYSTEMTIME time = {year, 3, 0, 1, 12, 0, 0, 0};
+    FILETIME stamp = {};
+    SystemTimeToFileTime(&time, &stamp);
+    return stamp;
+}
+
+bool HasStamp(const WIN32_FIND_DATAW& file, const FILETIME& stamp)
+{
+    return CompareFileTime(&file.ftLastWriteTime, &stamp) == 0;
+}
+
+std::vector<uint32_t> EditionsFound(const std::wstring& root, const std::vector<GeneratedFile>& older, uint32_t olderEdition,
+                                    const std::vector<GeneratedFile>& newer, uint32_t newerEdition)
+{
+    std::vector<uint32_t> editions;
+    for (size_t i = 0; i < older.size(); ++i) {
+        std::string bytes;
+        ReadFileBytes(root + older[i].path, bytes);
+        editions.push_back(bytes == GeneratedContent(older[i], olderEdition)   ? olderEdition
+                           : bytes == GeneratedContent(newer[i], newerEdition) ? newerEdition
+                                                                               : 0);
+    }
+    return editions;
+}
 }

@@ -44,4 +44,12 @@ std::string GeneratedContent(const GeneratedFile& file, uint32_t edition);
 // folder listing, without reading a byte.
 bool WriteGeneratedTree(const std::wstring& root, const std::vector<GeneratedFile>& files, uint32_t edition,
                         const FILETIME* lastWrite = nullptr);
+// The edition of each file of a plan as found below `root`: `olderEdition` or `newerEdition`
+// (whose plan has the same paths, the sizes maybe changed), or 0 for bytes of neither.
+std::vector<uint32_t> EditionsFound(const std::wstring& root, const std::vector<GeneratedFile>& older, uint32_t olderEdition,
+                                    const std::vector<GeneratedFile>& newer, uint32_t newerEdition);
+// A last-write time for an edition: noon on the first of March of `year`; and whether a file
+// of a folder listing carries it.
+FILETIME EditionStamp(WORD year);
+bool HasStamp(const WIN32_FIND_DATAW& file, const FILETIME& stamp);
 }

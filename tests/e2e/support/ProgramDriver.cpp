@@ -189,6 +189,8 @@ bool ProgramDriver::AnswerDialogs(RunResult& result)
                 continue;
             if (!TextMatches(window.text, rule.text, rule.match))
                 continue;
+            if (!rule.buttons.empty() && rule.buttons != record.buttons)
+                continue;
             record.rule = static_cast<int>(i);
             break;
         }

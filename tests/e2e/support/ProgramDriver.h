@@ -37,6 +37,9 @@ struct DialogRule
     // The dialog stays open this long before it is answered, for tests that let time pass
     // while a question waits.
     DWORD answerAfterMs = 0;
+    // When given, the dialog's buttons (captions without "&", in order) must be just these for
+    // the rule to answer it.
+    std::vector<std::wstring> buttons{};
 };
 
 // Members start empty, so that a designated initializer may name only what a run needs.

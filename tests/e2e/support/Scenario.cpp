@@ -37,6 +37,8 @@ std::wstring Resolve(const std::wstring& text, const Place& place)
 {
     std::wstring out = Replace(text, L"{dest}", DefaultDestination());
     out = Replace(out, L"{setup}", place.setup);
+    out = Replace(out, L"{startmenu}", StartMenuFolder());
+    out = Replace(out, L"{desktop}", DesktopLink().substr(0, DesktopLink().rfind(L'\\') + 1));
     return Replace(out, L"{windows}", Expand(L"%SystemRoot%\\"));
 }
 
@@ -274,6 +276,16 @@ void Run(const Scenario& s, const Place& place)
 
     EXPECT_TRUE(run.result.ExitedWith(s.exitCode)) << run.Describe(user.Describe());
     EXPECT_TRUE(user.Finished()) << user.Describe();
+    // The boxes came in the order of their answers, each as often as it says.
+    std::vector<int> uses(s.answers.size());
+    for (size_t i = 0; i < run.result.dialogs.size(); ++i) {
+        const int rule = run.result.dialogs[i].rule;
+        EXPECT_TRUE(rule >= 0 && (i == 0 || rule >= run.result.dialogs[i - 1].rule)) << run.Describe();
+        if (rule >= 0)
+            ++uses[static_cast<size_t>(rule)];
+    }
+    for (size_t i = 0; i < s.answers.size(); ++i)
+        EXPECT_TRUE(s.answers[i].times == 0 || uses[i] == s.answers[i].times) << "answer " << i << "\n" << run.Describe();
     for (const ScenarioFile& file : s.files)
         CheckFile(file, place);
     for (size_t i = 0; i < s.values.size(); ++i) {
@@ -287,6 +299,8 @@ void Run(const Scenario& s, const Place& place)
     }
     for (const std::wstring& line : s.logged)
         EXPECT_TRUE(run.Logged(Resolve(line, place))) << Utf8(line) << "\n" << run.Describe();
+    for (const std::wstring& line : s.notLogged)
+        EXPECT_FALSE(run.Logged(Resolve(line, place))) << Utf8(line) << "\n" << run.Describe();
     if (s.untouched) {
         EXPECT_EQ(OwnTraces(), tracesBefore);
     }

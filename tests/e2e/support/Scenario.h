@@ -15,7 +15,7 @@ namespace e2e
 // RunScenario() starts from a fresh machine, arranges, runs, and checks every expectation.
 //
 // Paths may use {dest} (the default destination), {setup} (the row's setup folder), {windows}
-// (the Windows folder). Registry keys begin with HKCU\, HKLM\ (64-bit view), HKLM32\ or HKCR\;
+// (the Windows folder), {startmenu} (the product's Start Menu folder), {desktop} (the desktop). Registry keys begin with HKCU\, HKLM\ (64-bit view), HKLM32\ or HKCR\;
 // a last key name ending in "*" stands for the first subkey whose name starts with the rest.
 //
 // File contents, arranged or expected:
@@ -63,6 +63,7 @@ struct Scenario
     std::vector<std::wstring> environment{};
     std::wstring commandLine{};
     std::vector<WizardStep> person{};
+    // The boxes expected, in this order, each answering as many as its `times` says (0: any).
     std::vector<DialogRule> answers{};
     // No window of the program may become visible (the run is ended at the first).
     bool unseen = false;
@@ -71,6 +72,7 @@ struct Scenario
     std::vector<ScenarioFile> files{};
     std::vector<ScenarioValue> values{};
     std::vector<std::wstring> logged{};
+    std::vector<std::wstring> notLogged{};
     // Nothing the installer could write differs from the machine before the run.
     bool untouched = false;
 };

@@ -3,12 +3,25 @@
 #include "FolderTree.h"
 #include "TestPaths.h"
 
+#include "foundation/CVersionInfo.h"
+
+#include <windows.h>
+
 namespace e2e
 {
 std::wstring CopySampleSetup(const std::wstring& name)
 {
     const std::wstring folder = ScratchFolder(name);
     if (folder.empty() || !CopyTree(MediaFolder(), folder))
+        return {};
+    return folder;
+}
+
+std::wstring CopySampleSetupInstallingInto(const std::wstring& name, const std::wstring& installFolder, int promoMs)
+{
+    const std::wstring folder = CopySampleSetup(name);
+    if (folder.empty() || !SetDescriptionText(folder, "Product/InstallToPath", Utf8(installFolder)) ||
+        !SetDescriptionText(folder, "Installer/PromoMinimumMilliseconds", std::to_string(promoMs)))
         return {};
     return folder;
 }
@@ -37,5 +50,24 @@ bool SetDescriptionText(const std::wstring& setupFolder, const std::string& elem
         return false;
     xml.replace(at, end - at, value);
     return WriteFileBytes(path, xml);
+}
+
+std::wstring SampleProductVersion()
+{
+    CVersionInfo version;
+    return version.Read((MediaFolder() + L"Listenwell\\Sonora 32.exe").c_str())
+               ? std::wstring(reinterpret_cast<const wchar_t*>(version.GetText().c_str()))
+               : L"32.0.0.0";
+}
+
+uint64_t TreeBytes(const std::wstring& folder)
+{
+    uint64_t total = 0;
+    for (const std::wstring& file : ListTree(folder)) {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (GetFileAttributesExW((folder + file).c_str(), GetFileExInfoStandard, &data))
+            total += (uint64_t(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    }
+    return total;
 }
 }

@@ -1,5 +1,7 @@
 #include "SetupRun.h"
 
+#include <algorithm>
+
 #include "FolderTree.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
@@ -57,6 +59,22 @@ std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::
     return folder;
 }
 
+std::string DescriptionXml(const std::vector<std::pair<std::string, std::string>>& elements)
+{
+    std::vector<std::pair<std::string, std::string>> sections = {{"Product", "<LauncherName>Sonora.exe</LauncherName>"}};
+    for (const auto& [path, text] : elements) {
+        const std::string section = path.substr(0, path.find('/')), element = path.substr(path.find('/') + 1);
+        auto at = std::find_if(sections.begin(), sections.end(), [&](const auto& s) { return s.first == section; });
+        if (at == sections.end())
+            at = sections.insert(sections.end(), {section, ""});
+        at->second += "<" + element + ">" + text + "</" + element + ">";
+    }
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<HVIC version=\"1.0\">\n";
+    for (const auto& [section, inner] : sections)
+        xml += "  <" + section + ">" + inner + "</" + section + ">\n";
+    return xml + "</HVIC>\n";
+}
+
 std::string SetupRun::Describe(const std::string& more) const
 {
     return result.Describe() + "\n" + more + "\nLog:\n" + Utf8(log);
@@ -87,6 +105,26 @@ SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLi
     options.rules = std::move(rules);
     options.onPoll = std::move(onPoll);
     return RunSetup(std::move(options));
+}
+
+SetupRun RunUntilLogged(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules,
+                        const std::wstring& line)
+{
+    return RunSetup({.setupFolder = setupFolder, .commandLine = commandLine, .rules = std::move(rules), .timeoutMs = 30000,
+                     .onPoll = [line](DWORD) { return ReadText(SetupLogPath()).find(line) == std::wstring::npos; }});
+}
+
+RunResult RunSilentUntil(const std::wstring& setupFolder, std::function<bool(DWORD)> endWhen)
+{
+    return ProgramDriver({.setupFolder = setupFolder, .commandLine = L"/Silent", .endWhen = std::move(endWhen), .roundMs = 5,
+                          .watchDialogs = false})
+        .Run();
+}
+
+SetupRun RunUnseen(const std::wstring& setupFolder)
+{
+    return RunSetup({.setupFolder = setupFolder, .commandLine = L"/Silent /SuppressMessages", .timeoutMs = 30000,
+                     .onPoll = [](DWORD id) { return ListTopLevelWindows(id, true).empty(); }, .roundMs = 20});
 }
 
 RunningProduct::RunningProduct(bool ignoreClose, const std::wstring& recordFile)

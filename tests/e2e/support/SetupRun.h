@@ -6,6 +6,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace e2e
 {
@@ -24,6 +26,9 @@ int CountOf(const std::string& text, const std::string& what);
 // (none when `installXml` is empty) and, when asked, the sample agreement.
 std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::string>& installXml,
                              bool withAgreement = false);
+// An Install.xml for such a folder: the product's launcher and these element texts, each named
+// by its section ("Installer/OfferAutoInstall" -> "1"; the text is written as given).
+std::string DescriptionXml(const std::vector<std::pair<std::string, std::string>>& elements);
 
 // One run of the setup program that writes its log to SetupLogPath(), and the log read back.
 struct SetupRun
@@ -42,6 +47,19 @@ SetupRun RunSetup(RunOptions options);
 // each round (a WizardUser's Poller(), say).
 SetupRun RunSetup(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules = {},
                   std::function<bool(DWORD)> onPoll = {});
+
+// A run ended once its log has `line` (its outcome then PollFailed), for tests of what comes
+// before the wizard.
+SetupRun RunUntilLogged(const std::wstring& setupFolder, const std::wstring& commandLine, std::vector<DialogRule> rules,
+                        const std::wstring& line);
+
+// A silent install watched only through the files (no dialog is looked at) in fine rounds, so
+// that `endWhen` ends it close to the moment it waits for, as a crash or a power cut would.
+RunResult RunSilentUntil(const std::wstring& setupFolder, std::function<bool(DWORD)> endWhen = {});
+
+// A run as a deployment tool starts it where nobody is logged on: "/Silent /SuppressMessages",
+// ended at the first window of the program that becomes visible (the driver lists it then).
+SetupRun RunUnseen(const std::wstring& setupFolder = {});
 
 // A running copy of the product (the sample launcher), optionally refusing to close; ended
 // when the object goes.

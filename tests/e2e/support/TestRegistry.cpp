@@ -129,4 +129,16 @@ bool RegDeleteValueIfPresent(HKEY root, const std::wstring& path, const std::wst
     key.DeleteValue(H(name));
     return !key.HasValue(H(name));
 }
+
+bool RegCreateVolatileKey(HKEY root, const std::wstring& path)
+{
+    ::RegDeleteKeyW(root, path.c_str());
+    HKEY key = nullptr;
+    DWORD disposition = 0;
+    if (::RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key, &disposition) !=
+        ERROR_SUCCESS)
+        return false;
+    ::RegCloseKey(key);
+    return disposition == REG_CREATED_NEW_KEY;
+}
 }

@@ -38,4 +38,8 @@ bool RegDeleteKeyTree(HKEY root, const std::wstring& path, HVRegView view = HVRe
 bool RegDeleteKeyTreeAndEmptyParents(HKEY root, const std::wstring& path, HVRegView view = HVRegView::Native);
 bool RegDeleteValueIfPresent(HKEY root, const std::wstring& path, const std::wstring& name,
                              HVRegView view = HVRegView::Native);
+// A new key that lives in memory only: the system refuses lasting keys below it, as it would
+// for a key without write rights. False when the key was there already (an empty one is
+// removed first).
+bool RegCreateVolatileKey(HKEY root, const std::wstring& path);
 }

@@ -193,6 +193,23 @@ bool PressButton(HWND dialog, const ButtonInfo& button)
                         reinterpret_cast<LPARAM>(button.hwnd)) != FALSE;
 }
 
+bool PressButton(HWND dialog, int id)
+{
+    for (const ButtonInfo& button : InspectWindow(dialog).buttons)
+        if (button.id == id)
+            return PressButton(dialog, button);
+    return false;
+}
+
+HWND WaitForDialog(DWORD processId, const std::wstring& text, DWORD timeoutMs)
+{
+    for (const ULONGLONG end = GetTickCount64() + timeoutMs; GetTickCount64() < end; Sleep(20))
+        for (const WindowInfo& window : ListTopLevelWindows(processId, true))
+            if (window.IsDialog() && window.text == text)
+                return window.hwnd;
+    return nullptr;
+}
+
 int EndProcessesByImage(const std::vector<std::wstring>& imageNames)
 {
     HVFileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));

@@ -43,8 +43,12 @@ WindowInfo InspectWindow(HWND hwnd);
 std::wstring ProcessImageName(DWORD processId);
 // "&No" -> "No": button captions as the user reads them.
 std::wstring StripAccelerator(const std::wstring& caption);
-// Presses a button of a dialog as a click would: the dialog gets WM_COMMAND/BN_CLICKED.
+// Presses a button of a dialog as a click would: the dialog gets WM_COMMAND/BN_CLICKED. By
+// id: false when the dialog has no such button.
 bool PressButton(HWND dialog, const ButtonInfo& button);
+bool PressButton(HWND dialog, int id);
+// The visible dialog of a process whose text is `text`, once it is up; null after `timeoutMs`.
+HWND WaitForDialog(DWORD processId, const std::wstring& text, DWORD timeoutMs = 20000);
 // Ends every process whose image name is one of these (compared without regard to case),
 // except the calling process. Returns how many were ended.
 int EndProcessesByImage(const std::vector<std::wstring>& imageNames);

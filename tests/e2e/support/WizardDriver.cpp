@@ -3,6 +3,8 @@
 #include "TestPaths.h"
 #include "WindowInspector.h"
 
+#include <algorithm>
+
 namespace e2e
 {
 namespace
@@ -172,6 +174,27 @@ WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice)
             }};
 }
 
+std::vector<WizardStep> CustomInstall(const std::vector<WizardStep>& destination)
+{
+    std::vector<WizardStep> steps = {NextOn(L"Welcome"), ChooseOn(L"Setup Type", L"Custom"), NextOn(L"Setup Type")};
+    steps.insert(steps.end(), destination.begin(), destination.end());
+    steps.insert(steps.end(), {NextOn(L"File Associations"), NextOn(L"Create Shortcuts"), NextOn(L"Install Complete")});
+    return steps;
+}
+
+WizardStep FileTypesOn(const std::vector<WPARAM>& keys)
+{
+    return {L"File Associations", [keys](const WizardView& v) {
+                Click(v.Control(L"Unselect All"));
+                const HWND list = v.ControlOfClass(L"SysListView32");
+                for (const WPARAM key : keys) {
+                    ::PostMessageW(list, WM_KEYDOWN, key, 0);
+                    ::PostMessageW(list, WM_KEYUP, key, 0);
+                }
+                ClickNext(v);
+            }};
+}
+
 WizardUser::WizardUser(std::vector<WizardStep> steps) : steps_(std::move(steps))
 {
 }
@@ -204,6 +227,16 @@ void WizardUser::Poll(DWORD processId)
     ++next_;
     actedOn_ = view.page;
     step.act(view);
+}
+
+std::vector<std::wstring> WizardUser::PagesBeforeInstall() const
+{
+    std::vector<std::wstring> pages = pages_;
+    const std::vector<std::wstring> after = {L"Install Complete", L"Create Shortcuts", L"File Associations",
+                                             L"Installing Dependencies", L"Copying Files", L"Installing Plugins"};
+    while (!pages.empty() && std::find(after.begin(), after.end(), pages.back()) != after.end())
+        pages.pop_back();
+    return pages;
 }
 
 std::string WizardUser::Describe() const

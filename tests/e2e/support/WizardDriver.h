@@ -72,6 +72,12 @@ WizardStep NextOn(const std::wstring& page, bool samePage = false);
 WizardStep BackOn(const std::wstring& page);
 WizardStep CancelOn(const std::wstring& page);
 WizardStep ChooseOn(const std::wstring& page, const std::wstring& choice);
+// A custom install: Welcome, Custom, Next on the custom setup type, the `destination` steps,
+// then Next on every page to the end.
+std::vector<WizardStep> CustomInstall(const std::vector<WizardStep>& destination);
+// On the file-association page: "Unselect All", then these keys in its list, whose first row
+// (.mp3) has the focus (VK_SPACE ticks a row, VK_DOWN moves on), then Next.
+WizardStep FileTypesOn(const std::vector<WPARAM>& keys);
 
 // Plays the steps as the ProgramDriver polls (RunOptions::onPoll = user.Poller()), and keeps
 // what it saw: the pages in the order they appeared and every window title of the frame.
@@ -84,6 +90,9 @@ public:
     bool Finished() const { return next_ == steps_.size(); }
     size_t StepsDone() const { return next_; }
     const std::vector<std::wstring>& PagesSeen() const { return pages_; }
+    // The pages seen before the install began: the copy page's header follows its steps, so
+    // any of them, and the pages after the copy, end the list.
+    std::vector<std::wstring> PagesBeforeInstall() const;
     const std::vector<std::wstring>& WindowTitles() const { return windowTitles_; }
     // The last view seen, for looking at a page after the steps.
     const WizardView& LastView() const { return last_; }

@@ -9,7 +9,7 @@
 #include "HeldFileLock.h"
 #include "PendingRenames.h"
 #include "RecordedProgress.h"
-#include "TestPaths.h"
+#include "ScratchFolderTest.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
@@ -22,38 +22,24 @@ namespace
 {
 using Result = CFileInstaller::CopyResult;
 
-std::string Read(const HVString& path)
-{
-    std::vector<uint8_t> data;
-    return HVFileSystem::ReadFile(path, data) ? std::string(data.begin(), data.end()) : std::string("<missing>");
-}
-
-void Write(const HVString& path, const std::string& text, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
-{
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(path.Left(path.ReverseFind(u'\\') + 1)));
-    ASSERT_TRUE(HVFileSystem::WriteFile(path, text.data(), text.size())) << path.ToUtf8();
-    ::SetFileAttributesW(path.w(), attributes);
-}
-
 bool NoTemporaryIn(const HVString& folder)
 {
     const auto files = e2e::ListTree(folder.w());
     return std::none_of(files.begin(), files.end(), [](const std::wstring& f) { return f.ends_with(L".iwnew"); });
 }
 
-class CFileInstallerTest : public ::testing::Test
+class CFileInstallerTest : public ScratchFolderTest
 {
 protected:
     void SetUp() override
     {
-        root = HVString(e2e::ScratchFolder(L"CFileInstaller").c_str());
-        ASSERT_FALSE(root.IsEmpty());
+        ScratchFolderTest::SetUp();
         deferred.SetInstallFolder(destination = root + u"install\\");
         installer.SetInstallFolder(destination);
         source = root + u"source\\";
     }
 
-    HVString root, source, destination;
+    HVString source, destination;
     const HVString media = HVString(e2e::MediaFolder().c_str());
     CInstallChangeLog changes;
     CDeferredOperations deferred{HVString(), &changes};
@@ -65,20 +51,16 @@ TEST_F(CFileInstallerTest, VersionCheckCopiesModulesOnlyWhenNewer)
 {
     const HVString codec = media + u"System\\Check Version\\HVCodecSupport.dll";  // 2.0
     const HVString disc = media + u"System\\Check Version\\HVDiscSupport.dll";    // 1.5
-    const struct { const char16_t* name; HVString from; HVString installed; int32_t mode; Result result; } cases[] = {
-        {u"Newer.dll", codec, disc, kCopyVersionCheck, Result::Copied},
-        {u"Equal.ocx", codec, codec, kCopyVersionCheck, Result::Skipped},
-        {u"Missing.exe", disc, HVString(), kCopyVersionCheck, Result::Copied},
-        {u"Unversioned.ax", disc, media + u"License.txt", kCopyVersionCheck, Result::Copied},
-        {u"Notes.txt", media + u"License.txt", codec, kCopyVersionCheck, Result::Copied},
-        {u"Forced.dll", disc, codec, kCopyAlwaysOverwrite, Result::Copied},
+    // The versions are read from the files; which versions and modes copy, CCopyRulesTest proves.
+    const struct { const char16_t* name; HVString from, installed; Result result; } cases[] = {
+        {u"Newer.dll", codec, disc, Result::Copied}, {u"Equal.ocx", codec, codec, Result::Skipped},
+        {u"Unversioned.ax", disc, media + u"License.txt", Result::Copied},
     };
     for (const auto& c : cases) {
         const HVString target = destination + c.name;
-        if (!c.installed.IsEmpty())
-            Write(target, Read(c.installed));
+        Write(target, Read(c.installed));
         const std::string expected = Read(c.result == Result::Copied ? c.from : c.installed);
-        EXPECT_EQ(installer.CopyFile(c.from, target, c.mode), c.result) << HVString(c.name).ToUtf8();
+        EXPECT_EQ(installer.CopyFile(c.from, target, kCopyVersionCheck), c.result) << HVString(c.name).ToUtf8();
         EXPECT_TRUE(Read(target) == expected) << HVString(c.name).ToUtf8();
     }
     EXPECT_EQ(installer.CopyFile(codec, codec, kCopyAlwaysOverwrite), Result::Skipped);
@@ -208,13 +190,15 @@ TEST_F(CFileInstallerTest, CleaningRemovesRetiredObsoleteAndStagedThings)
 }
 
 // Run by scripts/full-disk-test.sh, which mounts a 4 MB file system as the drive it names.
-TEST(CFileInstallerFullDiskTest, AFullDiskDestroysNothingInstalled)
+using CFileInstallerFullDiskTest = ScratchFolderTest;
+
+TEST_F(CFileInstallerFullDiskTest, AFullDiskDestroysNothingInstalled)
 {
     const char* drive = std::getenv("IW_FULL_DISK_DRIVE");
     if (!drive)
         GTEST_SKIP() << "needs the small drive of scripts/full-disk-test.sh";
     const HVString install = HVString::FromUtf8(drive) + u"Sonora\\";
-    const HVString source = HVString(e2e::ScratchFolder(L"CFileInstallerFullDisk").c_str());
+    const HVString source = root;
     Write(source + u"small.txt", std::string(100 * 1024, 'n'));
     Write(source + u"big.bin", std::string(3 * 1024 * 1024, 'N'));
     Write(install + u"small.txt", "old");

@@ -2,56 +2,36 @@
 // settings, and the carry-over from an earlier major version.
 #include "engine/win/CProductRecords.h"
 
-#include "changes/CInstallChangeLog.h"
-#include "changes/win/CDeferredOperations.h"
 #include "changes/win/CRegistryWriter.h"
 #include "engine/win/CInstallationRecords.h"
 #include "engine/win/CSettingsHelper.h"
-#include "product/HVInstallDescription.h"
-#include "product/InstallOptions.h"
-#include "product/win/CProductIdentity.h"
+#include "foundation/win/HVProductPaths.h"
 
+#include "FreshMachineTest.h"
+#include "InstallStepParts.h"
 #include "ProductKeys.h"
-#include "RecordedProgress.h"
+#include "PublishedSettings.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <optional>
-
 namespace
 {
-using e2e::kProductKey, e2e::kPropertiesKey, e2e::kRecordKey, e2e::kUninstallEntryKey;
+using e2e::kProductKey, e2e::kPropertiesKey;
 const std::wstring k31 = L"Software\\Halvard\\Sonora 31";
 const std::wstring k30 = L"Software\\Halvard\\Sonora 30";
 const std::wstring kRun = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const std::wstring kHandler = std::wstring(L"Software\\Classes\\") + reinterpret_cast<const wchar_t*>(CSettingsHelper::kContextMenuHandlerKey);
 
-void Clean()
-{
-    for (const std::wstring& key : {kProductKey, k31, k30, std::wstring(L"Software\\Halvard\\IW Test Writer")})
-        e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, key);
-    for (const wchar_t* name : {L"Sonora 32", L"Sonora 31"})
-        e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kRun, name);
-    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kHandler);
-    e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kUninstallEntryKey, HVRegView::Key64);
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kRecordKey, HVRegView::Key64);
-}
-
-class CProductRecordsTest : public ::testing::Test
+// The product's keys, Run entries, records and shell handler start and end as a fresh machine has them.
+class CProductRecordsTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override { Clean(); }
-    void TearDown() override { Clean(); }
-
     CInstallContext& Context(const HVString& defaultSettings = u"")
     {
-        description_.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");
-        context_.emplace(CInstallContext{options_, description_, product_, setup_, u"C:\\Program Files\\Halvard\\Sonora\\",
-                                         changes_, deferred_, progress_});
-        return *context_;
+        parts_.description.SetText(u"<HVIC version=\"1.0\"><DefaultSettings>" + defaultSettings + u"</DefaultSettings></HVIC>");
+        return parts_.context;
     }
     const InstallChange* Noted(InstallChange::Kind kind, const std::wstring& path, const std::wstring& name = L"")
     {
@@ -61,14 +41,8 @@ protected:
         return nullptr;
     }
 
-    HVString setup_ = e2e::ScratchFolder(L"ProductRecords").c_str();
-    InstallOptions options_;
-    HVInstallDescription description_;
-    CProductIdentity product_{setup_};
-    CInstallChangeLog changes_;
-    CDeferredOperations deferred_;
-    e2e::RecordedProgress progress_;
-    std::optional<CInstallContext> context_;
+    e2e::InstallStepParts parts_{e2e::ScratchFolder(L"ProductRecords").c_str(), u"C:\\Program Files\\Halvard\\Sonora\\"};
+    CInstallChangeLog& changes_ = parts_.changes;
 };
 
 TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeAndAfter)
@@ -91,6 +65,10 @@ TEST_F(CProductRecordsTest, TheWriterNotesEveryNewKeyAndWhatEachValueHeldBeforeA
     const InstallChange* deleted = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer", L"Old");
     ASSERT_NE(deleted, nullptr);
     EXPECT_EQ(deleted->before, u"dword:00000007");
+    // A tree that goes is noted with every value in it, for a rollback to give them back.
+    const InstallChange* inTree = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B", L"Text");
+    ASSERT_NE(inTree, nullptr);
+    EXPECT_EQ(inTree->before, u"\"two\"");
     EXPECT_NE(Noted(InstallChange::Kind::KeyDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A"), nullptr);
     // A key that goes whole has each of its values noted with its data, for a rollback.
     const InstallChange* gone = Noted(InstallChange::Kind::ValueDeleted, L"HKCU\\Software\\Halvard\\IW Test Writer\\A\\B", L"Text");
@@ -112,8 +90,14 @@ TEST_F(CProductRecordsTest, FirstRunSettingsFillOnlyWhatIsMissing)
     EXPECT_EQ(written.size(), 87u);
     EXPECT_EQ(e2e::RegValueNames(HKEY_CURRENT_USER, kPropertiesKey).size(), 88u);
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"Startup - Page"), 2u);  // the user's own
-    EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"Tagging - Sidecar mode"), L"0");
-    EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, L"General - Enable Shell Integration"), 1u);
+    // Every other one as published, of its type.
+    for (const PublishedSetting& s : PublishedSettings(HVProductPaths::GetMusicFolder()))
+        if (s.id == 11)
+            continue;
+        else if (s.storedAsText)
+            EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, s.name.w()), std::wstring(s.text.w())) << s.line;
+        else
+            EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kPropertiesKey, s.name.w()), static_cast<DWORD>(s.integer)) << s.line;
     EXPECT_EQ(e2e::RegDword(HKEY_CURRENT_USER, kProductKey + L"\\Shell Extensions", L"HVShellExt x64"), 1u);
     EXPECT_EQ(changes_.Count(InstallChange::Kind::ValueWritten), 88u);
 
@@ -163,7 +147,7 @@ TEST_F(CProductRecordsTest, TheNewestEarlierVersionIsCarriedOverAndTheUsersOwnVa
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kRun, L"Sonora 32"),
               L"\"C:\\Program Files\\Halvard\\Sonora\\Sonora.exe\" /Boot");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kRun, L"Sonora 31"));
-    EXPECT_EQ(progress_.positions, (std::vector<int32_t>{0, 1}));
+    EXPECT_EQ(parts_.progress.positions, (std::vector<int32_t>{0, 1}));
 }
 
 // The registry lists values by name; the change log shows the order they were written in.

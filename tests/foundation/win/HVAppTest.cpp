@@ -1,10 +1,10 @@
 #include "foundation/win/HVApp.h"
 #include "foundation/win/HVFileLogger.h"
 #include "foundation/win/HVTrackedModalLoop.h"
-#include "foundation/win/HVUniqueResource.h"
 
 #include "foundation/HVLog.h"
 
+#include "DispatchRecorder.h"
 #include "FolderTree.h"
 #include "TestPaths.h"
 
@@ -12,68 +12,34 @@
 
 #include <string>
 #include <thread>
-#include <tuple>
 #include <vector>
 
 namespace
 {
-// The message the app says it is dispatching, as each window procedure call saw it.
-using Seen = std::tuple<UINT, WPARAM, LPARAM>;
-std::vector<Seen> g_seen;
-HVApp* g_app = nullptr;
-
-LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message < WM_APP)
-        return ::DefWindowProcW(window, message, wParam, lParam);
-    const auto look = [] {
-        g_seen.emplace_back(g_app->GetCurrentMessage(), g_app->GetCurrentWParam(), g_app->GetCurrentLParam());
-    };
-    look();
-    // A nested dispatch (as a modal box runs one) must give the outer message back.
-    if (message == WM_APP + 1) {
-        MSG inner = {window, WM_APP + 2, 5, 6, 0, {}};
-        g_app->DispatchTracked(inner);
-        look();
-    }
-    return 0;
-}
-
-HWND MakeWindow()
-{
-    WNDCLASSW windowClass = {};
-    windowClass.lpfnWndProc = RecordingProc;
-    windowClass.hInstance = ::GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"HVAppTestWindow";
-    ::RegisterClassW(&windowClass);
-    return ::CreateWindowW(L"HVAppTestWindow", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance,
-                           nullptr);
-}
-
+using Seen = DispatchRecorder::Seen;
 }
 
 TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnlyAlsoInABoxsOwnLoop)
 {
+    // A nested dispatch (as a modal box runs one) must give the outer message back.
     HVApp app;
-    g_app = &app;
-    g_seen.clear();
-    const HVWindow window(MakeWindow());
-    ASSERT_TRUE(window);
-    ::PostMessageW(window.Get(), WM_APP, 11, 12);
-    ::PostMessageW(window.Get(), WM_APP + 1, 21, 22);
+    DispatchRecorder recorder(app);
+    ASSERT_TRUE(recorder.Hwnd());
+    ::PostMessageW(recorder.Hwnd(), WM_APP, 11, 12);
+    ::PostMessageW(recorder.Hwnd(), WM_APP + 1, 21, 22);
     EXPECT_TRUE(app.PumpWaitingMessages());
-    EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP, 11, 12}, {WM_APP + 1, 21, 22}, {WM_APP + 2, 5, 6}, {WM_APP + 1, 21, 22}}));
+    EXPECT_EQ(recorder.seen, (std::vector<Seen>{{WM_APP, 11, 12}, {WM_APP + 1, 21, 22}, {WM_APP + 2, 5, 6}, {WM_APP + 1, 21, 22}}));
     EXPECT_EQ(app.GetCurrentMessage(), 0u);
 
     // The system's own loop of a message box, tracked: what it dispatches is current meanwhile,
     // and the message that opened the box is current again afterwards.
-    g_seen.clear();
+    recorder.seen.clear();
     app.SetCurrent(MSG{nullptr, WM_APP + 9, 1, 2, 0, {}});
     std::thread user([&] {
         HWND box = nullptr;
         for (int i = 0; i < 1000 && !box; ++i, ::Sleep(10))
             box = ::FindWindowW(L"#32770", L"HVTrackedModalLoop");
-        ::PostMessageW(window.Get(), WM_APP + 3, 13, 14);
+        ::PostMessageW(recorder.Hwnd(), WM_APP + 3, 13, 14);
         ::PostMessageW(box, WM_COMMAND, IDOK, 0);
     });
     {
@@ -81,9 +47,8 @@ TEST(HVApp, TheMessageBeingDispatchedIsKnownDuringItsDispatchOnlyAlsoInABoxsOwnL
         ::MessageBoxW(nullptr, L"A box", L"HVTrackedModalLoop", MB_OK);
     }
     user.join();
-    EXPECT_EQ(g_seen, (std::vector<Seen>{{WM_APP + 3, 13, 14}}));
+    EXPECT_EQ(recorder.seen, (std::vector<Seen>{{WM_APP + 3, 13, 14}}));
     EXPECT_EQ(app.GetCurrentMessage(), WM_APP + 9u);
-    g_app = nullptr;
 }
 
 TEST(HVApp, PumpingStopsAtQuitAndLeavesItForTheOuterLoop)

@@ -22,8 +22,7 @@ using HVFileSystemTest = ScratchFolderTest;
 TEST_F(HVFileSystemTest, DeleteClearsReadOnlyFirstFailsSilentlyOnWhatIsNotThereAndLogsALockedFile)
 {
     const HVString readOnly = root + u"read-only.txt";
-    Write(readOnly, "x");
-    ASSERT_TRUE(::SetFileAttributesW(readOnly.w(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    Write(readOnly, "x", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     EXPECT_TRUE(HVFileSystem::DeleteFile(readOnly));
     EXPECT_FALSE(HVFileSystem::Exists(readOnly, true));
     for (const HVString& missing : {root + u"missing.txt", root + u"missing folder\\missing.txt", HVString(),
@@ -78,14 +77,9 @@ TEST_F(HVFileSystemTest, SafeReplaceSwapsInTheNewFileOrChangesNothing)
         const HVString incoming = root + row.incoming;
         Write(root + u"Sonora - 1.exe", "somebody else's");
         if (row.original != kNone)
-            Write(original, "old");
-        if (row.original == kReadOnly) {
-            ASSERT_TRUE(::SetFileAttributesW(original.w(), FILE_ATTRIBUTE_READONLY));
-        }
-        if (HVString(row.incoming).Find(u"not there") == HVString::npos) {
-            ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(HVFileSystemPath::GetFolder(incoming)));
+            Write(original, "old", row.original == kReadOnly ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
+        if (HVString(row.incoming).Find(u"not there") == HVString::npos)
             Write(incoming, "new");
-        }
         {
             std::optional<e2e::HeldFileLock> lock;
             if (row.original == kLocked) {
@@ -146,13 +140,6 @@ TEST_F(HVFileSystemTest, DirectoryTreeMakesTheMissingParentsOrLogsThePath)
         EXPECT_FALSE(HVFileSystem::GetFreeDiskSpace(bad, free)) << U8(bad);
 }
 
-// A folder held open without sharing: it can't be opened or listed, but files can still be
-// made in it.
-HVFileHandle HoldWithoutSharing(const HVString& folder)
-{
-    return HVFileHandle(::CreateFileW(folder.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-}
-
 TEST_F(HVFileSystemTest, WriteTestOnWritableAndMissingFolders)
 {
     EXPECT_TRUE(HVFileSystem::IsDirectoryWritable(HVFileSystemPath::RemoveBackslash(root)));
@@ -175,7 +162,6 @@ TEST_F(HVFileSystemTest, FolderIsEmptyApartFromThumbnailCaches)
     EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, false));
     Write(folder + u"Thumbs.db", "");
     EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, false));
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder + u"sub"));
     Write(folder + u"sub\\thumbs.DB", "");
     EXPECT_FALSE(HVFileSystem::IsFolderEmpty(folder, false));
     EXPECT_TRUE(HVFileSystem::IsFolderEmpty(folder, true));

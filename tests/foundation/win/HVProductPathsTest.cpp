@@ -1,10 +1,11 @@
 #include "foundation/win/HVProductPaths.h"
 
 #include "foundation/HVLog.h"
-#include "foundation/HVTranslator.h"
 #include "foundation/win/HVFileSystem.h"
 #include "foundation/win/HVLoadLibrary.h"
 
+#include "BracketTranslator.h"
+#include "FreshMachineTest.h"
 #include "RecordingLogger.h"
 #include "ScopedRegString.h"
 #include "TestPaths.h"
@@ -14,21 +15,16 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 namespace
 {
 const HVString kTestInstallation = u"IW Unit Test Installation";
 const std::wstring kTestKey = (HVString(HVProductPaths::kInstallationsKey) + u"\\" + kTestInstallation).w();
 
-class HVProductPathsTest : public ::testing::Test
+// The installations records, in both views, start and end as a fresh machine has them.
+class HVProductPathsTest : public e2e::FreshMachineTest
 {
 protected:
-    void TearDown() override
-    {
-        for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
-            e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, kTestKey, view);
-    }
     void Record(HVRegView view, const HVString& path)
     {
         ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, kTestKey, L"Path", path.w(), view));
@@ -96,12 +92,6 @@ TEST_F(HVProductPathsTest, UserAndProductFolders)
         EXPECT_EQ(HVProductPaths::GetResourceFolder(u"C:\\S\\", c.resource), c.folder);
 }
 
-class Pseudo : public IHVTranslator
-{
-public:
-    HVString Translate(const HVString& english) const override { return u"[" + english + u"]"; }
-};
-
 TEST(HVLoadLibraryTest, LoadsSystemLibrariesAndLogsFailures)
 {
     RecordingLogger log;
@@ -128,11 +118,11 @@ TEST(HVLoadLibraryTest, CriticalErrorTextIsTranslatedBeforeFilling)
     EXPECT_EQ(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"Not found."),
               u"The following module has failed to load:\r\nHelper.dll\r\n\r\nIt has reported the following error:"
               u"\r\n\r\nNot found.\r\n\r\nPlease reinstall the latest version of the program.");
-    Pseudo pseudo;
-    HVTranslator::Set(&pseudo);
-    EXPECT_EQ(HVLoadLibrary::CriticalErrorTitle(), u"[Critical Error]");
-    EXPECT_TRUE(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"x").StartsWith(u"[The following module"));
-    HVTranslator::Set(nullptr);
+    {
+        const BracketTranslator translator;
+        EXPECT_EQ(HVLoadLibrary::CriticalErrorTitle(), u"[Critical Error]");
+        EXPECT_TRUE(HVLoadLibrary::CriticalErrorText(u"Helper.dll", u"x").StartsWith(u"[The following module"));
+    }
     EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).IsEmpty());
     EXPECT_FALSE(HVLoadLibrary::SystemErrorText(ERROR_MOD_NOT_FOUND).EndsWith(u"\n"));
 }

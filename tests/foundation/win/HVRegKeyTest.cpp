@@ -1,6 +1,6 @@
 #include "foundation/win/HVRegKey.h"
 
-#include "TestRegistry.h"
+#include "FreshMachineTest.h"
 
 #include <gtest/gtest.h>
 
@@ -8,18 +8,12 @@
 
 namespace
 {
-// Each test works below its own key, outside the product's "Software\\Halvard" (which other
-// tests expect to find as a fresh machine has it), and removes it afterwards.
-class HVRegKeyTest : public ::testing::Test
+// Each test works below a key of the product's own, which a fresh machine doesn't have: the
+// fixture removes it, in every hive and view, before and after.
+class HVRegKeyTest : public e2e::FreshMachineTest
 {
 protected:
-    const HVString root = u"Software\\IW Unit Tests\\HVRegKey";
-    void TearDown() override
-    {
-        for (HKEY hive : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
-            for (HVRegView view : {HVRegView::Key64, HVRegView::Key32})
-                e2e::RegDeleteKeyTree(hive, L"Software\\IW Unit Tests", view);
-    }
+    const HVString root = u"Software\\Halvard\\IW Unit Tests\\HVRegKey";
 };
 
 TEST_F(HVRegKeyTest, ValuesRoundTripByType)
@@ -74,7 +68,8 @@ TEST_F(HVRegKeyTest, ViewsAreSeparate)
         ASSERT_TRUE(key.SetString(u"Path", value));
     }
     // The native view is the 64-bit one; the 32-bit one is seen under WOW6432Node.
-    for (const auto& [path, value] : {std::pair{root, u"64"}, {HVString(u"Software\\WOW6432Node\\IW Unit Tests\\HVRegKey"), u"32"}}) {
+    for (const auto& [path, value] :
+         {std::pair{root, u"64"}, {HVString(u"Software\\WOW6432Node\\Halvard\\IW Unit Tests\\HVRegKey"), u"32"}}) {
         HVRegKey key;
         HVString text;
         ASSERT_TRUE(key.Open(HKEY_LOCAL_MACHINE, path, KEY_READ, HVRegView::Native));
@@ -83,7 +78,7 @@ TEST_F(HVRegKeyTest, ViewsAreSeparate)
     }
     for (HVRegView view : {HVRegView::Key64, HVRegView::Key32}) {
         HVRegKey parent;
-        ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\IW Unit Tests", KEY_ALL_ACCESS, view));
+        ASSERT_TRUE(parent.Open(HKEY_LOCAL_MACHINE, u"Software\\Halvard\\IW Unit Tests", KEY_ALL_ACCESS, view));
         EXPECT_TRUE(parent.DeleteSubKeyTree(u"HVRegKey"));
         EXPECT_FALSE(HVRegKey::KeyExists(HKEY_LOCAL_MACHINE, root, view));
     }

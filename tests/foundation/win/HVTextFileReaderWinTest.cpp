@@ -11,23 +11,15 @@
 
 namespace
 {
-class HVTextFileReaderWinTest : public ScratchFolderTest
-{
-protected:
-    HVString Written(const HVString& path, const std::string& bytes)
-    {
-        Write(path, bytes);
-        return path;
-    }
-};
+using HVTextFileReaderWinTest = ScratchFolderTest;
 
 TEST_F(HVTextFileReaderWinTest, ReadsPathsLongerThanMaxPath)
 {
     HVString folder = root;
     while (folder.GetLength() < 300)
         folder += u"a-folder-name-of-forty-characters-long__\\";
-    ASSERT_TRUE(HVFileSystem::MakeDirectoryTree(folder));
-    const HVString path = Written(folder + u"Install.xml", "<HVIC version='1.0'/>");
+    const HVString path = folder + u"Install.xml";
+    Write(path, "<HVIC version='1.0'/>");
     ASSERT_GT(path.GetLength(), MAX_PATH);
     HVXMLDocument doc;
     EXPECT_TRUE(doc.Load(path));   // a plain path: the reader adds the long form itself
@@ -37,7 +29,8 @@ TEST_F(HVTextFileReaderWinTest, ReadsPathsLongerThanMaxPath)
 TEST_F(HVTextFileReaderWinTest, BytesThatAreNotUtf8UseTheSystemCodePage)
 {
     const std::string bytes = "<a>\xE9t\xE9 \x80</a>";
-    const HVString path = Written(root + u"ansi.xml", bytes);
+    const HVString path = root + u"ansi.xml";
+    Write(path, bytes);
     wchar_t expected[64] = {};
     const int n = ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()), expected, 64);
     ASSERT_GT(n, 0);
@@ -51,7 +44,8 @@ TEST_F(HVTextFileReaderWinTest, BytesThatAreNotUtf8UseTheSystemCodePage)
 
 TEST_F(HVTextFileReaderWinTest, LockedFileCannotBeRead)
 {
-    const HVString path = Written(root + u"locked.xml", "<a/>");
+    const HVString path = root + u"locked.xml";
+    Write(path, "<a/>");
     HVFileHandle lock(::CreateFileW(path.w(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(lock);
     HVXMLDocument doc;

@@ -1,44 +1,14 @@
 #include "foundation/win/HVThread.h"
 
 #include "RecordingLogger.h"
+#include "TestWorkerThread.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-
 namespace
 {
-// A worker that either leaves when asked, or, stubborn, never looks at the request, or, brief,
-// ends by itself at once.
-class Worker : public HVThread
-{
-public:
-    explicit Worker(bool stubborn, bool brief = false) : stubborn_(stubborn), brief_(brief) {}
-    ~Worker() override { Stop(200); }
-    std::atomic<int> stoppedCalls{0};
-    std::atomic<int> runs{0};
-    std::atomic<bool> started{false};
-
-protected:
-    void Run() override
-    {
-        ++runs;
-        started = true;
-        if (brief_)
-            return;
-        if (stubborn_) {
-            for (;;)
-                ::Sleep(1000);
-        }
-        ::WaitForSingleObject(StopEvent(), INFINITE);
-    }
-    void OnStopped() override { ++stoppedCalls; }
-
-private:
-    bool stubborn_;
-    bool brief_;
-};
-}   // namespace
+using Worker = TestWorkerThread;
+}
 
 TEST(HVThreadTest, StopEndsAThreadThatListensAndOneThatNeverStarted)
 {
@@ -50,8 +20,7 @@ TEST(HVThreadTest, StopEndsAThreadThatListensAndOneThatNeverStarted)
     worker.SetNotifyWhenStopped(true);
     ASSERT_TRUE(worker.StartThread(THREAD_PRIORITY_BELOW_NORMAL));
     EXPECT_TRUE(worker.IsRunning());
-    while (!worker.started)
-        ::Sleep(1);
+    worker.WaitUntilStarted();
     EXPECT_TRUE(worker.Stop(-1));
     EXPECT_FALSE(worker.IsRunning());
     EXPECT_EQ(worker.stoppedCalls, 1);
@@ -80,8 +49,7 @@ TEST(HVThreadTest, AThreadThatIgnoresTheStopIsEndedAfterTheTimeOutWithItsLogLine
     Worker stubborn(true);
     stubborn.SetPumpMessages(true);
     ASSERT_TRUE(stubborn.StartThread());
-    while (!stubborn.started)
-        ::Sleep(1);
+    stubborn.WaitUntilStarted();
     EXPECT_TRUE(stubborn.Stop(300));
     EXPECT_FALSE(stubborn.IsRunning());
     EXPECT_TRUE(log.Has(HVLog::kError, "it exceeded timeout=300 MS")) << "no hard-kill line";

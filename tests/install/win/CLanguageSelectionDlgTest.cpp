@@ -1,55 +1,21 @@
 #include "install/win/CLanguageSelectionDlg.h"
 
-#include "OwnDialog.h"
 #include "toolkit/win/HVMessageBox.h"
+
+#include "LanguageDialogUser.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <string>
-#include <thread>
 
 namespace
 {
 std::string U8(const HVString& s) { return s.ToUtf8(); }
 
-// What the answering thread saw of the dialog, as a user would read it.
-struct Seen
-{
-    bool found = false;
-    std::wstring title;
-    std::wstring prompt;
-    std::vector<std::wstring> lines;
-    int selected = -1;
-    std::wstring buttons;
-};
-
-// What the user does with the dialog and its list of languages.
-using Act = std::function<void(HWND dialog, HWND list)>;
-
-// Waits for the dialog on another thread, records it, then acts on it like a user.
-std::thread Answer(Seen& seen, Act act)
-{
-    return std::thread([&seen, act] {
-        const HWND dialog = WaitForOwnDialog();
-        const HWND list = ::GetDlgItem(dialog, CLanguageSelectionDlg::kLanguageListId);
-        if (!list)
-            return;
-        seen.found = true;
-        seen.title = WindowText(dialog);
-        seen.prompt = WindowText(::GetDlgItem(dialog, CLanguageSelectionDlg::kPromptId));
-        const int count = static_cast<int>(::SendMessageW(list, LB_GETCOUNT, 0, 0));
-        for (int line = 0; line < count; ++line) {
-            wchar_t text[128] = {};
-            ::SendMessageW(list, LB_GETTEXT, line, reinterpret_cast<LPARAM>(text));
-            seen.lines.push_back(text);
-        }
-        seen.selected = static_cast<int>(::SendMessageW(list, LB_GETCURSEL, 0, 0));
-        seen.buttons = WindowText(::GetDlgItem(dialog, IDOK)) + L"|" + WindowText(::GetDlgItem(dialog, IDCANCEL));
-        act(dialog, list);
-    });
-}
+using Act = LanguageDialogUser::Act;
+constexpr auto Pick = LanguageDialogUser::Pick;
+constexpr int kCloseWindow = LanguageDialogUser::kCloseWindow, kDoubleClick = LanguageDialogUser::kDoubleClick;
 
 std::vector<CLanguageInfo> ThreeLanguages()
 {
@@ -62,27 +28,17 @@ std::vector<CLanguageInfo> ThreeLanguages()
 TEST(CLanguageSelectionDlg, ShowsTheLanguagesAndReturnsTheChosenLine)
 {
     const struct { const char* name; const char16_t* locale; int preselected; Act act; int expected; } rows[] = {
-        {"OK on another line", u"de-DE", 1,
-         [](HWND dialog, HWND list) { ::SendMessageW(list, LB_SETCURSEL, 2, 0), PressButton(dialog, IDOK); }, 2},
-        {"Cancel keeps English", u"xx-YY", 0,
-         [](HWND dialog, HWND list) { ::SendMessageW(list, LB_SETCURSEL, 1, 0), PressButton(dialog, IDCANCEL); }, 0},
-        {"closing the window keeps English", u"xx-YY", 0,
-         [](HWND dialog, HWND list) { ::SendMessageW(list, LB_SETCURSEL, 2, 0), ::PostMessageW(dialog, WM_CLOSE, 0, 0); }, 0},
-        {"a double-click chooses", u"xx-YY", 0,
-         [](HWND dialog, HWND list) {
-             ::SendMessageW(list, LB_SETCURSEL, 1, 0);
-             ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(CLanguageSelectionDlg::kLanguageListId, LBN_DBLCLK),
-                            reinterpret_cast<LPARAM>(list));
-         },
-         1},
-        {"OK on the preselected English", u"xx-YY", 0, [](HWND dialog, HWND) { PressButton(dialog, IDOK); }, 0},
+        {"OK on another line", u"de-DE", 1, Pick(2, IDOK), 2},
+        {"Cancel keeps English", u"xx-YY", 0, Pick(1, IDCANCEL), 0},
+        {"closing the window keeps English", u"xx-YY", 0, Pick(2, kCloseWindow), 0},
+        {"a double-click chooses", u"xx-YY", 0, Pick(1, kDoubleClick), 1},
+        {"OK on the preselected English", u"xx-YY", 0, Pick(0, IDOK), 0},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        Seen seen;
-        std::thread answer = Answer(seen, row.act);
+        LanguageDialogUser seen(row.act);
         const int chosen = CLanguageSelectionDlg::Show(nullptr, ThreeLanguages(), row.locale);
-        answer.join();
+        seen.Join();
         ASSERT_TRUE(seen.found);
         EXPECT_EQ(chosen, row.expected);
         EXPECT_EQ(seen.selected, row.preselected);
@@ -118,19 +74,12 @@ TEST(CLanguageSelectionDlg, RunOverTheSampleFolderGivesTheGermanFileAndOverNoneE
     const auto german = std::ranges::find(languages, HVString(u"Deutsch"), &CLanguageInfo::name) - languages.begin();
     ASSERT_LT(german, std::ssize(languages));
 
-    Seen seen;
-    std::thread answer = Answer(seen, [german](HWND dialog, HWND list) {
-        ::SendMessageW(list, LB_SETCURSEL, german, 0);
-        PressButton(dialog, IDOK);
-    });
+    LanguageDialogUser seen(Pick(static_cast<int>(german), IDOK));
     const HVString file = CLanguageSelectionDlg::Run(nullptr, folder);
-    answer.join();
+    seen.Join();
     ASSERT_TRUE(seen.found);
     EXPECT_EQ(U8(file), U8(folder + u"Deutsch.xml"));
 
-    CTranslationService service;
-    ASSERT_TRUE(service.Load(file));
-    EXPECT_EQ(U8(service.Translate(u"Next >")), "Weiter >");
     // A folder without languages asks nothing (nothing would answer), and English is the answer.
     EXPECT_TRUE(CLanguageSelectionDlg::Run(nullptr, u"Z:\\no\\such\\folder\\").IsEmpty());
     EXPECT_EQ(CLanguageSelectionDlg::ListLanguages(u"Z:\\no\\such\\folder\\").size(), 1u);
@@ -144,5 +93,4 @@ TEST(CLanguageSelectionDlg, AnUnattendedRunTakesThePreselectedLanguageUnasked)
     HVMessageBox::SetSuppressed(false);
     EXPECT_EQ(chosen, 1);
 }
-
 }

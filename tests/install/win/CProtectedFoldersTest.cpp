@@ -1,7 +1,8 @@
 #include "install/win/CProtectedFolders.h"
 
 #include "foundation/win/HVFileSystem.h"
-#include "foundation/win/HVRegKey.h"
+
+#include "UninstallEntriesTest.h"
 
 #include <gtest/gtest.h>
 
@@ -51,36 +52,13 @@ TEST(CProtectedFolders, DecidesEachEntry)
     }
 }
 
-// Uninstall entries written for one test, in every root and view, removed afterwards.
-class UninstallEntries : public ::testing::Test
+// Once in the list, whatever its case.
+bool Contains(const std::vector<HVString>& folders, const char16_t* folder)
 {
-protected:
-    const HVString prefix = HVString::Format(u"IW Test %d ", ::GetCurrentProcessId());
+    return std::count_if(folders.begin(), folders.end(), [&](const HVString& f) { return f.EqualsNoCase(folder); }) == 1;
+}
 
-    void Add(HKEY root, HVRegView view, const HVString& name, const HVString& location, DWORD type = REG_SZ)
-    {
-        HVRegKey key;
-        ASSERT_TRUE(key.Create(root, HVString(CProtectedFolders::kUninstallKey) + u"\\" + name, KEY_ALL_ACCESS, view));
-        ASSERT_TRUE(key.SetString(u"InstallLocation", location, type));
-        added_.push_back({root, view, name});
-    }
-    void TearDown() override
-    {
-        for (const Added& a : added_) {
-            HVRegKey parent;
-            if (parent.Open(a.root, CProtectedFolders::kUninstallKey, KEY_ALL_ACCESS, a.view))
-                parent.DeleteSubKeyTree(a.name);
-        }
-    }
-    static bool Contains(const std::vector<HVString>& folders, const char16_t* folder)
-    {
-        return std::count_if(folders.begin(), folders.end(), [&](const HVString& f) { return f.EqualsNoCase(folder); }) == 1;
-    }
-
-private:
-    struct Added { HKEY root; HVRegView view; HVString name; };
-    std::vector<Added> added_;
-};
+using UninstallEntries = UninstallEntriesTest;
 
 TEST_F(UninstallEntries, ReadsBothRootsAndViews)
 {

@@ -1,5 +1,7 @@
 #include "install/win/CRunningCopyCheck.h"
 
+#include "RunningCopyScene.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -8,64 +10,16 @@
 
 namespace
 {
-// A product that stops running after a number of "is running" questions (or never), and a
-// user who answers the boxes from a script.
-struct Scene
-{
-    bool running = true;
-    int stopsAfterQuestions = -1;  // -1: never stops by itself
-    bool closeStopsIt = false;
-    bool userClosesItAtManualBox = false;
-    int answer = IDYES;
-
-    int questions = 0;
-    int closeCalls = 0;
-    std::vector<std::string> titles = {};   // of the boxes shown, in order
-
-    CRunningCopyCheck::Product Product(const char16_t* name, HWND window = nullptr)
-    {
-        CRunningCopyCheck::Product product;
-        product.displayName = name;
-        product.isRunning = [this] {
-            ++questions;
-            if (stopsAfterQuestions >= 0 && questions > stopsAfterQuestions)
-                running = false;
-            return running;
-        };
-        product.mainWindow = [window] { return window; };
-        product.closeRunningCopy = [this] {
-            ++closeCalls;
-            if (closeStopsIt)
-                running = false;
-        };
-        return product;
-    }
-    CRunningCopyCheck::ShowBox ShowBox()
-    {
-        return [this](const HVString&, const HVString& title, UINT type) {
-            titles.push_back(title.ToUtf8());
-            if (title.StartsWith(u"Please Close") && userClosesItAtManualBox)
-                running = false;
-            return (type & MB_YESNO) ? answer : IDOK;
-        };
-    }
-};
+using Scene = RunningCopyScene;
 }
 
 // The boxes' texts and buttons, and No, Yes, a silent run and a copy that won't close, are
 // read from the real program, end to end.
 TEST(CRunningCopyCheck, QuestionsClosingAndTheManualBox)
 {
-    struct Case
-    {
-        const char* name;
-        const char16_t* product;
-        bool silent;
-        Scene scene;  // how the product and the user behave
-        bool passes, declined;
-        int closeCalls;
-        std::vector<std::string> titles;  // of the boxes shown, in order
-    };
+    // How the product and the user behave; what the check said, the close calls made, the boxes' titles.
+    struct Case { const char* name; const char16_t* product; bool silent; Scene scene; bool passes, declined; int closeCalls;
+                  std::vector<std::string> titles; };
     const Case cases[] = {
         {"not running", u"Sonora", false, {.running = false, .closeStopsIt = true}, true, false, 0, {}},
         {"closing the box counts as No", u"Sonora", false, {.closeStopsIt = true, .answer = IDCANCEL}, false, true, 0,

@@ -1,16 +1,11 @@
 #include "integration/win/CComponentInstaller.h"
 
-#include "changes/CInstallChangeLog.h"
-#include "changes/win/CDeferredOperations.h"
 #include "engine/win/CUninstaller.h"
-#include "foundation/win/HVFileSystem.h"
-#include "product/HVInstallDescription.h"
-#include "product/InstallOptions.h"
-#include "product/win/CProductIdentity.h"
 
 #include "FolderTree.h"
+#include "FreshMachineTest.h"
+#include "InstallStepParts.h"
 #include "ProductKeys.h"
-#include "RecordedProgress.h"
 #include "SetupRun.h"
 #include "TestPaths.h"
 #include "TestRegistry.h"
@@ -22,14 +17,15 @@
 
 namespace
 {
-using e2e::kProductKey, e2e::kPropertiesKey;
+using e2e::kPropertiesKey;
 
 // The plug-in step of the server edition in a program folder of the test's own, with the
 // sample package installer also standing in for the server's control program (both log their
 // command line to "PackageInstaller.log").
-TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
+using CComponentInstallerTest = e2e::FreshMachineTest;
+
+TEST_F(CComponentInstallerTest, PluginStepOfTheServerEdition)
 {
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
     const std::wstring media = e2e::MediaFolder();
     const std::wstring folder = e2e::ScratchFolder(L"CComponentInstaller");
     const std::wstring install = folder + L"Program\\";
@@ -40,20 +36,14 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     // An older driver is on the machine.
     ASSERT_TRUE(e2e::RegSetString(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version", L"1.0.0.0"));
 
-    InstallOptions options;
-    HVInstallDescription description;
-    const CProductIdentity product(folder.c_str(), u"DynamoServer.exe");
-    ASSERT_TRUE(product.IsServerEdition());
-    CInstallChangeLog changes;
-    CDeferredOperations deferred;
-    e2e::RecordedProgress progress;
-    const CInstallContext context{options, description, product, folder.c_str(), install.c_str(), changes, deferred, progress};
-    CComponentInstaller components(context);
+    e2e::InstallStepParts parts(folder.c_str(), install.c_str(), u"DynamoServer.exe");
+    ASSERT_TRUE(parts.product.IsServerEdition());
+    CComponentInstaller components(parts.context);
 
     const std::wstring log = install + L"PackageInstaller.log";
     const auto run = [&] {
         DeleteFileW(log.c_str());
-        components.RunPluginStep(progress);
+        components.RunPluginStep(parts.progress);
         return e2e::ReadFileText(log);
     };
     const std::string first = run();
@@ -69,7 +59,7 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
         at = first.find(call, at);
         EXPECT_NE(at, std::string::npos) << call << " in order in\n" << first;
     }
-    EXPECT_EQ(progress.statuses, (std::vector<HVString>{u"Installing Sonora Shell Integration", u"Installing plug-in 'SampleShell'",
+    EXPECT_EQ(parts.progress.statuses, (std::vector<HVString>{u"Installing Sonora Shell Integration", u"Installing plug-in 'SampleShell'",
                                                          u"Installing WDM driver", u"Installing Dynamo Server as system service"}));
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"System Plugin - SampleShell.dll"), L"installed");
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"));
@@ -79,7 +69,7 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
 
     // What the step registered, the uninstaller takes out by the same helpers.
     CInstallRecord::Contents record;
-    std::ranges::copy_if(changes.Changes(), std::back_inserter(record.changes),
+    std::ranges::copy_if(parts.changes.Changes(), std::back_inserter(record.changes),
                          [](const InstallChange& c) { return c.kind == InstallChange::Kind::ModuleRegistered; });
     const CUninstallPlan plan = CUninstallPlan::Make(record, {.installFolder = install.c_str()}, true);
     ASSERT_FALSE(plan.Refused()) << plan.Reason().ToUtf8();
@@ -103,10 +93,9 @@ TEST(CComponentInstallerTest, PluginStepOfTheServerEdition)
     EXPECT_EQ(e2e::RegString(HKEY_CURRENT_USER, kPropertiesKey, L"InstallPackageError"), L"DynamoControl.exe");
 
     // With /NoDriver nothing is asked of the driver, even when none is recorded.
-    options.noDriver = true;
+    parts.options.noDriver = true;
     e2e::RegDeleteValueIfPresent(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version");
     run();
     EXPECT_FALSE(e2e::RegValueExists(HKEY_CURRENT_USER, kPropertiesKey, L"WDM Driver Installed Version"));
-    e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_CURRENT_USER, kProductKey);
 }
 }

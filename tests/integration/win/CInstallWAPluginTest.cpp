@@ -14,24 +14,14 @@ using Kind = CInstallWAPlugin::Kind;
 const std::wstring kPlugins = L"SOFTWARE\\Halvard\\Listenwell\\Plugins";
 const std::wstring kOwnPlugins = L"Software\\Halvard\\Sonora 32\\Plugins";
 
-class CInstallWAPluginTest : public ::testing::Test
+// The plug-in records of the players start and end as a fresh machine has them.
+class CInstallWAPluginTest : public e2e::FreshMachineTest
 {
 protected:
-    void SetUp() override
-    {
-        TearDown();
-        folder_ = e2e::ScratchFolder(L"WAPlugin");
-    }
-    void TearDown() override
-    {
-        e2e::RegDeleteKeyTree(HKEY_LOCAL_MACHINE, kPlugins);
-        e2e::RegDeleteKeyTree(HKEY_CURRENT_USER, kOwnPlugins);
-    }
-
     HVString Folder() const { return HVString(folder_.c_str()); }
     HVString Sample(const wchar_t* name) const { return HVString((e2e::TestProgramFolder() + name).c_str()); }
 
-    std::wstring folder_;
+    const std::wstring folder_ = e2e::ScratchFolder(L"WAPlugin");
     CInstallChangeLog changes_;
 };
 }   // namespace

@@ -1,11 +1,9 @@
 #include "product/win/CProductIdentity.h"
 
 #include "foundation/win/HVFileSystem.h"
-#include "foundation/win/HVRegKey.h"
 
 #include "ScratchFolderTest.h"
 #include "TestPaths.h"
-#include "TestRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -75,16 +73,5 @@ TEST_F(CProductIdentityTest, ProductFilesAreFoundInstalledFolderFirst)
     }
     EXPECT_EQ(product.FindFile(name, HVString()), setup + u"Listenwell\\Data\\" + name);
     EXPECT_EQ(product.FindFile(u"", install), u"");
-}
-
-TEST_F(CProductIdentityTest, EarlierInstallationFromTheInstallationRecord)
-{
-    const HVString key = u"Software\\Halvard\\Corvale\\Installations\\Sonora 32";
-    HVRegKey existing;
-    if (existing.Open(HKEY_LOCAL_MACHINE, key))
-        GTEST_SKIP() << "an installation record exists already";
-    ASSERT_TRUE(e2e::RegSetString(HKEY_LOCAL_MACHINE, key.w(), L"Path", (install + u"Sonora.exe").w()));
-    EXPECT_EQ(CProductIdentity(setup).GetEarlierInstallationFolder(), install);
-    EXPECT_TRUE(e2e::RegDeleteKeyTreeAndEmptyParents(HKEY_LOCAL_MACHINE, key.w()));
 }
 }

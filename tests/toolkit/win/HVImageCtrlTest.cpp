@@ -1,31 +1,18 @@
 #include "foundation/win/HVComInit.h"
-#include "toolkit/win/HVImageCtrl.h"
 #include "toolkit/win/HVImageFile.h"
-#include "toolkit/win/HVOkCancelPopupWnd.h"
 #include "toolkit/win/HVToolkit.h"
 
 #include "FolderTree.h"
+#include "OffscreenCanvas.h"
+#include "PicturePopup.h"
+#include "SourceFile.h"
 #include "TestPaths.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-HVString DataFile(const char16_t* name)
-{
-    return HVString::FromUtf8(IW_SOURCE_DIR) + u"\\tests\\toolkit\\win\\data\\" + name;
-}
-
-// A pop-up holding one picture, never shown.
-class PicturePopup : public HVOkCancelPopupWnd
-{
-public:
-    HVImageCtrl image;
-    bool Make() { return CreatePopup(nullptr, u"Pictures", WS_POPUP | WS_CAPTION); }
-
-protected:
-    bool CreateContent() override { return image.Create(*this, HVPlacement{.cx = 100, .cy = 60}); }
-};
+HVString DataFile(const char16_t* name) { return SourceFilePath("tests/toolkit/win/data/") + name; }
 
 // Transparent parts of a picture show the background.
 TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)
@@ -44,23 +31,14 @@ TEST(HVImageCtrlTest, ShowsPngAndJpegAndRefusesWhatIsNeither)
         EXPECT_EQ(popup.image.ImageSize().cy, row.height);
     }
     // Drawn into a bitmap of the picture's own size: the left half is green, the right clear.
-    HDC screen = ::GetDC(nullptr);
-    HDC dc = ::CreateCompatibleDC(screen);
-    HBITMAP target = ::CreateCompatibleBitmap(screen, 40, 20);
-    HGDIOBJ old = ::SelectObject(dc, target);
+    const OffscreenCanvas canvas(40, 20);
     DRAWITEMSTRUCT item = {};
-    item.hDC = dc;
+    item.hDC = canvas.Dc();
     item.rcItem = {0, 0, 40, 20};
     popup.image.OnDrawItem(item);
-    const COLORREF opaque = ::GetPixel(dc, 5, 10);
-    const COLORREF clear = ::GetPixel(dc, 35, 10);
-    ::SelectObject(dc, old);
-    ::DeleteObject(target);
-    ::DeleteDC(dc);
-    ::ReleaseDC(nullptr, screen);
-    EXPECT_GT(GetGValue(opaque), 100);
-    EXPECT_LT(GetRValue(opaque), 60);
-    EXPECT_EQ(clear, ::GetSysColor(COLOR_BTNFACE));
+    EXPECT_GT(GetGValue(canvas.Pixel(5, 10)), 100);
+    EXPECT_LT(GetRValue(canvas.Pixel(5, 10)), 60);
+    EXPECT_EQ(canvas.Pixel(35, 10), ::GetSysColor(COLOR_BTNFACE));
 }
 
 // A skin's title-bar icon may be a PNG: it becomes an icon of each size the frame asks for.
