@@ -271,9 +271,10 @@ TEST_F(DependenciesTest, CancelDuringASlowDownloadStopsTheInstall)
     EXPECT_GT(positionSeen, 0);
     EXPECT_EQ(e2e::ReadFileText(MarkerPath()), "");
     EXPECT_TRUE(LeftDownloads().empty());
-    // The record the install had begun goes with it, and so does the folder made for it; with
-    // nothing else changed there is nothing to tell about undoing.
-    EXPECT_FALSE(e2e::FolderExists(e2e::DefaultDestination())) << run.Describe();
+    // The record the install had begun goes with it, and so do the folders the destination
+    // page made for it, its parent included.
+    EXPECT_FALSE(e2e::FolderExists(e2e::Expand(L"%ProgramFiles%\\Halvard\\"))) << run.Describe();
+    EXPECT_TRUE(run.Logged(L"Setup did not complete. Your computer was returned to the state it was in before."));
 }
 
 // The rest of a sample install: DirectX is there already (Wine has "d3dx9_43.dll"), the bundled

@@ -6,8 +6,8 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
 #include <set>
-
 #include <vector>
 
 CInstallRun::CInstallRun() : deferred_(HVString(), &changes_) {}
@@ -17,19 +17,22 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
     if (record_.IsOpen())
         return true;
     const HVString folder = HVFileSystem::NormalizeFolderPath(installFolder);
-    // The folders that are missing, outermost first, so that the record names each one made.
-    std::vector<HVString> missing;
-    for (HVString at = folder; !at.IsEmpty() && !HVFileSystem::FolderExists(at);) {
-        missing.insert(missing.begin(), at);
-        const HVString parent = at.Left(at.GetLength() - 1);
-        at = parent.Left(parent.ReverseFind(u'\\') + 1);
-    }
-    if (!missing.empty() && !HVFileSystem::MakeDirectoryTree(folder)) {
+    // The record names each folder made for the install, those the destination page made
+    // while checking the choice included, outermost first.
+    std::vector<HVString> made;
+    for (const HVString& early : madeEarly_)
+        if (folder.Left(early.GetLength()).EqualsNoCase(early) && HVFileSystem::FolderExists(early))
+            made.push_back(early);
+    std::sort(made.begin(), made.end(), [](const HVString& a, const HVString& b) { return a.GetLength() < b.GetLength(); });
+    if (!HVFileSystem::MakeDirectoryTree(folder, made)) {
         HVLog::Write(HVLog::kError, "CInstallRun::StartRecord", u"Could not make %s", folder);
         return false;
     }
-    for (const HVString& made : missing)
-        changes_.Note(InstallChange::Kind::FolderCreated, made);
+    for (const HVString& one : made)
+        changes_.Note(InstallChange::Kind::FolderCreated, one);
+    std::erase_if(madeEarly_, [&](const HVString& early) {
+        return std::find(made.begin(), made.end(), early) != made.end();
+    });
     const HVString path = CInstallRecordFile::PathIn(folder);
     std::vector<uint8_t> bytes;
     if (HVFileSystem::Exists(path, false) && HVFileSystem::ReadFile(path, bytes) && !bytes.empty()) {
@@ -101,6 +104,20 @@ void CInstallRun::DropWhatWasKept()
             changes_.NoteDeleted(kept, !now);
         }
     }
+}
+
+bool CInstallRun::MakeFolderEarly(const HVString& folder)
+{
+    return HVFileSystem::MakeDirectoryTree(HVFileSystem::NormalizeFolderPath(folder), madeEarly_);
+}
+
+void CInstallRun::RemoveFoldersMadeEarly()
+{
+    // Innermost first, and only while empty: a folder the user filled meanwhile is theirs.
+    for (auto it = madeEarly_.rbegin(); it != madeEarly_.rend(); ++it)
+        if (HVFileSystem::FolderExists(*it) && HVFileSystem::RemoveFolder(*it))
+            HVLog::Write(HVLog::kInfo, "CInstallRun::RemoveFoldersMadeEarly", u"%s removed", *it);
+    madeEarly_.clear();
 }
 
 void CInstallRun::AbandonRecord()

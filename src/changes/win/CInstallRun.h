@@ -31,6 +31,12 @@ public:
     // rollback of this run cuts it back.
     uint64_t RecordLengthBefore() const { return recordLengthBefore_; }
     const HVString& InstallFolder() const { return installFolder_; }
+    // Makes a folder (the destination page's check of the user's choice) before there is a
+    // record to note it in. Those on the way to the install folder are noted as the install's
+    // when the record starts; RemoveFoldersMadeEarly takes the rest (a choice the user went back
+    // on, or a run that ended before its install) away while they are empty.
+    bool MakeFolderEarly(const HVString& folder);
+    void RemoveFoldersMadeEarly();
     // Closes the record without an end: the run is being undone.
     void AbandonRecord();
     // The install itself begins (the wizard's pages only noted the user's choices so far): from
@@ -60,6 +66,7 @@ private:
     CInstallRecordFile record_;
     HVString installFolder_;
     std::vector<HVString> filesAtStart_;
+    std::vector<HVString> madeEarly_;
     uint64_t recordLengthBefore_ = 0;
     static constexpr size_t kNotBegun = static_cast<size_t>(-1);
     size_t installStart_ = kNotBegun;

@@ -354,17 +354,12 @@ void CFileInstaller::MakeFolderFor(const HVString& destination)
     const HVString folder = HVFileSystemPath::GetFolder(destination);
     if (folder.IsEmpty() || folder == lastFolderMade_)
         return;
-    // The folders that are missing, innermost first, so the change log can name each one made.
-    std::vector<HVString> missing;
-    for (HVString at = folder; !at.IsEmpty() && !HVFileSystem::FolderExists(at);) {
-        missing.push_back(at);
-        const HVString parent = at.Left(at.GetLength() - 1);
-        at = parent.Left(parent.ReverseFind(u'\\') + 1);
-    }
-    if (!missing.empty() && !HVFileSystem::MakeDirectoryTree(folder))
+    // The change log names each folder made.
+    std::vector<HVString> made;
+    if (!HVFileSystem::MakeDirectoryTree(folder, made))
         return;
-    for (auto it = missing.rbegin(); it != missing.rend(); ++it)
-        changes_.Note(InstallChange::Kind::FolderCreated, *it);
+    for (const HVString& one : made)
+        changes_.Note(InstallChange::Kind::FolderCreated, one);
     lastFolderMade_ = folder;
 }
 

@@ -104,6 +104,21 @@ bool HVFileSystem::MakeDirectoryTree(const HVString& folderPath)
     return false;
 }
 
+bool HVFileSystem::MakeDirectoryTree(const HVString& folderPath, std::vector<HVString>& made)
+{
+    const HVString folder = Path::AddBackslash(folderPath);
+    std::vector<HVString> missing;
+    for (HVString at = folder; !at.IsEmpty() && !FolderExists(at);) {
+        missing.insert(missing.begin(), at);
+        const HVString parent = at.Left(at.GetLength() - 1);
+        at = parent.Left(parent.ReverseFind(u'\\') + 1);
+    }
+    if (!missing.empty() && !MakeDirectoryTree(folder))
+        return false;
+    made.insert(made.end(), missing.begin(), missing.end());
+    return true;
+}
+
 bool HVFileSystem::IsDirectoryWritable(const HVString& folderPath)
 {
     if (folderPath.IsEmpty())

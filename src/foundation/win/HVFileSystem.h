@@ -38,6 +38,9 @@ public:
     // Makes a folder and every missing parent. The path must be absolute ("C:\..." or a
     // network path); a relative one fails without a log line.
     static bool MakeDirectoryTree(const HVString& folderPath);
+    // The same, adding to `made` each folder that was missing, outermost first and with its
+    // trailing backslash, so that whoever made them can name them (and take them away again).
+    static bool MakeDirectoryTree(const HVString& folderPath, std::vector<HVString>& made);
     // Whether new files can be made in the folder (a destination folder before installing).
     static bool IsDirectoryWritable(const HVString& folderPath);
     // Whether the folder holds nothing but "Thumbs.db" (any case); subfolders count unless

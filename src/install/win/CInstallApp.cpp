@@ -410,6 +410,7 @@ void CInstallApp::RunWizard()
         RollBack(wizard.InstallRun());
     else
         wizard.InstallRun().EndRecord(GetExitCode());
+    wizard.InstallRun().RemoveFoldersMadeEarly();
 }
 
 void CInstallApp::RollBackStoppedInstall()
@@ -458,6 +459,7 @@ void CInstallApp::RollBack(CInstallRun& run)
 {
     const std::vector<InstallChange> changes = run.InstallChanges();
     if (changes.empty()) {
+        HVLog::Write(HVLog::kInfo, "CInstallApp::RollBack", u"The install changed nothing: nothing to undo");
         // Nothing to undo; a record the run began for nothing goes with it.
         if (run.InstallBegun() && run.RecordLengthBefore() == 0 && !run.InstallFolder().IsEmpty()) {
             run.AbandonRecord();

@@ -39,7 +39,7 @@ HVString CSelectPathMachine::EarlierInstallationFolder() const
 
 bool CSelectPathMachine::MakeDirectoryTree(const HVString& folder)
 {
-    return HVFileSystem::MakeDirectoryTree(folder) && HVFileSystem::FolderExists(folder);
+    return wizard_.InstallRun().MakeFolderEarly(folder) && HVFileSystem::FolderExists(folder);
 }
 
 bool CSelectPathMachine::FreeBytes(const HVString& folder, uint64_t& bytes) const

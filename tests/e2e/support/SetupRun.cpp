@@ -46,11 +46,12 @@ std::wstring MakeSetupFolder(const std::wstring& name, const std::optional<std::
 {
     const std::wstring folder = ScratchFolder(name);
     if (folder.empty() || !::CopyFileW(InstallWizardPath().c_str(), (folder + L"InstallWizard.exe").c_str(), FALSE) ||
-        !MakeFolder(folder + L"Listenwell\\") || !MakeFolder(folder + L"System\\") ||
-        // The product's file types: without them an install can't go on.
-        !::CopyFileW((MediaFolder() + L"Listenwell\\FileAssociations.xml").c_str(),
-                     (folder + L"Listenwell\\FileAssociations.xml").c_str(), FALSE))
+        !MakeFolder(folder + L"Listenwell\\") || !MakeFolder(folder + L"System\\"))
         return {};
+    // The product's file types and its two launcher programs: without them an install can't go on.
+    for (const wchar_t* file : {L"FileAssociations.xml", L"Sonora.exe", L"Sonora 32.exe"})
+        if (!::CopyFileW((MediaFolder() + L"Listenwell\\" + file).c_str(), (folder + L"Listenwell\\" + file).c_str(), FALSE))
+            return {};
     if (installXml && !WriteFileBytes(folder + L"Install.xml", *installXml))
         return {};
     if (withAgreement &&
