@@ -263,7 +263,9 @@ bool RunLinuxProgram(std::wstring commandLine, const std::function<bool()>& done
     const std::wstring exe = Normalised(L"Z:" + commandLine.substr(0, commandLine.find(L' ')));
     if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
         return false;
-    const HVHandle running(process.hProcess), thread(process.hThread);
+    // Wine starts a Linux program without a Windows process: no process handle comes back, and
+    // the thread value is not a handle of ours (closing it closed a socket of the next test).
+    const HVHandle running(process.hProcess), thread(process.hProcess ? process.hThread : nullptr);
     for (int i = 0; i < 200 && !done(); ++i)
         ::Sleep(50);
     return done();
