@@ -4,6 +4,7 @@
 #include "foundation/HVString.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,4 +46,9 @@ public:
         std::vector<Run> runs = {};
     };
     static Contents Parse(std::string_view text);
+    // The same, of a record file's bytes as read.
+    static Contents Parse(const std::vector<uint8_t>& bytes)
+    {
+        return Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    }
 };

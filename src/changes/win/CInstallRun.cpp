@@ -21,7 +21,7 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
     // while checking the choice included, outermost first.
     std::vector<HVString> made;
     for (const HVString& early : madeEarly_)
-        if (folder.Left(early.GetLength()).EqualsNoCase(early) && HVFileSystem::FolderExists(early))
+        if (folder.StartsWithNoCase(early.view()) && HVFileSystem::FolderExists(early))
             made.push_back(early);
     std::sort(made.begin(), made.end(), [](const HVString& a, const HVString& b) { return a.GetLength() < b.GetLength(); });
     if (!HVFileSystem::MakeDirectoryTree(folder, made)) {
@@ -37,7 +37,7 @@ bool CInstallRun::StartRecord(const HVString& installFolder)
     std::vector<uint8_t> bytes;
     if (HVFileSystem::Exists(path, false) && HVFileSystem::ReadFile(path, bytes) && !bytes.empty()) {
         CInstallRecord::Contents found =
-            CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+            CInstallRecord::Parse(bytes);
         if (found.problem.IsEmpty()) {
             if (!found.runs.empty() && !found.runs.back().ended)
                 HVLog::Write(HVLog::kWarning, "CInstallRun::StartRecord",

@@ -300,18 +300,22 @@ bool CInstallSteps::EnoughSpace()
     // Per drive, what the copy writes there: the program files, and both passes of the system
     // files and fonts. What it replaces is kept until the end, so it frees nothing before then.
     std::map<HVString, uint64_t> needed;
-    const auto add = [&](const HVString& destination, const HVString& source) {
+    const auto add = [&](const HVString& destination, uint64_t bytes) {
         if (destination.GetLength() >= 3)
-            needed[destination.Left(3).MakeUpper()] += CFileInstaller::TreeBytes(source);
+            needed[destination.Left(3).MakeUpper()] += bytes;
     };
-    add(context.installFolder, context.setupFolder + CProductIdentity::kProgramSourceFolder);
+    add(context.installFolder, CFileInstaller::TreeBytes(context.setupFolder + CProductIdentity::kProgramSourceFolder));
     if (!context.options.portable) {
+        // Each tree listed once, counted once per pass.
+        const uint64_t systemBytes = CFileInstaller::TreeBytes(context.setupFolder + u"System\\");
+        const uint64_t fontBytes = CFileInstaller::TreeBytes(context.setupFolder + u"Fonts\\");
+        const HVString windows = HVFileSystem::SystemFolder(&::GetWindowsDirectoryW);
         for (auto getFolder : {&::GetSystemDirectoryW, &::GetSystemWow64DirectoryW}) {
             const HVString system = HVFileSystem::SystemFolder(getFolder);
             if (system.IsEmpty())
                 continue;
-            add(system, context.setupFolder + u"System\\");
-            add(HVFileSystem::SystemFolder(&::GetWindowsDirectoryW), context.setupFolder + u"Fonts\\");
+            add(system, systemBytes);
+            add(windows, fontBytes);
         }
     }
     for (const auto& [drive, bytes] : needed) {

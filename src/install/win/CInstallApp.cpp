@@ -420,7 +420,7 @@ void CInstallApp::RollBackStoppedInstall()
     std::vector<uint8_t> bytes;
     const CInstallRecord::Contents record =
         !folder.IsEmpty() && HVFileSystem::ReadFile(CInstallRecordFile::PathIn(folder), bytes)
-            ? CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()))
+            ? CInstallRecord::Parse(bytes)
             : CInstallRecord::Contents{.problem = u"There is no install record."};
     if (!record.problem.IsEmpty()) {
         HVLog::Write(HVLog::kError, "CInstallApp::RollBackStoppedInstall", u"Nothing undone in %s: %s", folder, record.problem);

@@ -118,7 +118,7 @@ int CUninstallApp::Uninstall()
         return Refuse(HVString::Format(HVTranslator::Translate(u"The install record \"%s\" is missing or can't be read.").c_str(),
                                        recordPath));
     const CInstallRecord::Contents record =
-        CInstallRecord::Parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        CInstallRecord::Parse(bytes);
     HVLog::Write(HVLog::kInfo, kSource, u"Install record: %d change(s), %d damaged line(s)",
                  static_cast<int32_t>(record.changes.size()), static_cast<int32_t>(record.damagedLines));
     // A record that a reinstall could not read was kept beside this one: what it names can't be
